@@ -7,7 +7,6 @@
 #
 # ctest knows every test by itself, and every unit program once more as a whole in shuffled order.
 
-find_package(GTest REQUIRED)
 find_package(SQLite3 REQUIRED)
 include(GoogleTest)
 
