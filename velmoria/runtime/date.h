@@ -1,0 +1,48 @@
+#pragma once
+
+#include <compare>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "velmoria/runtime/api.h"
+
+namespace velmoria {
+
+/// The calendar view of a Date.
+struct DateParts {
+  int Year = 1899;
+  int Month = 12;
+  int Day = 30;
+  int Hour = 0;
+  int Minute = 0;
+  int Second = 0;
+  int Millisecond = 0;
+};
+
+/// A point in time without zone: days since 30 December 1899 and the fraction of the day, years 100 to 9999.
+/// Before day 0 the fraction still counts forwards within its day, as OLE dates do.
+struct VELMORIA_API Date {
+  double Days = 0;
+
+  /// Raises 5 for a part out of range.
+  static Date From(const DateParts& parts);
+  static Date From(int year, int month, int day, int hour = 0, int minute = 0, int second = 0);
+  /// Reads the forms of AsText, "YYYY-MM-DD", "hh:mm[:ss[.fff]]" or both, also with a "T" between, and the US form
+  /// "M/D/YYYY h:mm:ss AM". Raises 13 for anything else.
+  static Date Parse(std::string_view text);
+
+  /// Rounded to the millisecond.
+  DateParts Parts() const;
+  /// "YYYY-MM-DD hh:mm:ss", the date alone at midnight, the time alone on day 0.
+  std::string AsText() const;
+  /// The US form of message headings, "6/1/98 9:14:02 AM"; the time is left out at midnight, the date on day 0.
+  std::string AsGeneralDate() const;
+
+  friend auto operator<=>(const Date&, const Date&) = default;
+};
+
+/// The count of whole-second boundaries from one date to the other, negative when `to` is the earlier.
+VELMORIA_API std::int64_t SecondsBetween(Date from, Date to) noexcept;
+
+}  // namespace velmoria

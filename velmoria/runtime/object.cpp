@@ -1,0 +1,18 @@
+#include "velmoria/runtime/object.h"
+
+#include <atomic>
+
+namespace velmoria {
+
+std::uint32_t ThisApartmentNumber() noexcept {
+  static constinit std::atomic<std::uint32_t> last{0};
+  static constinit thread_local std::uint32_t number = 0;
+  if (number == 0) number = ++last;
+  return number;
+}
+
+Object::~Object() = default;
+
+std::string_view Object::ReportedType() const noexcept { return "Object"; }
+
+}  // namespace velmoria

@@ -1,0 +1,111 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "velmoria/runtime/variant.h"
+
+namespace velmoria {
+
+/// How a column of rows is held, and what kind of Variant a value of it becomes.
+enum class ColumnStorage : std::uint8_t {
+  Integer,     // 16-bit
+  Long,        // 32-bit
+  BigInteger,  // 64-bit; read as Decimal
+  Single,
+  Double,
+  Currency,
+  Decimal,
+  Date,
+  Boolean,
+  Byte,
+  Text,         // UTF-8 in the chunk's arena
+  Bytes,        // in the chunk's arena
+  Placeholder,  // a long column that is not fetched with the row; reads as Empty
+};
+
+/// Bytes that one value of a fixed storage takes; 0 for Text, Bytes and Placeholder.
+std::size_t StorageWidth(ColumnStorage storage) noexcept;
+
+/// The rows of one fetch, column by column in typed buffers with null bits. Filled once, then immutable and shared.
+class VELMORIA_API RowChunk {
+ public:
+  struct Column {
+    ColumnStorage Storage = ColumnStorage::Text;
+    std::unique_ptr<std::byte[]> Values;        // fixed storages: rows * StorageWidth
+    std::unique_ptr<std::uint32_t[]> Ends;      // Text and Bytes: where each value ends in the arena
+    std::string Arena;                          // Text and Bytes: the values run together
+    std::unique_ptr<std::uint64_t[]> NullBits;  // absent when no value of the column is Null
+  };
+
+  RowChunk(std::vector<Column> columns, std::size_t rows) : columns_(std::move(columns)), rows_(rows) {}
+
+  std::size_t Rows() const noexcept { return rows_; }
+  std::size_t Columns() const noexcept { return columns_.size(); }
+  bool IsNull(std::size_t column, std::size_t row) const noexcept {
+    const auto& bits = columns_[column].NullBits;
+    return bits && ((bits[row / 64] >> (row % 64)) & 1U) != 0;
+  }
+  ColumnStorage Storage(std::size_t column) const noexcept { return columns_[column].Storage; }
+  /// The value as a Variant; row and column count from 0 and are not checked.
+  Variant Value(std::size_t column, std::size_t row) const;
+  /// The text or bytes in place, without a copy.
+  std::string_view View(std::size_t column, std::size_t row) const noexcept;
+  /// What the chunk occupies on the heap, in bytes.
+  std::size_t HeapBytes() const noexcept;
+
+ private:
+  std::vector<Column> columns_;
+  std::size_t rows_;
+};
+
+/// A range of rows over shared chunks: what one page of a result is made of. Cheap to copy; rows count from 0.
+class VELMORIA_API RowBlock {
+ public:
+  RowBlock() = default;
+
+  void Append(std::shared_ptr<const RowChunk> chunk);
+  /// The rows first to first + count - 1 of this block, sharing its chunks; the part that exists.
+  RowBlock Slice(std::size_t first, std::size_t count) const;
+
+  std::size_t Rows() const noexcept { return rows_; }
+  std::size_t Columns() const noexcept;
+  bool IsEmpty() const noexcept { return rows_ == 0; }
+  Variant Value(std::size_t column, std::size_t row) const;
+  ColumnStorage Storage(std::size_t column) const noexcept;
+  std::size_t HeapBytes() const noexcept;
+  const std::vector<std::shared_ptr<const RowChunk>>& Chunks() const noexcept { return chunks_; }
+
+ private:
+  struct Place {
+    const RowChunk* Chunk;
+    std::size_t Row;
+  };
+  Place Find(std::size_t row) const noexcept;
+
+  std::vector<std::shared_ptr<const RowChunk>> chunks_;
+  std::vector<std::size_t> ends_;  // rows of the chunks up to and including each, counted from the first chunk
+  std::size_t skip_ = 0;           // rows of the first chunk that lie before this range
+  std::size_t rows_ = 0;
+};
+
+/// Builds a chunk row by row; a value that its column cannot hold raises the failure of the conversion.
+class VELMORIA_API RowChunkBuilder {
+ public:
+  explicit RowChunkBuilder(std::vector<ColumnStorage> storages);
+  ~RowChunkBuilder();
+  void AddRow(std::initializer_list<Variant> values);
+  void AddRow(const std::vector<Variant>& values);
+  std::shared_ptr<const RowChunk> Build();
+
+ private:
+  std::vector<ColumnStorage> storages_;
+  std::vector<std::vector<Variant>> rows_;
+};
+
+}  // namespace velmoria

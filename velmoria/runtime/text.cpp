@@ -1,0 +1,96 @@
+#include "velmoria/runtime/text.h"
+
+#include <charconv>
+#include <cstdint>
+
+#include "velmoria/runtime/utf8_impl.h"
+
+namespace velmoria {
+
+namespace {
+
+template <class Number>
+void AppendWithToChars(std::string& text, Number value) {
+  char buffer[64];
+  const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+  text.append(buffer, result.ptr);
+}
+
+bool IsAscii(char c) noexcept { return static_cast<unsigned char>(c) < 0x80; }
+
+char FoldAscii(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+
+// Takes the first character off a text that is not empty, and folds it.
+char32_t TakeFolded(std::string_view& text) noexcept {
+  if (IsAscii(text.front())) {
+    const char c = FoldAscii(text.front());
+    text.remove_prefix(1);
+    return static_cast<char32_t>(c);
+  }
+  const Utf8Character character = DecodeUtf8(text);
+  text.remove_prefix(character.Bytes);
+  return FoldCharacter(character.Code);
+}
+
+bool StartsWithFolded(std::string_view text, std::string_view part) noexcept {
+  while (!part.empty()) {
+    if (text.empty() || TakeFolded(text) != TakeFolded(part)) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+std::size_t CharacterCount(std::string_view text) noexcept {
+  std::size_t count = 0;
+  for (; !text.empty(); ++count) text.remove_prefix(IsAscii(text.front()) ? 1 : DecodeUtf8(text).Bytes);
+  return count;
+}
+
+std::string FoldCase(std::string_view text) {
+  std::string folded;
+  folded.reserve(text.size());
+  while (!text.empty()) AppendUtf8(folded, TakeFolded(text));
+  return folded;
+}
+
+bool EqualFolded(std::string_view left, std::string_view right) noexcept {
+  while (!left.empty() && !right.empty()) {
+    if (TakeFolded(left) != TakeFolded(right)) return false;
+  }
+  return left.empty() && right.empty();
+}
+
+std::size_t HashFolded(std::string_view text) noexcept {
+  std::uint64_t hash = 0xCBF29CE484222325U;
+  while (!text.empty()) hash = (hash ^ TakeFolded(text)) * 0x100000001B3U;
+  hash ^= hash >> 29U;
+  return static_cast<std::size_t>(hash * 0x9E3779B97F4A7C15U);
+}
+
+bool ContainsFolded(std::string_view text, std::string_view part) noexcept {
+  if (part.empty()) return true;
+  while (!text.empty()) {
+    if (StartsWithFolded(text, part)) return true;
+    TakeFolded(text);
+  }
+  return false;
+}
+
+std::string Quoted(std::string_view text) {
+  std::string quoted;
+  quoted.reserve(text.size() + 2);
+  return quoted.append("'").append(text).append("'");
+}
+
+std::string NumberText(long long value) {
+  std::string text;
+  AppendWithToChars(text, value);
+  return text;
+}
+
+void AppendNumber(std::string& text, double value) { AppendWithToChars(text, value); }
+void AppendNumber(std::string& text, float value) { AppendWithToChars(text, value); }
+void AppendNumber(std::string& text, long long value) { AppendWithToChars(text, value); }
+
+}  // namespace velmoria
