@@ -30,7 +30,7 @@ FNR == 1 && !/^#pragma once/ { offence("a header starts with #pragma once") }
     offence("<" file "> belongs in sources")
   else if (file == "functional" && FILENAME != "velmoria/runtime/event.h")
     offence("<functional> is for runtime/event.h alone")
-  else if (file !~ /^[a-z_0-9]+$/ && file != "boost/smart_ptr/intrusive_ptr.hpp" && !(is_private(FILENAME) && file ~ /^sql(types)?\.h$/))
+  else if (file !~ /^[a-z_0-9]+$/ && file != "boost/smart_ptr/intrusive_ptr.hpp" && !(FILENAME ~ /^velmoria\/platform\/(odbc|posix)\// && file ~ /^[a-z]+\.h$/))
     offence("a header includes no <" file ">")
 }
 /^#include "/ {
