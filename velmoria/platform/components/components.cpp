@@ -1,0 +1,59 @@
+#include "velmoria/platform/components/components.h"
+
+#include <mutex>
+#include <string>
+#include <unordered_map>
+
+#include "velmoria/platform/components/registered_components_impl.h"
+#include "velmoria/runtime/error.h"
+#include "velmoria/runtime/text.h"
+
+namespace velmoria {
+
+namespace {
+
+struct Register {
+  std::mutex Guard;
+  std::unordered_map<std::string, Components::Factory> Factories;  // by case-folded name
+};
+
+Register& TheRegister() {
+  static Register only;
+  return only;
+}
+
+Components::Factory FindFactory(std::string_view name) {
+  auto& known = TheRegister();
+  const std::scoped_lock lock(known.Guard);
+  const auto found = known.Factories.find(FoldCase(name));
+  return found == known.Factories.end() ? nullptr : found->second;
+}
+
+}  // namespace
+
+void Components::Register(std::string_view name, Factory factory) {
+  if (name.empty() || !factory) Fail(RuntimeFailure::InvalidArgument);
+  auto& known = TheRegister();
+  const std::scoped_lock lock(known.Guard);
+  known.Factories.insert_or_assign(FoldCase(name), factory);
+}
+
+bool Components::Unregister(std::string_view name) {
+  auto& known = TheRegister();
+  const std::scoped_lock lock(known.Guard);
+  return known.Factories.erase(FoldCase(name)) != 0;
+}
+
+Ref<Object> Components::Create(std::string_view name) {
+  auto component = RegisteredComponents().Create(name);
+  if (!component) Fail(RuntimeFailure::CannotCreateComponent);
+  return component;
+}
+
+// The factory runs outside the lock: it may register or create others.
+Ref<Object> RegisteredComponents::Create(std::string_view name) {
+  const auto factory = FindFactory(name);
+  return factory ? factory() : nullptr;
+}
+
+}  // namespace velmoria

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace velmoria {
+
+/// The per-user settings: texts addressed by application, section and key, all compared without regard to case.
+/// Any text is a legal name or value, the empty one too.
+class SettingsStore {
+ public:
+  using Entries = std::vector<std::pair<std::string, std::string>>;
+
+  virtual ~SettingsStore() = default;
+
+  /// The stored text, or `missing` when nothing is stored under the key.
+  virtual std::string GetSetting(std::string_view application, std::string_view section, std::string_view key,
+                                 std::string_view missing) = 0;
+  virtual void SaveSetting(std::string_view application, std::string_view section, std::string_view key,
+                           std::string_view value) = 0;
+  /// Removes a section with all its keys; one that is not there is no failure.
+  virtual void DeleteSetting(std::string_view application, std::string_view section) = 0;
+  /// Deletes the section and writes these entries, as one step: a failure leaves what was there.
+  virtual void ReplaceSection(std::string_view application, std::string_view section, const Entries& entries) = 0;
+
+ protected:
+  SettingsStore() = default;
+  SettingsStore(const SettingsStore&) = default;
+  SettingsStore& operator=(const SettingsStore&) = default;
+};
+
+}  // namespace velmoria
