@@ -6,17 +6,21 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "velmoria/runtime/api.h"
 #include "velmoria/runtime/variant.h"
 
 namespace velmoria {
 
-/// How a column of rows is held, and what kind of Variant a value of it becomes.
+/// How a column of rows is held, and what kind of Variant a value of it becomes. In a buffer stand, by the names below:
+/// int16, int32, int64, float, double, int64 of ten thousandths, velmoria::Decimal, double of days, one byte that is 0
+/// for False, one byte.
 enum class ColumnStorage : std::uint8_t {
-  Integer,     // 16-bit
-  Long,        // 32-bit
-  BigInteger,  // 64-bit; read as Decimal
+  Integer,
+  Long,
+  BigInteger,  // read as Decimal
   Single,
   Double,
   Currency,
@@ -26,11 +30,11 @@ enum class ColumnStorage : std::uint8_t {
   Byte,
   Text,         // UTF-8 in the chunk's arena
   Bytes,        // in the chunk's arena
-  Placeholder,  // a long column that is not fetched with the row; reads as Empty
+  Placeholder,  // a long column that is not fetched with the row; reads as Empty, never as Null
 };
 
 /// Bytes that one value of a fixed storage takes; 0 for Text, Bytes and Placeholder.
-std::size_t StorageWidth(ColumnStorage storage) noexcept;
+VELMORIA_API std::size_t StorageWidth(ColumnStorage storage) noexcept;
 
 /// The rows of one fetch, column by column in typed buffers with null bits. Filled once, then immutable and shared.
 class VELMORIA_API RowChunk {
@@ -54,7 +58,7 @@ class VELMORIA_API RowChunk {
   ColumnStorage Storage(std::size_t column) const noexcept { return columns_[column].Storage; }
   /// The value as a Variant; row and column count from 0 and are not checked.
   Variant Value(std::size_t column, std::size_t row) const;
-  /// The text or bytes in place, without a copy.
+  /// The text or bytes in place, without a copy; empty for other storages.
   std::string_view View(std::size_t column, std::size_t row) const noexcept;
   /// What the chunk occupies on the heap, in bytes.
   std::size_t HeapBytes() const noexcept;
@@ -69,6 +73,7 @@ class VELMORIA_API RowBlock {
  public:
   RowBlock() = default;
 
+  /// Adds the rows of a chunk behind those of this range; a chunk without rows only tells its columns.
   void Append(std::shared_ptr<const RowChunk> chunk);
   /// The rows first to first + count - 1 of this block, sharing its chunks; the part that exists.
   RowBlock Slice(std::size_t first, std::size_t count) const;
@@ -76,8 +81,10 @@ class VELMORIA_API RowBlock {
   std::size_t Rows() const noexcept { return rows_; }
   std::size_t Columns() const noexcept;
   bool IsEmpty() const noexcept { return rows_ == 0; }
+  /// Not checked, as in RowChunk.
   Variant Value(std::size_t column, std::size_t row) const;
   ColumnStorage Storage(std::size_t column) const noexcept;
+  /// What all its chunks occupy, also where a slice shows only part of them.
   std::size_t HeapBytes() const noexcept;
   const std::vector<std::shared_ptr<const RowChunk>>& Chunks() const noexcept { return chunks_; }
 
@@ -89,18 +96,21 @@ class VELMORIA_API RowBlock {
   Place Find(std::size_t row) const noexcept;
 
   std::vector<std::shared_ptr<const RowChunk>> chunks_;
-  std::vector<std::size_t> ends_;  // rows of the chunks up to and including each, counted from the first chunk
+  std::vector<std::size_t> ends_;  // where the rows of each chunk end, counted from the start of the first chunk
   std::size_t skip_ = 0;           // rows of the first chunk that lie before this range
   std::size_t rows_ = 0;
 };
 
-/// Builds a chunk row by row; a value that its column cannot hold raises the failure of the conversion.
+/// Builds a chunk row by row. A value is converted to its column's storage and raises the failure of the conversion;
+/// Null stays Null, and a Placeholder takes anything and keeps nothing.
 class VELMORIA_API RowChunkBuilder {
  public:
   explicit RowChunkBuilder(std::vector<ColumnStorage> storages);
   ~RowChunkBuilder();
+  /// Raises 9 when the number of values is not that of the columns.
   void AddRow(std::initializer_list<Variant> values);
   void AddRow(const std::vector<Variant>& values);
+  /// The chunk of the rows added since the last one.
   std::shared_ptr<const RowChunk> Build();
 
  private:

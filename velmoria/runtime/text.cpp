@@ -10,9 +10,18 @@ namespace velmoria {
 namespace {
 
 template <class Number>
-void AppendWithToChars(std::string& text, Number value) {
+void AppendReal(std::string& text, Number value) {
+  if (value == 0) {
+    text.push_back('0');  // also for a negative zero, which is equal
+    return;
+  }
+  constexpr Number kLeastPlain = static_cast<Number>(1e-4);
+  constexpr Number kEndOfPlain = static_cast<Number>(1e15);
+  const Number size = value < 0 ? -value : value;
+  const bool plain = size >= kLeastPlain && size < kEndOfPlain;
   char buffer[64];
-  const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+  const auto result = plain ? std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed)
+                            : std::to_chars(buffer, buffer + sizeof buffer, value);
   text.append(buffer, result.ptr);
 }
 
@@ -85,12 +94,17 @@ std::string Quoted(std::string_view text) {
 
 std::string NumberText(long long value) {
   std::string text;
-  AppendWithToChars(text, value);
+  AppendNumber(text, value);
   return text;
 }
 
-void AppendNumber(std::string& text, double value) { AppendWithToChars(text, value); }
-void AppendNumber(std::string& text, float value) { AppendWithToChars(text, value); }
-void AppendNumber(std::string& text, long long value) { AppendWithToChars(text, value); }
+void AppendNumber(std::string& text, double value) { AppendReal(text, value); }
+void AppendNumber(std::string& text, float value) { AppendReal(text, value); }
+
+void AppendNumber(std::string& text, long long value) {
+  char buffer[24];
+  const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+  text.append(buffer, result.ptr);
+}
 
 }  // namespace velmoria

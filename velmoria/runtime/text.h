@@ -29,7 +29,8 @@ VELMORIA_API std::string Quoted(std::string_view text);
 /// The decimal text of a whole number.
 VELMORIA_API std::string NumberText(long long value);
 
-/// Appends the shortest text that reads back as the same value.
+/// Appends the fewest digits that read back as the same value: without exponent from 0.0001 to below 1e15, else in the
+/// shorter of both forms, "1e+20".
 VELMORIA_API void AppendNumber(std::string& text, double value);
 VELMORIA_API void AppendNumber(std::string& text, float value);
 VELMORIA_API void AppendNumber(std::string& text, long long value);

@@ -1,0 +1,131 @@
+#include "velmoria/runtime/row_block.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace velmoria {
+
+namespace {
+
+constexpr std::array<std::size_t, 13> kWidths{2, 4, 8, 4, 8, 8, sizeof(Decimal), 8, 1, 1, 0, 0, 0};
+
+template <class T>
+T Load(const RowChunk::Column& column, std::size_t row) noexcept {
+  T value;
+  std::memcpy(&value, column.Values.get() + row * sizeof(T), sizeof(T));
+  return value;
+}
+
+bool IsInArena(ColumnStorage storage) noexcept {
+  return storage == ColumnStorage::Text || storage == ColumnStorage::Bytes;
+}
+
+std::string_view InArena(const RowChunk::Column& column, std::size_t row) noexcept {
+  const std::size_t begin = row == 0 ? 0 : column.Ends[row - 1];
+  return std::string_view(column.Arena).substr(begin, column.Ends[row] - begin);
+}
+
+Variant BytesValue(std::string_view bytes) {
+  return std::span<const Byte>(reinterpret_cast<const Byte*>(bytes.data()), bytes.size());
+}
+
+}  // namespace
+
+std::size_t StorageWidth(ColumnStorage storage) noexcept { return kWidths[static_cast<std::size_t>(storage)]; }
+
+Variant RowChunk::Value(std::size_t column, std::size_t row) const {
+  if (IsNull(column, row)) return Variant::Null();
+  const Column& values = columns_[column];
+  switch (values.Storage) {
+    case ColumnStorage::Integer: return Load<std::int16_t>(values, row);
+    case ColumnStorage::Long: return Load<std::int32_t>(values, row);
+    case ColumnStorage::BigInteger: return Decimal::From(Load<std::int64_t>(values, row));
+    case ColumnStorage::Single: return Load<float>(values, row);
+    case ColumnStorage::Double: return Load<double>(values, row);
+    case ColumnStorage::Currency: return Currency{Load<std::int64_t>(values, row)};
+    case ColumnStorage::Decimal: return Load<Decimal>(values, row);
+    case ColumnStorage::Date: return Date{Load<double>(values, row)};
+    case ColumnStorage::Boolean: return Load<Byte>(values, row) != 0;
+    case ColumnStorage::Byte: return Load<Byte>(values, row);
+    case ColumnStorage::Text: return InArena(values, row);
+    case ColumnStorage::Bytes: return BytesValue(InArena(values, row));
+    case ColumnStorage::Placeholder: break;
+  }
+  return {};
+}
+
+std::string_view RowChunk::View(std::size_t column, std::size_t row) const noexcept {
+  const Column& values = columns_[column];
+  return IsInArena(values.Storage) ? InArena(values, row) : std::string_view();
+}
+
+std::size_t RowChunk::HeapBytes() const noexcept {
+  std::size_t bytes = columns_.capacity() * sizeof(Column);
+  for (const Column& column : columns_) {
+    if (column.Values) bytes += rows_ * StorageWidth(column.Storage);
+    if (column.Ends) bytes += rows_ * sizeof(std::uint32_t);
+    if (column.NullBits) bytes += (rows_ + 63) / 64 * sizeof(std::uint64_t);
+    if (column.Arena.capacity() > std::string().capacity()) bytes += column.Arena.capacity() + 1;
+  }
+  return bytes;
+}
+
+void RowBlock::Append(std::shared_ptr<const RowChunk> chunk) {
+  if (rows_ == 0) {
+    chunks_.clear();
+    ends_.clear();
+    skip_ = 0;
+  } else if (chunk->Rows() == 0) {
+    return;
+  }
+  const std::size_t rows = chunk->Rows();
+  ends_.push_back((ends_.empty() ? 0 : ends_.back()) + rows);
+  chunks_.push_back(std::move(chunk));
+  rows_ += rows;
+}
+
+RowBlock RowBlock::Slice(std::size_t first, std::size_t count) const {
+  RowBlock slice;
+  if (chunks_.empty()) return slice;
+  first = std::min(first, rows_);
+  slice.rows_ = std::min(count, rows_ - first);
+  const std::size_t begin = skip_ + first;
+  const std::size_t end = begin + slice.rows_;
+  auto chunk = static_cast<std::size_t>(std::upper_bound(ends_.begin(), ends_.end(), begin) - ends_.begin());
+  chunk = std::min(chunk, chunks_.size() - 1);
+  const std::size_t base = chunk == 0 ? 0 : ends_[chunk - 1];
+  slice.skip_ = begin - base;
+  do {
+    slice.chunks_.push_back(chunks_[chunk]);
+    // The last chunk ends where the range does, so that another one can follow.
+    slice.ends_.push_back(std::min(ends_[chunk], end) - base);
+  } while (ends_[chunk++] < end);
+  return slice;
+}
+
+RowBlock::Place RowBlock::Find(std::size_t row) const noexcept {
+  row += skip_;
+  // Fetches are of one size but for the last, so the first chunk's size usually tells which one it is.
+  std::size_t chunk = std::min(row / ends_.front(), ends_.size() - 1);
+  const bool right = row < ends_[chunk] && (chunk == 0 || row >= ends_[chunk - 1]);
+  if (!right) { chunk = static_cast<std::size_t>(std::upper_bound(ends_.begin(), ends_.end(), row) - ends_.begin()); }
+  return {chunks_[chunk].get(), chunk == 0 ? row : row - ends_[chunk - 1]};
+}
+
+std::size_t RowBlock::Columns() const noexcept { return chunks_.empty() ? 0 : chunks_.front()->Columns(); }
+
+Variant RowBlock::Value(std::size_t column, std::size_t row) const {
+  const Place place = Find(row);
+  return place.Chunk->Value(column, place.Row);
+}
+
+ColumnStorage RowBlock::Storage(std::size_t column) const noexcept { return chunks_.front()->Storage(column); }
+
+std::size_t RowBlock::HeapBytes() const noexcept {
+  std::size_t bytes = chunks_.capacity() * sizeof(chunks_[0]) + ends_.capacity() * sizeof(ends_[0]);
+  for (const auto& chunk : chunks_) bytes += sizeof(RowChunk) + chunk->HeapBytes();
+  return bytes;
+}
+
+}  // namespace velmoria
