@@ -41,7 +41,10 @@ enum class VarType : std::uint16_t {
   Array = 8192,
 };
 
+// In a namespace of its own, so that enumerations may have a member of that name without g++ calling it a shadow.
+inline namespace scalars {
 using Byte = std::uint8_t;
+}
 
 constexpr VarType ArrayOf(VarType element) noexcept {
   return static_cast<VarType>(static_cast<unsigned>(VarType::Array) | static_cast<unsigned>(element));
