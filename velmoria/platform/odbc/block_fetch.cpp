@@ -1,0 +1,125 @@
+#include "velmoria/platform/odbc/block_fetch.h"
+
+#include <algorithm>
+
+#include <sql.h>
+#include <sqlext.h>
+
+namespace velmoria::odbc {
+namespace {
+
+constexpr std::size_t kFirstBlock = 64;  // many results are a row or a page
+constexpr std::size_t kWholeBlock = 1024;
+constexpr std::size_t kBlockBytes = std::size_t{4} << 20;
+
+}  // namespace
+
+BlockFetch::BlockFetch(Statement& statement, const std::vector<ColumnInfo>& columns) : statement_(statement) {
+  landings_.reserve(columns.size());
+  bool canOverflow = false;
+  for (const auto& column : columns) {
+    const auto& landing = landings_.emplace_back(column, static_cast<Word>(landings_.size() + 1));
+    rowBytes_ += landing.RowBytes();
+    canOverflow = canOverflow || landing.CanOverflow();
+  }
+  rowByRow_ = canOverflow && !statement_.Scrolls();
+}
+
+std::size_t BlockFetch::RowsOfBlock() const noexcept {
+  const std::size_t most = rowsBefore_ == 0 ? kFirstBlock : kWholeBlock;
+  return std::clamp<std::size_t>(kBlockBytes / std::max<std::size_t>(rowBytes_, 1), 1, most);
+}
+
+std::shared_ptr<const RowChunk> BlockFetch::Next() {
+  if (ended_) return nullptr;
+  const std::size_t wanted = RowsOfBlock();
+  Prepare(wanted);
+  const std::size_t rows = rowByRow_ ? FetchRows(wanted) : FetchBlock();
+  if (rows < wanted) ended_ = true;
+  if (rows == 0) return nullptr;
+  auto chunk = MakeChunk(rows);
+  rowsBefore_ += rows;
+  return chunk;
+}
+
+void BlockFetch::Prepare(std::size_t rows) {
+  for (auto& landing : landings_) landing.Begin(rows);
+  if (rowByRow_) return;
+  SetArraySize(rows);
+  if (rows != capacity_) {
+    status_.assign(rows, SQL_ROW_SUCCESS);
+    statement_.SetPointer(SQL_ATTR_ROW_STATUS_PTR, status_.data());
+    if (capacity_ == 0) statement_.SetPointer(SQL_ATTR_ROWS_FETCHED_PTR, &fetched_);
+    capacity_ = rows;
+  }
+  for (auto& landing : landings_) {
+    if (landing.IsFetched()) landing.Bind(statement_);
+  }
+}
+
+void BlockFetch::SetArraySize(std::size_t rows) {
+  if (rows == arraySize_) return;
+  statement_.SetAttribute(SQL_ATTR_ROW_ARRAY_SIZE, rows);
+  arraySize_ = rows;
+}
+
+std::size_t BlockFetch::FetchBlock() {
+  fetched_ = 0;
+  const Code code = statement_.Calls().FetchScroll(
+      statement_.Get(), repositioned_ ? SQL_FETCH_ABSOLUTE : SQL_FETCH_NEXT, static_cast<Length>(rowsBefore_ + 1));
+  repositioned_ = false;
+  if (code == SQL_NO_DATA) return 0;
+  statement_.Check(code);
+  const std::size_t rows = std::min<std::size_t>(fetched_, capacity_);
+  const bool informed = code == SQL_SUCCESS_WITH_INFO;
+  if (informed) RefuseFailedRows();
+  CompleteLongValues(rows, informed);
+  return rows;
+}
+
+// A block with a row that could not be converted is a success with information.
+void BlockFetch::RefuseFailedRows() const {
+  const auto end = status_.begin() + static_cast<std::ptrdiff_t>(std::min<std::size_t>(fetched_, capacity_));
+  if (std::find(status_.begin(), end, Word{SQL_ROW_ERROR}) != end) statement_.Check(SQL_ERROR);
+}
+
+void BlockFetch::CompleteLongValues(std::size_t rows, bool informed) {
+  for (std::size_t row = 0; row < rows; ++row) {
+    bool there = false;
+    for (auto& landing : landings_) {
+      if (!landing.IsCut(row, informed)) continue;
+      if (!repositioned_) {
+        statement_.UnbindColumns();
+        SetArraySize(1);
+        repositioned_ = true;
+      }
+      if (!there) {
+        statement_.Check(statement_.Calls().FetchScroll(statement_.Get(), SQL_FETCH_ABSOLUTE,
+                                                        static_cast<Length>(rowsBefore_ + row + 1)));
+        there = true;
+      }
+      landing.Read(statement_, row);
+    }
+  }
+}
+
+std::size_t BlockFetch::FetchRows(std::size_t rows) {
+  for (std::size_t row = 0; row < rows; ++row) {
+    const Code code = statement_.Calls().Fetch(statement_.Get());
+    if (code == SQL_NO_DATA) return row;
+    statement_.Check(code);
+    for (auto& landing : landings_) {
+      if (landing.IsFetched()) landing.Read(statement_, row);
+    }
+  }
+  return rows;
+}
+
+std::shared_ptr<const RowChunk> BlockFetch::MakeChunk(std::size_t rows) {
+  std::vector<RowChunk::Column> columns;
+  columns.reserve(landings_.size());
+  for (auto& landing : landings_) columns.push_back(landing.Finish(rows));
+  return std::make_shared<const RowChunk>(std::move(columns), rows);
+}
+
+}  // namespace velmoria::odbc

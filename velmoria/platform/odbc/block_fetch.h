@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include "velmoria/platform/odbc/columns.h"
+#include "velmoria/platform/odbc/landing.h"
+#include "velmoria/platform/odbc/statement.h"
+#include "velmoria/runtime/row_block.h"
+
+namespace velmoria::odbc {
+
+/// Fetches the rows of an executed statement forwards, block by block, as a column-wise row array. Numbers arrive in
+/// the chunk's own buffers; texts in slots that are used again for every block, then run together.
+///
+/// A slot is as wide as the driver says the column can be, up to a limit, and no size is trusted: of a value that is
+/// longer, the row is fetched once more by itself and the value read whole. A cursor that cannot go back to a row is
+/// read row by row, unless no column of it can be longer than its slot.
+class BlockFetch {
+ public:
+  /// The statement has to outlive this.
+  BlockFetch(Statement& statement, const std::vector<ColumnInfo>& columns);
+  BlockFetch(const BlockFetch&) = delete;
+  BlockFetch& operator=(const BlockFetch&) = delete;
+
+  /// The next rows, or null after the last one. After a failure it must not be called again.
+  std::shared_ptr<const RowChunk> Next();
+  /// Whether the last row has been given out.
+  bool HasEnded() const noexcept { return ended_; }
+
+ private:
+  std::size_t RowsOfBlock() const noexcept;
+  void Prepare(std::size_t rows);
+  void SetArraySize(std::size_t rows);
+  std::size_t FetchBlock();
+  std::size_t FetchRows(std::size_t rows);
+  void RefuseFailedRows() const;
+  void CompleteLongValues(std::size_t rows, bool informed);
+  std::shared_ptr<const RowChunk> MakeChunk(std::size_t rows);
+
+  Statement& statement_;
+  std::vector<Landing> landings_;
+  std::size_t rowBytes_ = 0;
+  bool rowByRow_ = false;
+  bool repositioned_ = false;  // the cursor stands on a single row, not on the block
+  bool ended_ = false;
+  std::size_t capacity_ = 0;   // rows that the landings hold
+  std::size_t arraySize_ = 0;  // rows that the driver is told to fetch
+  std::size_t rowsBefore_ = 0;
+  ULength fetched_ = 0;
+  std::vector<Word> status_;
+};
+
+}  // namespace velmoria::odbc

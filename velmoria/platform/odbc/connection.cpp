@@ -1,0 +1,103 @@
+#include "velmoria/platform/odbc/connection.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+#include <sql.h>
+#include <sqlext.h>
+
+#include "velmoria/platform/odbc/statement.h"
+
+namespace velmoria::odbc {
+namespace {
+
+Handle AttributeValue(ULength value) { return reinterpret_cast<Handle>(std::uintptr_t{value}); }
+
+Char* MutableText(const std::string& text) { return reinterpret_cast<Char*>(const_cast<char*>(text.c_str())); }
+
+}  // namespace
+
+void Connection::Open(const std::string& connect, bool prompting, bool readOnly) {
+  Close();
+  try {
+    Connect(connect, prompting, readOnly);
+  } catch (...) {
+    Close();
+    throw;
+  }
+}
+
+void Connection::Connect(const std::string& connect, bool prompting, bool readOnly) {
+  const Handle environment = environment_.Get();
+  Handle made = nullptr;
+  if (!Succeeded(Calls().AllocHandle(SQL_HANDLE_DBC, environment, &made))) {
+    FailWithDiagnostics(Driver(), SQL_HANDLE_ENV, environment);
+  }
+  handle_ = made;
+  if (readOnly) Check(Calls().SetConnectAttr(handle_, SQL_ATTR_ACCESS_MODE, AttributeValue(SQL_MODE_READ_ONLY), 0));
+  // Some drivers write the completed text whether it is wanted or not.
+  std::array<Char, 4096> completed{};
+  Small length = 0;
+  Check(Calls().DriverConnect(handle_, nullptr, MutableText(connect), SQL_NTS, completed.data(),
+                              static_cast<Small>(completed.size()), &length,
+                              prompting ? SQL_DRIVER_COMPLETE : SQL_DRIVER_NOPROMPT));
+  connected_ = true;
+}
+
+void Connection::Close() noexcept {
+  while (!statements_.empty()) statements_.back()->Close();
+  if (connected_) {
+    // A connection with an open transaction refuses to end.
+    if (!autoCommit_) Calls().EndTran(SQL_HANDLE_DBC, handle_, SQL_ROLLBACK);
+    Calls().Disconnect(handle_);
+  }
+  connected_ = false;
+  autoCommit_ = true;
+  if (handle_ != nullptr) Calls().FreeHandle(SQL_HANDLE_DBC, handle_);
+  handle_ = nullptr;
+}
+
+void Connection::SetAutoCommit(bool value) {
+  RequireOpen();
+  const ULength mode = value ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF;
+  Check(Calls().SetConnectAttr(handle_, SQL_ATTR_AUTOCOMMIT, AttributeValue(mode), SQL_IS_UINTEGER));
+  autoCommit_ = value;
+}
+
+void Connection::EndTransaction(bool commit) {
+  RequireOpen();
+  Check(Calls().EndTran(SQL_HANDLE_DBC, handle_, commit ? SQL_COMMIT : SQL_ROLLBACK));
+}
+
+std::string Connection::InfoText(Word information) {
+  RequireOpen();
+  std::array<char, 256> text{};
+  Small length = 0;
+  const Code code = Calls().GetInfo(handle_, information, text.data(), static_cast<Small>(text.size() - 1), &length);
+  return Succeeded(code) ? std::string(text.data()) : std::string();
+}
+
+Word Connection::InfoNumber(Word information) {
+  RequireOpen();
+  Word number = 0;
+  const Code code = Calls().GetInfo(handle_, information, &number, sizeof number, nullptr);
+  return Succeeded(code) ? number : Word{0};
+}
+
+void Connection::Check(Code code) const {
+  if (!Succeeded(code)) FailWithDiagnostics(Driver(), SQL_HANDLE_DBC, handle_);
+}
+
+void Connection::RequireOpen() const {
+  if (!connected_) FailClosed("The connection is closed.");
+}
+
+void Connection::Enter(Statement* statement) { statements_.push_back(statement); }
+
+void Connection::Leave(Statement* statement) noexcept {
+  const auto place = std::find(statements_.rbegin(), statements_.rend(), statement);
+  if (place != statements_.rend()) statements_.erase(std::next(place).base());
+}
+
+}  // namespace velmoria::odbc

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "velmoria/platform/odbc/environment.h"
+
+namespace velmoria::odbc {
+
+class Statement;
+
+/// A connection handle and the statements made on it, which end with it. The environment has to outlive it.
+class Connection {
+ public:
+  explicit Connection(Environment& environment) : environment_(environment) {}
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+  ~Connection() { Close(); }
+
+  /// Connects by a complete connect string; `prompting` lets the driver ask for what is missing.
+  void Open(const std::string& connect, bool prompting, bool readOnly);
+  bool IsOpen() const noexcept { return connected_; }
+  /// Ends the statements, then the connection; what is not committed is rolled back. Never fails.
+  void Close() noexcept;
+
+  void SetAutoCommit(bool value);
+  void EndTransaction(bool commit);
+  /// A text or small number about the server, by the number of SQLGetInfo; empty or 0 when the driver does not know.
+  std::string InfoText(Word information);
+  Word InfoNumber(Word information);
+
+  const odbc::Driver& Driver() const noexcept { return environment_.Driver(); }
+  odbc::Calls& Calls() const noexcept { return *Driver().Calls; }
+  /// Throws what the driver says when the code is a failure.
+  void Check(Code code) const;
+
+ private:
+  friend class Statement;
+  void Connect(const std::string& connect, bool prompting, bool readOnly);
+  void RequireOpen() const;
+  void Enter(Statement* statement);
+  void Leave(Statement* statement) noexcept;
+
+  Environment& environment_;
+  Handle handle_ = nullptr;
+  bool connected_ = false;
+  bool autoCommit_ = true;
+  std::vector<Statement*> statements_;
+};
+
+}  // namespace velmoria::odbc

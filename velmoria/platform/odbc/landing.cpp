@@ -1,0 +1,234 @@
+#include "velmoria/platform/odbc/landing.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <limits>
+
+#include <sql.h>
+#include <sqlext.h>
+
+#include "velmoria/platform/rdo/constants.h"
+#include "velmoria/runtime/date.h"
+#include "velmoria/runtime/decimal.h"
+#include "velmoria/runtime/error.h"
+
+namespace velmoria::odbc {
+namespace {
+
+constexpr std::size_t kBytesOfCharacter = 4;  // the widest in UTF-8
+constexpr std::size_t kNarrowestText = 64;
+constexpr std::size_t kUnknownText = 1024;
+constexpr std::size_t kWidestText = 4096;
+constexpr std::size_t kNumberText = 64;
+constexpr std::size_t kFirstPiece = 16384;
+
+struct Way {
+  ColumnStorage Storage;
+  Small CType;
+  bool Direct;
+  std::size_t SlotWidth;
+};
+
+constexpr std::array kWays = {
+    Way{ColumnStorage::Integer, SQL_C_SSHORT, true, 2},
+    Way{ColumnStorage::Long, SQL_C_SLONG, true, 4},
+    Way{ColumnStorage::BigInteger, SQL_C_SBIGINT, true, 8},
+    Way{ColumnStorage::Single, SQL_C_FLOAT, true, 4},
+    Way{ColumnStorage::Double, SQL_C_DOUBLE, true, 8},
+    Way{ColumnStorage::Byte, SQL_C_UTINYINT, true, 1},
+    Way{ColumnStorage::Boolean, SQL_C_BIT, true, 1},
+    Way{ColumnStorage::Decimal, SQL_C_CHAR, false, kNumberText},
+    Way{ColumnStorage::Date, SQL_C_TYPE_TIMESTAMP, false, sizeof(SQL_TIMESTAMP_STRUCT)},
+    Way{ColumnStorage::Text, SQL_C_CHAR, false, 0},
+    Way{ColumnStorage::Placeholder, SQL_C_CHAR, false, 0},
+};
+
+const Way& WayOf(ColumnStorage storage) {
+  return *std::find_if(kWays.begin(), kWays.end() - 1, [&](const Way& way) { return way.Storage == storage; });
+}
+
+std::size_t TextWidth(std::int32_t characters) {
+  if (characters <= 0) return kUnknownText;
+  return std::clamp(static_cast<std::size_t>(characters) * kBytesOfCharacter + 1, kNarrowestText, kWidestText);
+}
+
+template <class T>
+T Load(const std::byte* place) {
+  T value;
+  std::memcpy(&value, place, sizeof value);
+  return value;
+}
+
+double DaysOf(const SQL_TIMESTAMP_STRUCT& stamp) {
+  return Date::From({.Year = stamp.year,
+                     .Month = stamp.month,
+                     .Day = stamp.day,
+                     .Hour = stamp.hour,
+                     .Minute = stamp.minute,
+                     .Second = stamp.second,
+                     .Millisecond = static_cast<int>(stamp.fraction / 1000000)})
+      .Days;
+}
+
+// A time alone lies on day 0.
+double DaysOf(const SQL_TIME_STRUCT& time) {
+  return Date::From({.Hour = time.hour, .Minute = time.minute, .Second = time.second}).Days;
+}
+
+}  // namespace
+
+Landing::Landing(const ColumnInfo& info, Word number)
+    : name_(info.Name), number_(number), storage_(info.Storage), cType_(WayOf(storage_).CType) {
+  const Way& way = WayOf(storage_);
+  direct_ = way.Direct;
+  slotWidth_ = way.SlotWidth;
+  if (storage_ == ColumnStorage::Text) slotWidth_ = TextWidth(info.Size);
+  if (storage_ == ColumnStorage::Date && info.Type == rdTypeTIME) {
+    cType_ = SQL_C_TYPE_TIME;
+    slotWidth_ = sizeof(SQL_TIME_STRUCT);
+  }
+}
+
+bool Landing::CanOverflow() const noexcept { return IsFetched() && cType_ == SQL_C_CHAR; }
+
+void Landing::Begin(std::size_t rows) {
+  whole_.clear();
+  if (!IsFetched()) return;
+  if (rows != rows_) {
+    indicators_ = std::make_unique_for_overwrite<Length[]>(rows);
+    if (!direct_) slots_ = std::make_unique_for_overwrite<std::byte[]>(rows * slotWidth_);
+    rows_ = rows;
+  }
+  if (direct_) values_ = std::make_unique_for_overwrite<std::byte[]>(rows * slotWidth_);
+}
+
+void Landing::Bind(Statement& statement) {
+  statement.Check(statement.Calls().BindCol(statement.Get(), number_, cType_, Buffer(), static_cast<Length>(slotWidth_),
+                                            indicators_.get()));
+}
+
+void Landing::Read(Statement& statement, std::size_t row) {
+  Length& indicator = indicators_[row];
+  const Code code = statement.Calls().GetData(statement.Get(), number_, cType_, Buffer() + row * slotWidth_,
+                                              static_cast<Length>(slotWidth_), &indicator);
+  statement.Check(code);
+  if (IsCut(row, code == SQL_SUCCESS_WITH_INFO)) ReadRest(statement, row);
+}
+
+// The slot holds the beginning, without the zero that ends it; the driver goes on where it stopped.
+void Landing::ReadRest(Statement& statement, std::size_t row) {
+  std::string& text = whole_[row];
+  const auto* const slot = reinterpret_cast<const char*>(slots_.get() + row * slotWidth_);
+  text.assign(slot, slotWidth_ - 1);
+  for (std::size_t piece = kFirstPiece;; piece *= 2) {
+    const std::size_t before = text.size();
+    text.resize(before + piece);
+    Length left = 0;
+    const Code code = statement.Calls().GetData(statement.Get(), number_, cType_, text.data() + before,
+                                                static_cast<Length>(piece), &left);
+    if (code == SQL_NO_DATA || left == SQL_NULL_DATA) return text.resize(before);
+    statement.Check(code);
+    const bool more = left == SQL_NO_TOTAL || static_cast<std::size_t>(left) >= piece;
+    text.resize(before + (more ? piece - 1 : static_cast<std::size_t>(left)));
+    if (!more) return;
+  }
+}
+
+bool Landing::IsNull(std::size_t row) const noexcept { return indicators_[row] == SQL_NULL_DATA; }
+
+bool Landing::IsCut(std::size_t row, bool informed) const noexcept {
+  if (!CanOverflow() || IsNull(row)) return false;
+  const Length length = indicators_[row];
+  if (length == SQL_NO_TOTAL || length >= static_cast<Length>(slotWidth_)) return true;
+  // Some drivers report what they delivered, not what there is.
+  return informed && length == static_cast<Length>(slotWidth_) - 1;
+}
+
+std::string_view Landing::SlotAt(std::size_t row) const noexcept {
+  return {reinterpret_cast<const char*>(slots_.get() + row * slotWidth_), static_cast<std::size_t>(indicators_[row])};
+}
+
+std::string_view Landing::TextAt(std::size_t row) const {
+  if (IsNull(row)) return {};
+  const auto whole = whole_.find(row);
+  return whole == whole_.end() ? SlotAt(row) : std::string_view(whole->second);
+}
+
+RowChunk::Column Landing::Finish(std::size_t rows) {
+  RowChunk::Column column;
+  column.Storage = storage_;
+  if (!IsFetched()) return column;
+  MarkNulls(column, rows);
+  if (direct_) {
+    KeepFixed(column, rows);
+  } else if (storage_ == ColumnStorage::Text) {
+    FinishText(column, rows);
+  } else if (storage_ == ColumnStorage::Decimal) {
+    FinishConverted<Decimal>(column, rows, [this](std::size_t row) { return Decimal::Parse(TextAt(row)); });
+  } else if (cType_ == SQL_C_TYPE_TIME) {
+    FinishConverted<double>(column, rows, [this](std::size_t row) {
+      return DaysOf(Load<SQL_TIME_STRUCT>(slots_.get() + row * slotWidth_));
+    });
+  } else {
+    FinishConverted<double>(column, rows, [this](std::size_t row) {
+      return DaysOf(Load<SQL_TIMESTAMP_STRUCT>(slots_.get() + row * slotWidth_));
+    });
+  }
+  return column;
+}
+
+void Landing::KeepFixed(RowChunk::Column& column, std::size_t rows) {
+  column.Values = std::move(values_);
+  if (rows == rows_) return;
+  auto fitting = std::make_unique_for_overwrite<std::byte[]>(rows * slotWidth_);
+  std::memcpy(fitting.get(), column.Values.get(), rows * slotWidth_);
+  column.Values = std::move(fitting);
+}
+
+void Landing::FinishText(RowChunk::Column& column, std::size_t rows) const {
+  column.Ends = std::make_unique_for_overwrite<std::uint32_t[]>(rows);
+  std::size_t total = 0;
+  for (std::size_t row = 0; row < rows; ++row) {
+    total += whole_.empty() ? (IsNull(row) ? 0 : static_cast<std::size_t>(indicators_[row])) : TextAt(row).size();
+    column.Ends[row] = static_cast<std::uint32_t>(total);
+  }
+  if (total > std::numeric_limits<std::uint32_t>::max()) {
+    Fail(RuntimeFailure::Overflow, "The texts of the column '" + name_ + "' are too long to be read together.");
+  }
+  column.Arena.resize(total);
+  char* place = column.Arena.data();
+  for (std::size_t row = 0; row < rows; ++row) {
+    const std::string_view text = !whole_.empty() ? TextAt(row) : IsNull(row) ? std::string_view() : SlotAt(row);
+    if (!text.empty()) std::memcpy(place, text.data(), text.size());
+    place += text.size();
+  }
+}
+
+template <class T, class Convert>
+void Landing::FinishConverted(RowChunk::Column& column, std::size_t rows, Convert convert) const {
+  column.Values = std::make_unique_for_overwrite<std::byte[]>(rows * sizeof(T));
+  for (std::size_t row = 0; row < rows; ++row) {
+    T value{};
+    if (!IsNull(row)) {
+      try {
+        value = convert(row);
+      } catch (const Error& error) {
+        throw Error(error.Number(), error.Description() + " in the column '" + name_ + "'");
+      }
+    }
+    std::memcpy(column.Values.get() + row * sizeof(T), &value, sizeof(T));
+  }
+}
+
+void Landing::MarkNulls(RowChunk::Column& column, std::size_t rows) const {
+  std::size_t nulls = 0;
+  for (std::size_t row = 0; row < rows; ++row) nulls += IsNull(row) ? 1U : 0U;
+  if (nulls == 0) return;
+  column.NullBits = std::make_unique<std::uint64_t[]>((rows + 63) / 64);
+  for (std::size_t row = 0; row < rows; ++row) {
+    column.NullBits[row / 64] |= std::uint64_t{IsNull(row)} << (row % 64);
+  }
+}
+
+}  // namespace velmoria::odbc

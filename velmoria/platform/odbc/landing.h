@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "velmoria/platform/odbc/columns.h"
+#include "velmoria/platform/odbc/statement.h"
+#include "velmoria/runtime/row_block.h"
+
+namespace velmoria::odbc {
+
+/// Where the values of one column land in a fetch, and how they become a column of a chunk.
+class Landing {
+ public:
+  Landing(const ColumnInfo& info, Word number);
+
+  /// Bytes that a row takes in the buffers of the fetch.
+  std::size_t RowBytes() const noexcept { return slotWidth_ + sizeof(Length); }
+  /// Whether a value can be longer than its slot.
+  bool CanOverflow() const noexcept;
+  /// A long column is not fetched, and has no buffers.
+  bool IsFetched() const noexcept { return storage_ != ColumnStorage::Placeholder; }
+
+  /// Makes room for the rows of a new chunk; the buffers of the one before are used again where they can be.
+  void Begin(std::size_t rows);
+  void Bind(Statement& statement);
+  /// Reads the value of the cursor's row, whatever its length, for the given row of the chunk.
+  void Read(Statement& statement, std::size_t row);
+  /// Whether the value of a row did not fit; `informed` tells that the driver gave information with the fetch.
+  bool IsCut(std::size_t row, bool informed) const noexcept;
+  /// The chunk's column, made of the first `rows` rows.
+  RowChunk::Column Finish(std::size_t rows);
+
+ private:
+  std::byte* Buffer() const noexcept { return direct_ ? values_.get() : slots_.get(); }
+  bool IsNull(std::size_t row) const noexcept;
+  std::string_view TextAt(std::size_t row) const;
+  std::string_view SlotAt(std::size_t row) const noexcept;
+  void ReadRest(Statement& statement, std::size_t row);
+  void KeepFixed(RowChunk::Column& column, std::size_t rows);
+  void FinishText(RowChunk::Column& column, std::size_t rows) const;
+  template <class T, class Convert>
+  void FinishConverted(RowChunk::Column& column, std::size_t rows, Convert convert) const;
+  void MarkNulls(RowChunk::Column& column, std::size_t rows) const;
+
+  std::string name_;
+  Word number_;
+  ColumnStorage storage_;
+  Small cType_;
+  bool direct_ = false;  // lands in the chunk's own buffer
+  std::size_t slotWidth_ = 0;
+  std::size_t rows_ = 0;
+  std::unique_ptr<std::byte[]> slots_;
+  std::unique_ptr<std::byte[]> values_;
+  std::unique_ptr<Length[]> indicators_;
+  std::unordered_map<std::size_t, std::string> whole_;  // the values that did not fit, by row
+};
+
+}  // namespace velmoria::odbc

@@ -1,0 +1,182 @@
+#include "velmoria/platform/odbc/parameters.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <string>
+
+#include <sql.h>
+#include <sqlext.h>
+
+#include "velmoria/platform/rdo/constants.h"
+#include "velmoria/runtime/error.h"
+
+namespace velmoria::odbc {
+
+struct ParameterValues::Slot {
+  Small CType = SQL_C_CHAR;
+  Small Type = SQL_VARCHAR;
+  ULength Size = 1;
+  Small Digits = 0;
+  Length Indicator = SQL_NULL_DATA;
+  std::array<std::byte, 16> Fixed{};
+  std::string Text{};
+};
+
+namespace {
+
+using FixedBytes = std::array<std::byte, 16>;
+constexpr std::size_t kLongestPlainText = 8000;
+constexpr Small kMillisecondDigits = 3;
+constexpr ULength kTimestampSize = 23;  // yyyy-mm-dd hh:mm:ss.fff
+constexpr ULength kDateSize = 10;
+constexpr ULength kTimeSize = 8;
+
+struct FixedKind {
+  VarType Value;
+  Small CType;
+  Small Type;
+  ULength Size;
+};
+
+constexpr std::array kFixedKinds = {
+    FixedKind{VarType::Integer, SQL_C_SSHORT, SQL_SMALLINT, 5},
+    FixedKind{VarType::Long, SQL_C_SLONG, SQL_INTEGER, 10},
+    FixedKind{VarType::Single, SQL_C_FLOAT, SQL_REAL, 7},
+    FixedKind{VarType::Double, SQL_C_DOUBLE, SQL_DOUBLE, 15},
+    FixedKind{VarType::Byte, SQL_C_UTINYINT, SQL_TINYINT, 3},
+    FixedKind{VarType::Boolean, SQL_C_BIT, SQL_BIT, 1},
+};
+
+constexpr std::array<std::array<Small, 2>, 3> kDateTypes = {{
+    {rdTypeDATE, SQL_TYPE_DATE},
+    {rdTypeTIME, SQL_TYPE_TIME},
+    {rdTypeTIMESTAMP, SQL_TYPE_TIMESTAMP},
+}};
+
+// The driver's code of a documented one.
+Small DriverType(std::int32_t type) noexcept {
+  for (const auto& [documented, own] : kDateTypes) {
+    if (documented == type) return own;
+  }
+  return static_cast<Small>(type);
+}
+
+template <class T>
+Length Store(FixedBytes& fixed, const T& value) {
+  static_assert(sizeof(T) <= sizeof(FixedBytes));
+  std::memcpy(fixed.data(), &value, sizeof value);
+  return sizeof value;
+}
+
+Length StoreFixed(FixedBytes& fixed, const Variant& value) {
+  switch (value.Type()) {
+    case VarType::Integer: return Store(fixed, value.AsInteger());
+    case VarType::Long: return Store(fixed, value.AsLong());
+    case VarType::Single: return Store(fixed, value.AsSingle());
+    case VarType::Double: return Store(fixed, value.AsDouble());
+    case VarType::Boolean: return Store(fixed, static_cast<unsigned char>(value.AsBoolean() ? 1 : 0));
+    default: return Store(fixed, value.AsByte());
+  }
+}
+
+bool HasTimeOfDay(const DateParts& parts) noexcept {
+  return parts.Hour != 0 || parts.Minute != 0 || parts.Second != 0 || parts.Millisecond != 0;
+}
+
+bool IsOnDayZero(const DateParts& parts) noexcept { return parts.Year == 1899 && parts.Month == 12 && parts.Day == 30; }
+
+}  // namespace
+
+ParameterValues::ParameterValues() = default;
+ParameterValues::~ParameterValues() = default;
+
+void ParameterValues::Add(const Variant& value, std::int32_t type) {
+  Slot& slot = slots_.emplace_back();
+  if (type != 0) slot.Type = DriverType(type);
+  if (!value.IsGiven() || value.IsNull()) return;
+  const auto kind =
+      std::find_if(kFixedKinds.begin(), kFixedKinds.end(), [&](const FixedKind& k) { return k.Value == value.Type(); });
+  if (kind != kFixedKinds.end()) {
+    slot.CType = kind->CType;
+    slot.Type = type == 0 ? kind->Type : slot.Type;
+    slot.Size = kind->Size;
+    slot.Indicator = StoreFixed(slot.Fixed, value);
+  } else if (value.Type() == VarType::Date) {
+    AddDate(slot, value.AsDate(), type);
+  } else if (value.IsByteArray()) {
+    const auto bytes = value.Bytes();
+    slot.CType = SQL_C_BINARY;
+    SetText(slot, std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+    if (type == 0) slot.Type = SQL_LONGVARBINARY;
+  } else if (value.IsText() || value.Type() == VarType::Decimal || value.Type() == VarType::Currency) {
+    AddText(slot, value, type);
+  } else {
+    Fail(RuntimeFailure::TypeMismatch);
+  }
+}
+
+void ParameterValues::AddText(Slot& slot, const Variant& value, std::int32_t type) {
+  SetText(slot, value.AsText());
+  if (value.IsText()) {
+    if (type == 0 && slot.Text.size() > kLongestPlainText) slot.Type = SQL_LONGVARCHAR;
+    return;
+  }
+  const std::size_t point = slot.Text.find('.');
+  slot.Digits = static_cast<Small>(point == std::string::npos ? 0 : slot.Text.size() - point - 1);
+  if (type == 0) slot.Type = SQL_DECIMAL;
+}
+
+// Sent as a timestamp unless a date or a time was asked for and says all there is.
+void ParameterValues::AddDate(Slot& slot, velmoria::Date date, std::int32_t type) {
+  const DateParts parts = date.Parts();
+  if (slot.Type == SQL_TYPE_DATE && !HasTimeOfDay(parts)) {
+    slot.CType = SQL_C_TYPE_DATE;
+    slot.Size = kDateSize;
+    slot.Indicator =
+        Store(slot.Fixed, SQL_DATE_STRUCT{static_cast<SQLSMALLINT>(parts.Year), static_cast<SQLUSMALLINT>(parts.Month),
+                                          static_cast<SQLUSMALLINT>(parts.Day)});
+    return;
+  }
+  if (slot.Type == SQL_TYPE_TIME && IsOnDayZero(parts)) {
+    slot.CType = SQL_C_TYPE_TIME;
+    slot.Size = kTimeSize;
+    slot.Indicator = Store(
+        slot.Fixed, SQL_TIME_STRUCT{static_cast<SQLUSMALLINT>(parts.Hour), static_cast<SQLUSMALLINT>(parts.Minute),
+                                    static_cast<SQLUSMALLINT>(parts.Second)});
+    return;
+  }
+  slot.CType = SQL_C_TYPE_TIMESTAMP;
+  if (type == 0 || slot.Type == SQL_TYPE_DATE || slot.Type == SQL_TYPE_TIME) slot.Type = SQL_TYPE_TIMESTAMP;
+  slot.Size = kTimestampSize;
+  slot.Digits = kMillisecondDigits;
+  SQL_TIMESTAMP_STRUCT stamp{};
+  stamp.year = static_cast<SQLSMALLINT>(parts.Year);
+  stamp.month = static_cast<SQLUSMALLINT>(parts.Month);
+  stamp.day = static_cast<SQLUSMALLINT>(parts.Day);
+  stamp.hour = static_cast<SQLUSMALLINT>(parts.Hour);
+  stamp.minute = static_cast<SQLUSMALLINT>(parts.Minute);
+  stamp.second = static_cast<SQLUSMALLINT>(parts.Second);
+  stamp.fraction = static_cast<SQLUINTEGER>(parts.Millisecond) * 1000000U;
+  slot.Indicator = Store(slot.Fixed, stamp);
+}
+
+void ParameterValues::SetText(Slot& slot, std::string text) {
+  slot.Text = std::move(text);
+  slot.Size = std::max<ULength>(slot.Text.size(), 1);  // a size of 0 is refused
+  slot.Indicator = static_cast<Length>(slot.Text.size());
+}
+
+void ParameterValues::BindTo(Statement& statement) {
+  Word number = 0;
+  for (Slot& slot : slots_) {
+    const bool isFixed = slot.CType != SQL_C_CHAR && slot.CType != SQL_C_BINARY;
+    void* const value = isFixed ? static_cast<void*>(slot.Fixed.data()) : slot.Text.data();
+    const auto capacity = static_cast<Length>(isFixed ? slot.Fixed.size() : slot.Text.size() + 1);
+    statement.Check(statement.Calls().BindParameter(statement.Get(), ++number, SQL_PARAM_INPUT, slot.CType, slot.Type,
+                                                    slot.Size, slot.Digits, value, capacity, &slot.Indicator));
+  }
+}
+
+}  // namespace velmoria::odbc

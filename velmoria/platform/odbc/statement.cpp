@@ -1,0 +1,104 @@
+#include "velmoria/platform/odbc/statement.h"
+
+#include <cstdint>
+
+#include <sql.h>
+#include <sqlext.h>
+
+namespace velmoria::odbc {
+namespace {
+
+Char* MutableText(const std::string& text) { return reinterpret_cast<Char*>(const_cast<char*>(text.c_str())); }
+
+}  // namespace
+
+Statement::Statement(Connection& connection) : connection_(&connection) {
+  connection.RequireOpen();
+  connection.Enter(this);
+  Handle made = nullptr;
+  try {
+    connection.Check(connection.Calls().AllocHandle(SQL_HANDLE_STMT, connection.handle_, &made));
+  } catch (...) {
+    connection.Leave(this);
+    throw;
+  }
+  handle_ = made;
+}
+
+void Statement::Close() noexcept {
+  if (connection_ == nullptr) return;
+  if (handle_ != nullptr) connection_->Calls().FreeHandle(SQL_HANDLE_STMT, handle_);
+  connection_->Leave(this);
+  handle_ = nullptr;
+  connection_ = nullptr;
+}
+
+void Statement::AskForScrolling() {
+  // A refusal is no failure: Scrolls tells what there is.
+  Calls().SetStmtAttr(Get(), SQL_ATTR_CURSOR_TYPE, reinterpret_cast<Handle>(std::uintptr_t{SQL_CURSOR_STATIC}), 0);
+}
+
+bool Statement::Scrolls() const {
+  ULength type = SQL_CURSOR_FORWARD_ONLY;
+  const Code code = Calls().GetStmtAttr(Get(), SQL_ATTR_CURSOR_TYPE, &type, sizeof type, nullptr);
+  return Succeeded(code) && type != SQL_CURSOR_FORWARD_ONLY;
+}
+
+void Statement::SetAttribute(Number attribute, ULength value) {
+  SetPointer(attribute, reinterpret_cast<Handle>(std::uintptr_t{value}));
+}
+
+void Statement::SetPointer(Number attribute, Handle value) { Check(Calls().SetStmtAttr(Get(), attribute, value, 0)); }
+
+void Statement::Prepare(const std::string& text) {
+  Check(Calls().Prepare(Get(), MutableText(text), static_cast<Number>(text.size())));
+}
+
+void Statement::Execute() {
+  const Code code = Calls().Execute(Get());
+  if (code != SQL_NO_DATA) Check(code);
+}
+
+void Statement::ExecuteDirect(const std::string& text) {
+  const Code code = Calls().ExecDirect(Get(), MutableText(text), static_cast<Number>(text.size()));
+  if (code != SQL_NO_DATA) Check(code);
+}
+
+void Statement::EndResult() noexcept {
+  if (handle_ != nullptr) connection_->Calls().FreeStmt(handle_, SQL_CLOSE);
+}
+
+void Statement::UnbindColumns() noexcept {
+  if (handle_ != nullptr) connection_->Calls().FreeStmt(handle_, SQL_UNBIND);
+}
+
+void Statement::UnbindParameters() noexcept {
+  if (handle_ != nullptr) connection_->Calls().FreeStmt(handle_, SQL_RESET_PARAMS);
+}
+
+int Statement::Columns() {
+  Small columns = 0;
+  Check(Calls().NumResultCols(Get(), &columns));
+  return columns;
+}
+
+Length Statement::RowsAffected() {
+  Length rows = -1;
+  return Succeeded(Calls().RowCount(Get(), &rows)) ? rows : -1;
+}
+
+Handle Statement::Get() const {
+  if (handle_ == nullptr) FailClosed("The connection of the statement is closed.");
+  return handle_;
+}
+
+Calls& Statement::Calls() const {
+  if (connection_ == nullptr) FailClosed("The connection of the statement is closed.");
+  return connection_->Calls();
+}
+
+void Statement::Check(Code code) const {
+  if (!Succeeded(code)) FailWithDiagnostics(connection_->Driver(), SQL_HANDLE_STMT, handle_);
+}
+
+}  // namespace velmoria::odbc

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "velmoria/platform/odbc/columns.h"
+#include "velmoria/platform/rdo/constants.h"
+#include "velmoria/platform/rdo/fwd.h"
+#include "velmoria/runtime/object.h"
+#include "velmoria/runtime/variant.h"
+
+namespace velmoria {
+
+/// A column of an open result: its description, and its value in the result's current row.
+class rdoColumn : public Object {
+ public:
+  rdoColumn(odbc::ColumnInfo info, std::size_t place, RdoCursorPtr cursor);
+  ~rdoColumn() override;
+  std::string_view ReportedType() const noexcept override;
+
+  std::string Name() const { return info_.Name; }
+  /// One of the rdType... codes, or the driver's own code for a type that has none.
+  rdoNumber Type() const noexcept { return info_.Type; }
+  /// Empty for an expression, or where the driver does not know.
+  std::string SourceTable() const { return info_.BaseTable; }
+  /// The column's name in its table; the name in the result where the driver does not know.
+  std::string SourceColumn() const { return info_.BaseColumn; }
+  /// Characters of a text, digits of a number; what the driver reports, which may be less than a value has.
+  rdoNumber Size() const noexcept { return info_.Size; }
+  bool AllowZeroLength() const noexcept { return info_.IsText; }
+  bool Required() const noexcept { return info_.Required; }
+  bool AutoIncrement() const noexcept { return info_.AutoIncrement; }
+  /// rdFixedColumn or rdVariableColumn, with rdAutoIncrColumn and rdUpdatableColumn where they hold.
+  rdoNumber Attributes() const noexcept;
+  /// Whether this is a long column, which is not fetched with its row.
+  bool ChunkRequired() const noexcept { return info_.IsLong; }
+  /// Counts from 1.
+  rdoNumber OrdinalPosition() const noexcept { return static_cast<rdoNumber>(place_) + 1; }
+  /// Empty for a long column. Raises 40009 when the result has no current row.
+  Variant Value() const;
+
+ private:
+  odbc::ColumnInfo info_;
+  std::size_t place_;
+  RdoCursorPtr cursor_;
+};
+
+}  // namespace velmoria

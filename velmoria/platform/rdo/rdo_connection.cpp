@@ -1,0 +1,115 @@
+#include "velmoria/platform/rdo/rdo_connection.h"
+
+#include <array>
+
+#include <sql.h>
+#include <sqlext.h>
+
+#include "velmoria/platform/odbc/statement.h"
+#include "velmoria/platform/rdo/rdo_engine.h"
+#include "velmoria/platform/rdo/rdo_environment.h"
+#include "velmoria/platform/rdo/rdo_query.h"
+#include "velmoria/platform/rdo/rdo_tables.h"
+#include "velmoria/runtime/text.h"
+
+namespace velmoria {
+namespace {
+
+struct Greeting {
+  std::string_view Server;  // part of the name that the driver gives the server
+  const char* Text;
+};
+
+// Doubled quotes have to be the whole truth about literals, and text has to be UTF-8.
+constexpr std::array kGreetings = {
+    Greeting{"PostgreSQL", "SET standard_conforming_strings = on"},
+    Greeting{"PostgreSQL", "SET client_encoding = 'UTF8'"},
+    Greeting{"MySQL", "SET SESSION sql_mode = CONCAT(@@SESSION.sql_mode, ',NO_BACKSLASH_ESCAPES')"},
+    Greeting{"MariaDB", "SET SESSION sql_mode = CONCAT(@@SESSION.sql_mode, ',NO_BACKSLASH_ESCAPES')"},
+};
+
+}  // namespace
+
+rdoConnection::rdoConnection(rdoEnvironmentPtr environment, const std::string& connect, rdoNumber prompt, bool readOnly)
+    : environment_(std::move(environment)), handle_(environment_->handle_) {
+  handle_.Open(connect, prompt == rdDriverPrompt, readOnly);
+  GreetServer();
+  environment_->Join(this);
+}
+
+rdoConnection::~rdoConnection() { Disconnect(); }
+
+std::string_view rdoConnection::ReportedType() const noexcept { return "rdoConnection"; }
+
+const rdoEnginePtr& rdoConnection::Engine() const noexcept { return environment_->Engine(); }
+
+void rdoConnection::GreetServer() {
+  const std::string server = handle_.InfoText(SQL_DBMS_NAME);
+  for (const auto& greeting : kGreetings) {
+    if (!ContainsFolded(server, greeting.Server)) continue;
+    odbc::Statement statement(handle_);
+    statement.ExecuteDirect(greeting.Text);
+  }
+}
+
+rdoQueryPtr rdoConnection::CreateQuery(std::string name, std::string sql) {
+  Engine()->rdoErrors().clear();
+  return Make<rdoQuery>(rdoConnectionPtr(this), std::move(name), std::move(sql));
+}
+
+rdoTablesPtr rdoConnection::rdoTables() { return Make<velmoria::rdoTables>(rdoConnectionPtr(this)); }
+
+bool rdoConnection::Transactions() {
+  Engine()->rdoErrors().clear();
+  return handle_.InfoNumber(SQL_TXN_CAPABLE) != SQL_TC_NONE;
+}
+
+void rdoConnection::BeginTrans() {
+  Engine()->rdoErrors().clear();
+  Begin();
+}
+
+void rdoConnection::CommitTrans() {
+  Engine()->rdoErrors().clear();
+  End(true);
+}
+
+void rdoConnection::RollbackTrans() {
+  Engine()->rdoErrors().clear();
+  End(false);
+}
+
+void rdoConnection::Close() {
+  Engine()->rdoErrors().clear();
+  Disconnect();
+}
+
+void rdoConnection::Begin() {
+  if (inTransaction_) return;
+  handle_.SetAutoCommit(false);
+  inTransaction_ = true;
+}
+
+void rdoConnection::End(bool commit) {
+  handle_.EndTransaction(commit);
+  if (!inTransaction_) return;
+  handle_.SetAutoCommit(true);
+  inTransaction_ = false;
+}
+
+void rdoConnection::Abandon() noexcept {
+  try {
+    End(false);
+  } catch (...) {
+    // The failure that made us give up is the one to report.
+    Disconnect();
+  }
+}
+
+void rdoConnection::Disconnect() noexcept {
+  if (handle_.IsOpen()) environment_->Leave(this);
+  handle_.Close();
+  inTransaction_ = false;
+}
+
+}  // namespace velmoria

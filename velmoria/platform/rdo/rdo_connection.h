@@ -1,0 +1,52 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "velmoria/platform/odbc/connection.h"
+#include "velmoria/platform/rdo/constants.h"
+#include "velmoria/platform/rdo/fwd.h"
+#include "velmoria/runtime/object.h"
+
+namespace velmoria {
+
+/// An open connection. It keeps its environment alive; queries and results keep the connection alive. Close, or its
+/// end, rolls back an open transaction and ends the statements of every query and result that still hangs on it; a
+/// result keeps the rows it has fetched. Whatever needs the driver afterwards raises 40071.
+class rdoConnection : public Object {
+ public:
+  /// Connects; the connect string is complete.
+  rdoConnection(rdoEnvironmentPtr environment, const std::string& connect, rdoNumber prompt, bool readOnly);
+  ~rdoConnection() override;
+  std::string_view ReportedType() const noexcept override;
+
+  /// A query over the text, which goes to the driver as it stands.
+  rdoQueryPtr CreateQuery(std::string name, std::string sql);
+  rdoTablesPtr rdoTables();
+
+  /// Whether the server has transactions at all.
+  bool Transactions();
+  /// A second BeginTrans changes nothing; a commit or rollback without a transaction is harmless.
+  void BeginTrans();
+  void CommitTrans();
+  void RollbackTrans();
+
+  void Close();
+
+  const rdoEnginePtr& Engine() const noexcept;
+  odbc::Connection& Handle() noexcept { return handle_; }
+
+ private:
+  friend class rdoEnvironment;
+  void GreetServer();
+  void Begin();
+  void End(bool commit);
+  void Abandon() noexcept;
+  void Disconnect() noexcept;
+
+  rdoEnvironmentPtr environment_;
+  odbc::Connection handle_;
+  bool inTransaction_ = false;
+};
+
+}  // namespace velmoria

@@ -1,0 +1,21 @@
+#include "velmoria/platform/rdo/rdo_engine.h"
+
+#include "velmoria/platform/rdo/rdo_environment.h"
+
+namespace velmoria {
+
+rdoEngine::rdoEngine() : rdoEngine(nullptr) {}
+
+rdoEngine::rdoEngine(std::shared_ptr<odbc::Calls> calls)
+    : driver_{.Calls = calls ? std::move(calls) : odbc::UnixOdbc(), .Errors = std::make_shared<odbc::EngineErrors>()} {}
+
+std::string_view rdoEngine::ReportedType() const noexcept { return "rdoEngine"; }
+
+std::vector<EngineError>& rdoEngine::rdoErrors() noexcept { return *driver_.Errors; }
+
+rdoEnvironmentPtr rdoEngine::rdoCreateEnvironment(std::string name, std::string userName, std::string password) {
+  rdoErrors().clear();
+  return Make<rdoEnvironment>(rdoEnginePtr(this), std::move(name), std::move(userName), std::move(password));
+}
+
+}  // namespace velmoria

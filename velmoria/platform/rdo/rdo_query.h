@@ -1,0 +1,61 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "velmoria/platform/odbc/statement.h"
+#include "velmoria/platform/rdo/constants.h"
+#include "velmoria/platform/rdo/fwd.h"
+#include "velmoria/runtime/object.h"
+
+namespace velmoria {
+
+struct OpenResultsetArguments {
+  rdoNumber Type = rdOpenForwardOnly;
+  rdoNumber LockType = rdConcurReadOnly;
+  rdoNumber Options = 0;
+};
+
+/// A statement text with its parameters, run as often as wanted. Results opened from it are independent of it and of
+/// one another. Execute and OpenResultset raise 5 when a parameter is no input parameter, 13 when its value cannot be
+/// sent.
+class rdoQuery : public Object {
+ public:
+  rdoQuery(rdoConnectionPtr connection, std::string name, std::string sql);
+  ~rdoQuery() override;
+  std::string_view ReportedType() const noexcept override;
+
+  std::string Name() const { return name_; }
+  std::string SQL() const { return sql_; }
+  /// Makes the parameters anew.
+  void SetSQL(std::string value);
+  /// True, the default: the server prepares the text first. False: the text is executed directly.
+  bool Prepared() const noexcept { return prepared_; }
+  void SetPrepared(bool value);
+
+  /// One for each marker, in their order, the first at 0. A "?" inside quotes or a comment is no marker.
+  const std::vector<rdoParameterPtr>& rdoParameters() const noexcept { return parameters_; }
+
+  /// Runs the text and drops a result that it may give.
+  void Execute();
+  /// How many rows the last Execute changed, -1 when the driver cannot tell.
+  long long RowsAffected() const noexcept { return rowsAffected_; }
+  rdoResultsetPtr OpenResultset(const OpenResultsetArguments& arguments = {});
+
+  void Close();
+
+ private:
+  void Run(odbc::Statement& statement) const;
+
+  rdoConnectionPtr connection_;
+  std::string name_;
+  std::string sql_;
+  bool prepared_ = true;
+  std::vector<rdoParameterPtr> parameters_;
+  std::unique_ptr<odbc::Statement> executed_;  // prepared, and kept for the next Execute
+  long long rowsAffected_ = -1;
+};
+
+}  // namespace velmoria

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "velmoria/platform/odbc/columns.h"
+#include "velmoria/platform/rdo/constants.h"
+#include "velmoria/platform/rdo/fwd.h"
+#include "velmoria/runtime/keyed_list.h"
+#include "velmoria/runtime/object.h"
+#include "velmoria/runtime/row_block.h"
+
+namespace velmoria {
+
+/// An open, read-only result. It keeps the rows that it has fetched, so every move is arithmetic and reading everything
+/// is one forward pass. It opens on its first row.
+///
+/// Moves never fail for lack of rows: beyond an end they stop before the first or after the last row, and on an empty
+/// result they do nothing. A result opened rdOpenForwardOnly refuses, with 40088, to move to its last row or to any row
+/// before the current one. After Close everything but AtBOF, AtEOF (both true) and Close raises 40071.
+class rdoResultset : public Object {
+ public:
+  /// Takes over an executed statement.
+  rdoResultset(rdoConnectionPtr connection, std::unique_ptr<odbc::Statement> statement, rdoNumber type);
+  ~rdoResultset() override;
+  std::string_view ReportedType() const noexcept override;
+
+  /// The cursor type that was asked for.
+  rdoNumber Type() const noexcept { return type_; }
+  bool AtBOF() const;
+  bool AtEOF() const;
+  bool StillExecuting() const noexcept { return false; }
+
+  bool Bookmarkable() const noexcept { return true; }
+  /// The 1-based position as a Long. Reading raises 40009 without a current row, setting raises 5 for a position that
+  /// the result does not have.
+  Variant Bookmark() const;
+  void SetBookmark(const Variant& value);
+  /// The 1-based position, -1 without a current row; setting one beyond an end goes to that end.
+  long long AbsolutePosition() const;
+  void SetAbsolutePosition(long long value);
+  /// The number of rows once the end has been reached, by MoveLast or otherwise; -1 before.
+  long long RowCount() const;
+
+  /// In the order of the result, positions from 1; of columns with the same name the first one has the key.
+  const KeyedList<rdoColumnPtr>& rdoColumns() const noexcept { return columns_; }
+
+  void MoveFirst();
+  void MoveLast();
+  void MoveNext();
+  void MovePrevious();
+  void Move(long long rows);
+
+  /// The rows from the current one on (before the first row: from the first), at most as many as asked for; the cursor
+  /// is then on the row after the last of them. The block stays valid after Close. Raises 5 for a negative number.
+  RowBlock GetRows(long long rows);
+
+  void Close();
+
+ private:
+  rdoConnectionPtr connection_;
+  rdoNumber type_;
+  RdoCursorPtr cursor_;
+  KeyedList<rdoColumnPtr> columns_;
+};
+
+}  // namespace velmoria
