@@ -1,0 +1,170 @@
+#include "velmoria/brokering/business_context.h"
+
+#include <algorithm>
+
+#include "velmoria/brokering/ibusiness_objects.h"
+#include "velmoria/brokering/identifier.h"
+#include "velmoria/brokering/index_text_impl.h"
+#include "velmoria/brokering/key_format.h"
+#include "velmoria/core/display.h"
+#include "velmoria/design/action.h"
+#include "velmoria/design/class.h"
+#include "velmoria/properties/properties.h"
+#include "velmoria/properties/property_context.h"
+
+namespace velmoria {
+
+BusinessContext::BusinessContext() = default;
+BusinessContext::~BusinessContext() = default;
+
+std::string_view BusinessContext::ReportedType() const noexcept { return "BusinessContext"; }
+std::string BusinessContext::StateDetails() const { return Details(); }
+
+void BusinessContext::Setup(const BusinessContextFields& fields) try {
+  if (locked_) Raise(errVelmoria_Locked, "Setup");
+  if (!fields.ServerName.empty()) SetServerName(fields.ServerName);
+  if (!fields.ClassName.empty()) SetClassName(fields.ClassName);
+  if (!fields.ActionName.empty()) SetActionName(fields.ActionName);
+  serverLocked_ = fields.ServerLocked;
+  classLocked_ = fields.ClassLocked;
+  actionLocked_ = fields.ActionLocked;
+  collectionType_ = fields.CollectionType;
+  objectType_ = fields.ObjectType;
+  noAdd_ = !fields.SupportsAdd;
+  noRemove_ = !fields.SupportsRemove;
+  noLoad_ = !fields.SupportsLoad;
+  locked_ = fields.Locked;
+} catch (...) { Failed("Setup"); }
+
+void BusinessContext::SetPropertyContext(PropertyContextPtr value) {
+  propertyContext_ = std::move(value);
+  objectType_ = otDefault;
+}
+
+IdentifierPtr BusinessContext::ParentIdentifier() const {
+  return propertyContext_ ? propertyContext_->Identifier() : IdentifierPtr{};
+}
+
+KeyFormatPtr BusinessContext::KeyFormat() const { return keyFormat_; }
+void BusinessContext::SetKeyFormat(KeyFormatPtr value) { keyFormat_ = std::move(value); }
+
+void BusinessContext::SetCollectionType(zCollectionTypes value) try {
+  if (locked_) Raise(errVelmoria_Locked, "CollectionType (Let)");
+  collectionType_ = value;
+} catch (...) { Failed("CollectionType (Let)"); }
+
+void BusinessContext::SetObjectType(zObjectTypes value) try {
+  if (locked_) Raise(errVelmoria_Locked, "ObjectType (Let)");
+  objectType_ = value;
+} catch (...) { Failed("ObjectType (Let)"); }
+
+void BusinessContext::LetUnlocked(bool BusinessContext::* field, bool value, std::string_view routine) try {
+  if (locked_) Raise(errVelmoria_Locked, routine);
+  this->*field = value;
+} catch (...) { Failed(routine); }
+
+void BusinessContext::SetServerLocked(bool value) {
+  LetUnlocked(&BusinessContext::serverLocked_, value, "ServerLocked (Let)");
+}
+void BusinessContext::SetClassLocked(bool value) {
+  LetUnlocked(&BusinessContext::classLocked_, value, "ClassLocked (Let)");
+}
+void BusinessContext::SetActionLocked(bool value) {
+  LetUnlocked(&BusinessContext::actionLocked_, value, "ActionLocked (Let)");
+}
+void BusinessContext::SetSupportsAdd(bool value) { LetUnlocked(&BusinessContext::noAdd_, !value, "SupportsAdd (Let)"); }
+void BusinessContext::SetSupportsRemove(bool value) {
+  LetUnlocked(&BusinessContext::noRemove_, !value, "SupportsRemove (Let)");
+}
+void BusinessContext::SetSupportsLoad(bool value) {
+  LetUnlocked(&BusinessContext::noLoad_, !value, "SupportsLoad (Let)");
+}
+
+IBusinessObjectsPtr BusinessContext::Find(const Variant& index) {
+  if (const IBusinessObjectsPtr* held = items_.Find(index)) return *held;
+  IBusinessObjectsPtr supplied;
+  ItemNotFound.Raise(index, supplied);
+  return supplied;
+}
+
+IBusinessObjectsPtr BusinessContext::Item(const Variant& index) try {
+  IBusinessObjectsPtr found = Find(index);
+  if (!found) {
+    Raise(errItem_BusinessObjects, "Item",
+          {IndexText(index, {VarType::Integer, VarType::Long, VarType::Single, VarType::Decimal, VarType::Byte})});
+  }
+  return found;
+} catch (...) { Failed("Item"); }
+
+std::int32_t BusinessContext::Count() const { return static_cast<std::int32_t>(items_.Count()); }
+
+void BusinessContext::Add(IBusinessObjectsPtr item, const Position& position) try {
+  if (noAdd_) Raise(errNotSupported_Add, "Add");
+  if (BeforeAdd.Raise(*item)) return;
+  const std::string name = item->Name();
+  if (position.IsBoth()) {
+    Raise(errAdd_BusinessObjects, "Add", {name, position.Before.AsText(), position.After.AsText()}, BothPositionsText);
+  }
+  items_.Insert(PlaceOf(items_, position), item, name);
+  AfterAdd.Raise(*item);
+} catch (...) { Failed("Add"); }
+
+void BusinessContext::Remove(const Variant& index) try {
+  if (noRemove_) Raise(errNotSupported_Remove, "Remove");
+  const IBusinessObjectsPtr item = Item(index);
+  if (BeforeRemove.Raise(*item)) return;
+  if (!items_.RemoveKey(item->Name())) Fail(RuntimeFailure::InvalidArgument);
+  AfterRemove.Raise(*item);
+} catch (...) { Failed("Remove"); }
+
+std::vector<IBusinessObjectsPtr> BusinessContext::Members() const { return {items_.begin(), items_.end()}; }
+
+void BusinessContext::Update() try { UpdateEach(Members()); } catch (...) {
+  Failed("Update");
+}
+
+void BusinessContext::Delete() try {
+  const auto members = Members();
+  auto next = members.begin();
+  DeleteEach([&] { return next == members.end() ? IBusinessObjectsPtr{} : *next++; });
+} catch (...) { Failed("Delete"); }
+
+void BusinessContext::Undo() try {
+  for (const auto& member : Members()) member->Undo();
+} catch (...) { Failed("Undo"); }
+
+bool BusinessContext::Modifiable(bool all) const {
+  if (items_.IsEmpty()) return all;
+  const auto modifiable = [all](const auto& member) { return member->Modifiable(all); };
+  return all ? std::all_of(begin(), end(), modifiable) : std::any_of(begin(), end(), modifiable);
+}
+
+namespace {
+
+void AppendSelected(std::string& text, std::string_view label, const std::string& name, bool locked) {
+  text.append(label).append(name).append("'");
+  if (locked) text += " (Locked)";
+}
+
+}  // namespace
+
+std::string BusinessContext::Details() const {
+  std::string text;
+  AppendSelected(text, "  Server: '", serverName_, serverLocked_);
+  if (class_) AppendSelected(text, "  Class: '", ClassName(), classLocked_);
+  if (action_) AppendSelected(text, "  Action: '", ActionName(), actionLocked_);
+  text += "  ObjectTypes: '" + ObjectTypeName(objectType_) + "'  CollectionType: '" +
+          CollectionTypeName(collectionType_) + "'";
+  if (parameters_) text += "\r\n" + parameters_->Details();
+  if (identifier_) text += "\r\n" + identifier_->Details();
+  for (std::size_t part = 0; part < keyValues_.size() && !keyValues_[part].IsEmpty(); ++part) {
+    text += (part == 0 ? "\r\nKeyValue" : "  KeyValue") + NumberText(static_cast<long long>(part) + 1) + ": '";
+    text += (keyValues_[part].IsNull() ? std::string{} : keyValues_[part].AsText()) + "'";
+  }
+  for (const auto& held : items_) {
+    text += "    Business Object Count " + NumberText(held->Count()) + " for Business Objects '" + held->Name() + "'";
+  }
+  return text;
+}
+
+}  // namespace velmoria

@@ -1,0 +1,209 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "velmoria/core/enumerations.h"
+#include "velmoria/core/persistent_members.h"
+#include "velmoria/core/position.h"
+#include "velmoria/core/reporting.h"
+#include "velmoria/fwd.h"
+#include "velmoria/runtime/event.h"
+#include "velmoria/runtime/keyed_list.h"
+#include "velmoria/runtime/object.h"
+
+namespace velmoria {
+
+/// The settings of a context of one's own, Framework.CreateBusinessContext. Empty names select nothing; -1 takes the
+/// type from the Action.
+struct BusinessContextFields {
+  bool SupportsAdd = true;
+  bool SupportsRemove = true;
+  bool SupportsLoad = true;
+  std::string ServerName{};
+  bool ServerLocked = false;
+  std::string ClassName{};
+  bool ClassLocked = false;
+  std::string ActionName{};
+  bool ActionLocked = false;
+  zCollectionTypes CollectionType = cltDefault;
+  zObjectTypes ObjectType = otDefault;
+  bool Locked = false;
+};
+
+/// What is asked for: a class by name with key values, an Identifier, or an Action with Parameters. An empty name is
+/// taken from the selection that the context holds; a KeyValue that is Missing was not given, and the later ones count
+/// only behind the earlier.
+struct GetBusinessObjectArguments {
+  std::string ClassName{};
+  Variant KeyValue1 = Variant::Missing();
+  Variant KeyValue2 = Variant::Missing();
+  Variant KeyValue3 = Variant::Missing();
+  Variant KeyValue4 = Variant::Missing();
+  IdentifierPtr Identifier{};
+  zObjectTypes ObjectType = otDefault;
+  std::string ActionName{};
+  std::string ServerName{};
+  PropertiesPtr Parameters{};
+};
+
+struct GetBusinessObjectsArguments {
+  std::string ClassName{};
+  std::string ActionName{};
+  PropertiesPtr Parameters{};
+  std::string ServerName{};
+  zObjectTypes ObjectType = otDefault;
+  zCollectionTypes CollectionType = cltDefault;
+  std::int32_t ObjectBuffer = -1;  // accepted, and without effect: Action.ObjectBuffer rules
+  KeyFormatPtr KeyFormat{};
+  std::string Name{};
+};
+
+struct GetPropertiesArguments;
+struct BusinessContextSelection;
+
+/// The broker: it holds a selection (server, class, action, key values or Identifier, parameters), turns it into
+/// business objects, and keeps the collections that it loaded. A change of server clears the class, a change of class
+/// the action, a change of action the identity, the parameters and the key values; a setter that fails leaves what the
+/// reset before it did. A locked selection raises 15002.
+class VELMORIA_API BusinessContext final : public Object, public Reporting, public PersistentMembers<IBusinessObjects> {
+ public:
+  BusinessContext();
+  ~BusinessContext() override;
+
+  std::string_view ReportedType() const noexcept override;
+
+  CancelEvent<BusinessContext, IBusinessObjects&> BeforeAdd;
+  Event<BusinessContext, IBusinessObjects&> AfterAdd;
+  CancelEvent<BusinessContext, IBusinessObjects&> BeforeRemove;
+  Event<BusinessContext, IBusinessObjects&> AfterRemove;
+  /// A listener may supply the collection; then no error follows.
+  Event<BusinessContext, const Variant&, IBusinessObjectsPtr&> ItemNotFound;
+
+  std::string ServerName() const { return serverName_; }
+  void SetServerName(std::string value);
+  std::string ClassName() const;
+  /// With a ServerName raises 15065 or 15074 on a miss; without one the registered Servers are walked, the first that
+  /// has the class becomes the ServerName, and 15065 is raised when none has it.
+  void SetClassName(const std::string& value);
+  std::string ActionName() const;
+  /// Raises 15157 without a class, 15061 when the class has no such action, an empty name included.
+  void SetActionName(const std::string& value);
+  IdentifierPtr Identifier() const;
+  void SetIdentifier(IdentifierPtr value);
+  /// The values of the next operation; built from the selection when there are none. Raises 15157 without a class.
+  PropertiesPtr Parameters();
+  void SetParameters(PropertiesPtr value);
+  Variant KeyValue1() const { return keyValues_[0]; }
+  Variant KeyValue2() const { return keyValues_[1]; }
+  Variant KeyValue3() const { return keyValues_[2]; }
+  Variant KeyValue4() const { return keyValues_[3]; }
+  void SetKeyValue1(const Variant& value) { SetKeyValue(0, value); }
+  void SetKeyValue2(const Variant& value) { SetKeyValue(1, value); }
+  void SetKeyValue3(const Variant& value) { SetKeyValue(2, value); }
+  void SetKeyValue4(const Variant& value) { SetKeyValue(3, value); }
+  KeyFormatPtr KeyFormat() const;
+  void SetKeyFormat(KeyFormatPtr value);
+
+  zCollectionTypes CollectionType() const { return collectionType_; }
+  void SetCollectionType(zCollectionTypes value);
+  zObjectTypes ObjectType() const { return objectType_; }
+  void SetObjectType(zObjectTypes value);
+  bool ServerLocked() const { return serverLocked_; }
+  void SetServerLocked(bool value);
+  bool ClassLocked() const { return classLocked_; }
+  void SetClassLocked(bool value);
+  bool ActionLocked() const { return actionLocked_; }
+  void SetActionLocked(bool value);
+  bool Locked() const { return locked_; }
+  void SetLocked(bool value) { locked_ = value; }
+  bool SupportsAdd() const { return !noAdd_; }
+  void SetSupportsAdd(bool value);
+  bool SupportsRemove() const { return !noRemove_; }
+  void SetSupportsRemove(bool value);
+  bool SupportsLoad() const { return !noLoad_; }
+  void SetSupportsLoad(bool value);
+  std::string Details() const;
+
+  /// The held collections, by 1-based position or name; 15063 when there is none and no listener supplies it.
+  IBusinessObjectsPtr Item(const Variant& index);
+  std::int32_t Count() const;
+  KeyedList<IBusinessObjectsPtr>::Iterator begin() const { return items_.begin(); }
+  KeyedList<IBusinessObjectsPtr>::Iterator end() const { return items_.end(); }
+  /// Raises 15082 when adding is not supported and 15005 when both positions are given.
+  void Add(IBusinessObjectsPtr item, const Position& position = {});
+  /// Raises 15083 when removing is not supported, 15063 for an unknown index.
+  void Remove(const Variant& index);
+  void Update();
+  void Delete();
+  void Undo();
+  bool Modifiable(bool all = true) const;
+
+  /// The one object that the selection finds. Raises 15088 when the Action builds no objects, 15025 when there is no
+  /// row, 15077 when there are more, 15023 and 15024 when the host class cannot be made or refuses its Model.
+  IBusinessObjectPtr GetBusinessObject(const GetBusinessObjectArguments& arguments = {});
+  /// The objects that the selection finds, as a collection bound to the result. Raises 15088; 15167 and 15168 when the
+  /// host collection cannot be made or set up.
+  IBusinessObjectsPtr GetBusinessObjects(const GetBusinessObjectsArguments& arguments = {});
+  /// GetBusinessObjects with a memory: a collection already held under Name or ActionName is returned as it is, and a
+  /// new one is added. The KeyFormat argument is not used: the context's own is. Raises 15026 when loading is not
+  /// supported.
+  IBusinessObjectsPtr LoadBusinessObjects(const GetBusinessObjectsArguments& arguments = {},
+                                          const Position& position = {});
+
+  /// Library: applies the fields; empty names are passed over. Raises 15002 on a locked context.
+  void Setup(const BusinessContextFields& fields);
+  /// Library: makes this the context of one business object.
+  void SetPropertyContext(PropertyContextPtr value);
+  /// Library: the Properties of the one row that the arguments find; 15089, 15115, 15077.
+  PropertiesPtr GetProperties(const GetPropertiesArguments& arguments);
+  /// Library: as Item, its event included, but none instead of an error.
+  IBusinessObjectsPtr Find(const Variant& index);
+
+ protected:
+  std::string StateDetails() const override;
+
+ private:
+  void SetKeyValue(std::size_t index, const Variant& value);
+  void LetUnlocked(bool BusinessContext::* field, bool value, std::string_view routine);
+  [[noreturn]] void RefusePinned(std::string_view routine, std::string_view name, std::string_view kind) const;
+  void ChangeClass(ClassPtr newClass);
+  void ChangeAction(ActionPtr newAction);
+  void ChangeActionName(const std::string& value);
+  void ClearKeyValues();
+  void SelectDefaultAction();
+  void SetupSelection(const BusinessContextSelection& selection);
+  void SelectByNames(const BusinessContextSelection& selection);
+  void SelectByIdentifier(const BusinessContextSelection& selection);
+  void PrepareParameters();
+  void PrepareIdentifier();
+  void RequireUsage(zUsageFlags flag, zErrors number, std::string_view routine) const;
+  DatabaseAgentPtr OpenAgent();
+  IdentifierPtr ParentIdentifier() const;
+  zObjectTypes ResolvedObjectType(zObjectTypes argument) const;
+  IBusinessObjectsPtr WrapInHostCollection(BusinessObjectsPtr businessObjects, const std::string& component) const;
+  std::vector<IBusinessObjectsPtr> Members() const;
+
+  std::string serverName_;
+  ClassPtr class_;
+  ActionPtr action_;
+  IdentifierPtr identifier_;
+  PropertiesPtr parameters_;
+  PropertyContextPtr propertyContext_;
+  KeyFormatPtr keyFormat_;
+  KeyedList<IBusinessObjectsPtr> items_;
+  std::array<Variant, 4> keyValues_;
+  zObjectTypes objectType_ = otDefault;
+  zCollectionTypes collectionType_ = cltDefault;
+  bool noAdd_ = false;
+  bool noRemove_ = false;
+  bool noLoad_ = false;
+  bool serverLocked_ = false;
+  bool classLocked_ = false;
+  bool actionLocked_ = false;
+  bool locked_ = false;
+};
+
+}  // namespace velmoria

@@ -1,0 +1,124 @@
+#include "velmoria/brokering/business_context_impl.h"
+#include "velmoria/brokering/business_objects.h"
+#include "velmoria/brokering/business_objects_impl.h"
+#include "velmoria/brokering/host_objects_impl.h"
+#include "velmoria/brokering/identifier.h"
+#include "velmoria/brokering/key_format.h"
+#include "velmoria/core/display.h"
+#include "velmoria/data/database_agent_impl.h"
+#include "velmoria/data/recordset_impl.h"
+#include "velmoria/design/action.h"
+#include "velmoria/design/class.h"
+#include "velmoria/properties/properties.h"
+#include "velmoria/properties/property_context.h"
+
+namespace velmoria {
+
+void BusinessContext::RequireUsage(zUsageFlags flag, zErrors number, std::string_view routine) const {
+  if (!action_) Fail(RuntimeFailure::ObjectNotSet);
+  const zUsageFlags usage = action_->UsageFlags();
+  if (!has(usage, flag)) Raise(number, routine, {action_->Name(), UsageFlagsDisplay(usage)});
+}
+
+DatabaseAgentPtr BusinessContext::OpenAgent() {
+  const PropertiesPtr parameters = Parameters();
+  auto agent = Make<DatabaseAgent>();
+  agent->Initialize(class_, action_, parameters, -1);
+  return agent;
+}
+
+zObjectTypes BusinessContext::ResolvedObjectType(zObjectTypes argument) const {
+  if (argument != otDefault) return argument;
+  return objectType_ != otDefault ? objectType_ : action_->ObjectType();
+}
+
+IBusinessObjectPtr BusinessContext::GetBusinessObject(const GetBusinessObjectArguments& arguments) try {
+  const bool nothingNamed = arguments.ClassName.empty() && arguments.ActionName.empty() &&
+                            arguments.ServerName.empty() && !arguments.Identifier && arguments.KeyValue1.IsMissing();
+  if (nothingNamed) {
+    SelectDefaultAction();
+  } else {
+    SetupSelection({arguments.Identifier,
+                    arguments.ServerName,
+                    arguments.ClassName,
+                    arguments.ActionName,
+                    arguments.Parameters,
+                    {arguments.KeyValue1, arguments.KeyValue2, arguments.KeyValue3, arguments.KeyValue4}});
+  }
+  RequireUsage(ufObjects, errNotSupported_BusinessObjects, "GetBusinessObject");
+  const RecordsetPtr recordset = OpenAgent()->GetRecordset(0, {}, false);
+  auto found = Make<BusinessObjects>();
+  found->SetupBound({.Recordset = recordset,
+                     .ParentIdentifier = ParentIdentifier(),
+                     .ObjectType = ResolvedObjectType(arguments.ObjectType),
+                     .CollectionType = cltOptimized});
+  const std::int32_t count = found->Count();
+  if (count == 0) RaiseWithState(parameters_->Details(), errBusinessObject_Get, "GetBusinessObject");
+  if (count != 1) Raise(errMismatch_Count, "GetBusinessObject", {"1", NumberText(count)});
+  return found->Item(1);
+} catch (...) { Failed("GetBusinessObject"); }
+
+IBusinessObjectsPtr BusinessContext::GetBusinessObjects(const GetBusinessObjectsArguments& arguments) try {
+  if (arguments.ClassName.empty() && arguments.ActionName.empty() && arguments.ServerName.empty() &&
+      !arguments.Parameters) {
+    SelectDefaultAction();
+  } else {
+    SetupSelection({{}, arguments.ServerName, arguments.ClassName, arguments.ActionName, arguments.Parameters});
+  }
+  RequireUsage(ufObjects, errNotSupported_BusinessObjects, "GetBusinessObjects");
+  const DatabaseAgentPtr agent = OpenAgent();
+  const RecordsetPtr recordset = agent->GetRecordset(0, {}, false);
+  const zObjectTypes objectType = ResolvedObjectType(arguments.ObjectType);
+  KeyFormatPtr keyFormat = arguments.KeyFormat;
+  if (!keyFormat && keyFormat_) keyFormat = keyFormat_->Copy(true);
+  auto found = Make<BusinessObjects>();
+  found->SetupBound(
+      {.Name = arguments.Name.empty() ? action_->BusinessObjectsName() : arguments.Name,
+       .Recordset = recordset,
+       .ParentIdentifier = ParentIdentifier(),
+       .ObjectType = objectType,
+       .CollectionType = arguments.CollectionType != cltDefault ? arguments.CollectionType : collectionType_,
+       .KeyFormat = keyFormat});
+  const std::string component = objectType == otBusiness ? class_->ActiveXCollectionProgId() : std::string{};
+  return component.empty() ? IBusinessObjectsPtr(found) : WrapInHostCollection(found, component);
+} catch (...) { Failed("GetBusinessObjects"); }
+
+IBusinessObjectsPtr BusinessContext::WrapInHostCollection(BusinessObjectsPtr businessObjects,
+                                                          const std::string& component) const {
+  const auto collection = CreateHostObject<IBusinessObjects>(component, "BusinessContext.GetBusinessObjects");
+  if (!collection) Raise(errBusinessCollection_Create, "GetBusinessObjects", {component});
+  try {
+    collection->Setup(std::move(businessObjects));
+  } catch (...) { Failed("GetBusinessObjects", errBusinessCollection_Setup, {component}); }
+  return collection;
+}
+
+IBusinessObjectsPtr BusinessContext::LoadBusinessObjects(const GetBusinessObjectsArguments& arguments,
+                                                         const Position& position) try {
+  if (noLoad_) Raise(errBusinessObjects_Load, "LoadBusinessObjects");
+  IBusinessObjectsPtr held;
+  if (!arguments.Name.empty()) held = Find(arguments.Name);
+  if (!held && !arguments.ActionName.empty()) held = Find(arguments.ActionName);
+  if (held) return held;
+  GetBusinessObjectsArguments fresh = arguments;
+  fresh.KeyFormat = keyFormat_;
+  IBusinessObjectsPtr loaded = GetBusinessObjects(fresh);
+  Add(loaded, position);
+  return loaded;
+} catch (...) { Failed("LoadBusinessObjects"); }
+
+PropertiesPtr BusinessContext::GetProperties(const GetPropertiesArguments& arguments) try {
+  if (arguments.ActionName.empty() && !arguments.Identifier && !arguments.Parameters) {
+    SelectDefaultAction();
+  } else {
+    SetupSelection({arguments.Identifier, {}, {}, arguments.ActionName, arguments.Parameters});
+  }
+  RequireUsage(ufProperties, errNotSupported_Properties, "GetProperties");
+  const RecordsetPtr recordset = OpenAgent()->GetRecordset(0, {}, false);
+  const std::int32_t count = recordset->Count();
+  if (count == 0) RaiseWithState(parameters_->Details(), errPersistence_Get, "GetProperties");
+  if (count != 1) Raise(errMismatch_Count, "GetProperties", {"1", NumberText(count)});
+  return recordset->GetPersistentProperties(0, arguments.Name);
+} catch (...) { Failed("GetProperties"); }
+
+}  // namespace velmoria

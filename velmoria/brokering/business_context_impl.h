@@ -1,0 +1,26 @@
+#pragma once
+
+#include "velmoria/brokering/business_context.h"
+
+namespace velmoria {
+
+/// The arguments of a broker operation that turn into selection state.
+struct BusinessContextSelection {
+  IdentifierPtr Identifier{};
+  std::string ServerName{};
+  std::string ClassName{};
+  std::string ActionName{};
+  PropertiesPtr Parameters{};
+  std::array<Variant, 4> KeyValues{Variant::Missing(), Variant::Missing(), Variant::Missing(), Variant::Missing()};
+  bool NewFlag = false;
+};
+
+/// What a PropertyContext asks of its broker.
+struct GetPropertiesArguments {
+  IdentifierPtr Identifier{};
+  std::string ActionName{};
+  PropertiesPtr Parameters{};
+  std::string Name{};
+};
+
+}  // namespace velmoria

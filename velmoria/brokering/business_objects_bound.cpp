@@ -1,0 +1,152 @@
+#include "velmoria/brokering/business_objects.h"
+#include "velmoria/brokering/business_objects_impl.h"
+#include "velmoria/brokering/host_objects_impl.h"
+#include "velmoria/brokering/identifier.h"
+#include "velmoria/brokering/key_format.h"
+#include "velmoria/brokering/model.h"
+#include "velmoria/core/display.h"
+#include "velmoria/core/messages.h"
+#include "velmoria/core/now.h"
+#include "velmoria/core/statistic.h"
+#include "velmoria/core/statistics.h"
+#include "velmoria/data/database_agent_impl.h"
+#include "velmoria/data/recordset_impl.h"
+#include "velmoria/design/class.h"
+#include "velmoria/properties/properties.h"
+#include "velmoria/properties/property_context.h"
+
+namespace velmoria {
+
+void BusinessObjects::BuildAll() {
+  Apartment().Messages->Clear();
+  const std::int32_t count = Count();
+  if (count == 0) return;
+  const StatisticPtr statistic =
+      statistics_->SetupItem({.Name = "Build " + CollectionTypeName(collectionType_) + " Collection",
+                              .SubjectLabel = "BusinessObject",
+                              .StartTime = Now()});
+  std::int32_t built = 0;
+  while (built < count) FindAt(built++);
+  statistic->SetEndTime(Now());
+  statistic->SetSubjectCount(built);
+}
+
+bool BusinessObjects::HoldsRow(std::int64_t row) const {
+  return row >= firstRow_ && row < firstRow_ + recordset_->Count();
+}
+
+/// Reads on until the page holds the row, or from the first page again when the row lies before the page held. A row
+/// that no page holds is left to the caller, who meets 15112.
+void BusinessObjects::MoveBuffer(std::int64_t row) {
+  const std::int32_t buffer = databaseAgent_->ObjectBuffer();
+  if (buffer <= 0 || recordset_->VirtualFirstNumber() == -1 || row < 0) return;
+  if (row < firstRow_) {
+    recordset_ = databaseAgent_->GetRecordset(-buffer, {}, false);
+    firstRow_ = 0;
+  }
+  while (row >= firstRow_ + recordset_->Count() && !recordset_->NextBookmark().IsEmpty()) {
+    const RecordsetPtr next = databaseAgent_->GetRecordset(buffer, recordset_, false);
+    if (!next || next->Count() == 0) return;
+    firstRow_ += recordset_->Count();
+    recordset_ = next;
+  }
+}
+
+IBusinessObjectPtr BusinessObjects::FindAt(std::int64_t row) {
+  if (collectionType_ != cltDispatcher) {
+    if (const IBusinessObjectPtr* held = rows_->Find(row)) return *held;
+  }
+  return BuildAt(row);
+}
+
+IBusinessObjectPtr BusinessObjects::BuildAt(std::int64_t row) {
+  MoveBuffer(row);
+  const auto pageRow = static_cast<std::int32_t>(row - firstRow_);
+  const ModelPtr model = BuildModel(recordset_->GetPersistentProperties(pageRow, {}));
+  IBusinessObjectPtr object = BuildObject(model, "IBusinessObjects_Item");
+  Keep(row, model, object);
+  return object;
+}
+
+ModelPtr BusinessObjects::BuildModel(PropertiesPtr properties) {
+  auto context = Make<PropertyContext>();
+  context->SetupWith(std::move(properties));
+  auto model = Make<Model>();
+  model->Setup(std::move(context), parentIdentifier_);
+  return model;
+}
+
+IBusinessObjectPtr BusinessObjects::BuildObject(const ModelPtr& model, std::string_view routine) {
+  if (objectType_ == otModel) return model;
+  const std::string component = databaseAgent_->Class()->ActiveXProgId();
+  const auto object = component.empty()
+                          ? IBusinessObjectPtr{}
+                          : CreateHostObject<IBusinessObject>(component, "BusinessObjects.IBusinessObjects_Item");
+  if (!object) {
+    // Without an object type of its own the collection serves the Model itself.
+    if (objectType_ != otBusiness) return model;
+    Raise(errBusinessObject_Create, routine, {component, model->Key()});
+  }
+  try {
+    object->SetModel(model);
+  } catch (...) { Failed(routine, errBusinessObject_Initialize, {model->Key()}); }
+  return object;
+}
+
+/// A dispatcher keeps only the key map, but a Model goes to the objects in memory under any type; the first one there
+/// stays, and the fresh one is what the caller gets.
+void BusinessObjects::Keep(std::int64_t row, const ModelPtr& model, const IBusinessObjectPtr& object) {
+  if (!keyFormat_->EmptyKey()) rows_->MapKey(model->Key(keyFormat_), row);
+  if (collectionType_ != cltDispatcher || objectType_ == otModel) rows_->Add(row, object);
+}
+
+IBusinessObjectPtr BusinessObjects::FindByKey(const std::string& key) {
+  if (const std::int64_t row = rows_->RowOf(key); row >= 0) return FindAt(row);
+  IBusinessObjectPtr found;
+  {
+    Suspension quiet{"BusinessObjects.FindByKey"};
+    found = ScanForKey(key);
+    if (!found) found = SearchHeld(key);
+  }
+  if (!found) Raise(errItem_BusinessObject, "FindByKey", {Quoted(key)});
+  return found;
+}
+
+IBusinessObjectPtr BusinessObjects::ScanForKey(const std::string& key) try {
+  for (;; ++scanPosition_) {
+    MoveBuffer(scanPosition_);
+    if (!HoldsRow(scanPosition_) && !rows_->Find(scanPosition_)) return {};
+    IBusinessObjectPtr object = FindAt(scanPosition_);
+    if (object->Key(keyFormat_) == key) return object;
+  }
+} catch (const Error&) {
+  return {};  // the first object that cannot be built ends the scan
+}
+
+IBusinessObjectPtr BusinessObjects::SearchHeld(const std::string& key) {
+  const auto hasKey = [&](const IBusinessObjectPtr& object) { return object->Key(keyFormat_) == key; };
+  for (const auto& object : rows_->NewObjects)
+    if (hasKey(object)) return object;
+  for (const auto& object : rows_->InOrder())
+    if (hasKey(object)) return object;
+  return {};
+}
+
+IBusinessObjectPtr BusinessObjects::SetupItem() try {
+  if (transient_) Raise(errNotSupported_SetupBusinessObject, "IBusinessObjects_SetupItem");
+  if (BeforeSetupItem.Raise()) return {};
+  IBusinessObjectPtr object = BuildNewRow();
+  AfterSetupItem.Raise();
+  return object;
+} catch (...) { Failed("IBusinessObjects_SetupItem"); }
+
+IBusinessObjectPtr BusinessObjects::BuildNewRow() {
+  const PropertiesPtr properties = recordset_->CreatePersistentProperties({});
+  const std::int64_t row = firstRow_ + properties->Row();
+  IBusinessObjectPtr object = BuildObject(BuildModel(properties), "IBusinessObjects_SetupItem");
+  rows_->Add(row, object);
+  rows_->NewObjects.push_back(object);
+  return object;
+}
+
+}  // namespace velmoria

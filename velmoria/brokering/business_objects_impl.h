@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "velmoria/brokering/ibusiness_object.h"
+#include "velmoria/fwd.h"
+#include "velmoria/runtime/keyed_list.h"
+
+namespace velmoria {
+
+/// What a bound collection is set up with.
+struct BusinessObjectsBinding {
+  std::string Name{};
+  RecordsetPtr Recordset{};
+  IdentifierPtr ParentIdentifier{};
+  zObjectTypes ObjectType = otDefault;
+  zCollectionTypes CollectionType = cltDefault;
+  KeyFormatPtr KeyFormat{};
+};
+
+/// The objects of a bound collection: by row of the whole result, and the key map. Objects are visited by row; those
+/// of rows made by SetupItem stand behind the rows of the database because their row numbers are the highest.
+class RowObjects {
+ public:
+  /// The object of a row, or null.
+  const IBusinessObjectPtr* Find(std::int64_t row) const noexcept {
+    const auto place = static_cast<std::size_t>(row);
+    return row >= 0 && place < byRow_.size() && byRow_[place] ? &byRow_[place] : nullptr;
+  }
+  /// Keeps the object unless the row has one.
+  void Add(std::int64_t row, IBusinessObjectPtr object) {
+    const auto place = static_cast<std::size_t>(row);
+    if (place >= byRow_.size()) byRow_.resize(place + 1);
+    if (byRow_[place]) return;
+    byRow_[place] = std::move(object);
+    ++count_;
+  }
+  std::size_t Count() const noexcept { return count_; }
+  std::vector<IBusinessObjectPtr> InOrder() const {
+    std::vector<IBusinessObjectPtr> objects;
+    objects.reserve(count_);
+    for (const auto& object : byRow_)
+      if (object) objects.push_back(object);
+    return objects;
+  }
+
+  /// The first row seen under a key stays.
+  void MapKey(std::string key, std::int64_t row) { keys_.try_emplace(std::move(key), row); }
+  /// The row under a key, or -1.
+  std::int64_t RowOf(std::string_view key) const {
+    const auto found = keys_.find(key);
+    return found == keys_.end() ? -1 : found->second;
+  }
+  bool HasKeys() const noexcept { return !keys_.empty(); }
+
+  std::vector<IBusinessObjectPtr> NewObjects;
+
+ private:
+  struct Hash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view key) const noexcept { return HashFolded(key); }
+  };
+  struct Same {
+    using is_transparent = void;
+    bool operator()(std::string_view left, std::string_view right) const noexcept { return EqualFolded(left, right); }
+  };
+
+  std::vector<IBusinessObjectPtr> byRow_;
+  std::size_t count_ = 0;
+  std::unordered_map<std::string, std::int64_t, Hash, Same> keys_;
+};
+
+}  // namespace velmoria

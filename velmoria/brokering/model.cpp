@@ -1,0 +1,132 @@
+#include "velmoria/brokering/model.h"
+
+#include "velmoria/brokering/business_context.h"
+#include "velmoria/brokering/ibusiness_objects.h"
+#include "velmoria/brokering/identifier.h"
+#include "velmoria/brokering/index_text_impl.h"
+#include "velmoria/brokering/key_format.h"
+#include "velmoria/properties/properties.h"
+#include "velmoria/properties/property.h"
+#include "velmoria/properties/property_context.h"
+#include "velmoria/runtime/error.h"
+
+namespace velmoria {
+
+namespace {
+
+std::string NotFoundText(const Variant& index) {
+  return IndexText(index, {VarType::Integer, VarType::Long, VarType::Single, VarType::Double, VarType::Currency,
+                           VarType::Decimal, VarType::Byte});
+}
+
+std::string PropertyIndexText(const Variant& index) {
+  return index.IsNumber() ? index.AsText() : Quoted(index.IsText() ? index.AsText() : index.TypeName());
+}
+
+}  // namespace
+
+Model::Model() = default;
+Model::~Model() = default;
+
+std::string_view Model::ReportedType() const noexcept { return "Model"; }
+std::string Model::StateDetails() const { return const_cast<velmoria::Model*>(this)->Details(); }
+
+void Model::Setup(PropertyContextPtr propertyContext, IdentifierPtr parentIdentifier) {
+  propertyContext_ = std::move(propertyContext);
+  parentIdentifier_ = std::move(parentIdentifier);
+}
+
+PropertyContextPtr Model::PropertyContext() const { return propertyContext_; }
+
+BusinessContextPtr Model::BusinessContext() {
+  if (!businessContext_) {
+    businessContext_ = Make<velmoria::BusinessContext>();
+    businessContext_->SetPropertyContext(propertyContext_);
+  }
+  return businessContext_;
+}
+
+zObjectTypes Model::ObjectType() const { return otModel; }
+ModelPtr Model::GetModel() { return this; }
+void Model::SetModel(ModelPtr) {}
+
+std::int32_t Model::BusinessObjectsCount() { return businessContext_ ? businessContext_->Count() : 0; }
+
+IBusinessObjectsPtr Model::BusinessObjects(const Variant& index) try {
+  IBusinessObjectsPtr found = BusinessContext()->Find(index);
+  if (!found) BusinessObjectsNotFound.Raise(index, found);
+  if (!found) Raise(errItem_BusinessObjects, "BusinessObjects", {NotFoundText(index)});
+  return found;
+} catch (...) { Failed("BusinessObjects"); }
+
+PropertiesPtr Model::LoadQuietly(const std::string& actionName) {
+  Suspension quiet{"Model.Properties"};
+  try {
+    return propertyContext_->LoadProperties(actionName);
+  } catch (const Error&) {
+    return {};  // the name is no Action that gives one row: the caller goes on to its own error
+  }
+}
+
+PropertiesPtr Model::Properties(const Variant& index) try {
+  PropertiesPtr found = propertyContext_->Find(index);
+  if (!found && index.IsText()) found = LoadQuietly(index.AsText());
+  if (!found) PropertiesNotFound.Raise(index, found);
+  if (!found) Raise(errItem_Properties, "Properties", {NotFoundText(index)});
+  return found;
+} catch (...) { Failed("Properties"); }
+
+PropertyPtr Model::FindProperty(const Variant& index, PropertyPtr parameter) try {
+  const PropertyKey key{.Index = index, .Parameter = parameter};
+  PropertyPtr found = propertyContext_->Find(key);
+  if (!found) PropertyNotFound.Raise(index, parameter, found);
+  if (!found) {
+    const std::string shown = parameter ? parameter->Details() : "(Nothing)";
+    Raise(errItem_Property, "FindProperty", {PropertyIndexText(index), "", "", shown});
+  }
+  return found;
+} catch (...) { Failed("FindProperty"); }
+
+std::int32_t Model::PropertyCount() { return propertyContext_->PropertyCount(); }
+std::int32_t Model::PropertiesCount() { return propertyContext_->Count(); }
+IdentifierPtr Model::Identifier() { return propertyContext_->Identifier(); }
+IdentifierPtr Model::ParentIdentifier() { return parentIdentifier_; }
+
+std::string Model::Key(KeyFormatPtr keyFormat) try { return propertyContext_->Key(std::move(keyFormat)); } catch (...) {
+  Failed("Key");
+}
+
+bool Model::Dirty() { return propertyContext_->DirtyValues(); }
+bool Model::Modifiable() { return propertyContext_->Modifiable(); }
+zEditFlags Model::EditFlags() { return propertyContext_->EditFlags(); }
+std::string Model::EditFlagsDisplay() { return propertyContext_->EditFlagsDisplay(); }
+zStateFlags Model::StateFlags() { return propertyContext_->StateFlags(); }
+std::string Model::StateFlagsDisplay() { return propertyContext_->StateFlagsDisplay(); }
+
+std::string Model::Details() {
+  const IdentifierPtr identifier = Identifier();
+  return "Model for Server: '" + (identifier ? identifier->ServerName() : "") + "'  Class: '" +
+         (identifier ? identifier->ClassName() : "") + "'\r\n    Identifier Key: '" +
+         (identifier ? identifier->Key() : "") + "'\r\n    Property Count " + NumberText(PropertyCount()) +
+         "\r\n    Business Objects Count " + NumberText(BusinessObjectsCount());
+}
+
+void Model::Update(bool recursive) try {
+  if (BeforeUpdate.Raise()) return;
+  propertyContext_->Update();
+  if (recursive && businessContext_) businessContext_->Update();
+  AfterUpdate.Raise();
+} catch (...) { Failed("Update"); }
+
+void Model::Delete(bool recursive) try {
+  if (BeforePendingDelete.Raise()) return;
+  propertyContext_->Delete();
+  if (recursive && businessContext_) businessContext_->Delete();
+  AfterPendingDelete.Raise();
+} catch (...) { Failed("Delete"); }
+
+void Model::Undo() try { propertyContext_->Undo(); } catch (...) {
+  Failed("Undo");
+}
+
+}  // namespace velmoria

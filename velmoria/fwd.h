@@ -1,0 +1,129 @@
+#pragma once
+
+// Every class of the library, forward-declared with its handle. A header needs no more than this of its own floor.
+
+#include "velmoria/runtime/ref.h"
+
+namespace velmoria {
+
+// core
+class Framework;
+class Message;
+class Messages;
+class Profile;
+class Statistic;
+class Statistics;
+using MessagePtr = Ref<Message>;
+using MessagesPtr = Ref<Messages>;
+using ProfilePtr = Ref<Profile>;
+using StatisticPtr = Ref<Statistic>;
+using StatisticsPtr = Ref<Statistics>;
+
+// properties
+class Attribute;
+class AttributeData;
+class Attributes;
+class AttributesData;
+class Properties;
+class PropertiesData;
+class Property;
+class PropertyContext;
+class PropertyData;
+struct Parents;
+using AttributePtr = Ref<Attribute>;
+using AttributeDataPtr = Ref<AttributeData>;
+using AttributesPtr = Ref<Attributes>;
+using AttributesDataPtr = Ref<AttributesData>;
+using PropertiesPtr = Ref<Properties>;
+using PropertiesDataPtr = Ref<PropertiesData>;
+using PropertyPtr = Ref<Property>;
+using PropertyContextPtr = Ref<PropertyContext>;
+using PropertyDataPtr = Ref<PropertyData>;
+
+// design
+class Action;
+class ActionData;
+class Actions;
+class ActionsData;
+class Class;
+class ClassData;
+class Classes;
+class ClassesData;
+class Connector;
+class ConnectorData;
+class Connectors;
+class ConnectorsData;
+class Database;
+class DatabaseData;
+class Databases;
+class DatabasesData;
+class LinkData;
+class RelationshipData;
+class Server;
+class ServerData;
+class Servers;
+class ServersData;
+class Source;
+class SourceData;
+class Sources;
+class SourcesData;
+using ActionPtr = Ref<Action>;
+using ActionDataPtr = Ref<ActionData>;
+using ActionsPtr = Ref<Actions>;
+using ActionsDataPtr = Ref<ActionsData>;
+using ClassPtr = Ref<Class>;
+using ClassDataPtr = Ref<ClassData>;
+using ClassesPtr = Ref<Classes>;
+using ClassesDataPtr = Ref<ClassesData>;
+using ConnectorPtr = Ref<Connector>;
+using ConnectorDataPtr = Ref<ConnectorData>;
+using ConnectorsPtr = Ref<Connectors>;
+using ConnectorsDataPtr = Ref<ConnectorsData>;
+using DatabasePtr = Ref<Database>;
+using DatabaseDataPtr = Ref<DatabaseData>;
+using DatabasesPtr = Ref<Databases>;
+using DatabasesDataPtr = Ref<DatabasesData>;
+using ServerPtr = Ref<Server>;
+using ServerDataPtr = Ref<ServerData>;
+using ServersPtr = Ref<Servers>;
+using ServersDataPtr = Ref<ServersData>;
+using SourcePtr = Ref<Source>;
+using SourceDataPtr = Ref<SourceData>;
+using SourcesPtr = Ref<Sources>;
+using SourcesDataPtr = Ref<SourcesData>;
+
+// data
+class Connection;
+class ConnectionContext;
+class Connections;
+class DatabaseAgent;
+class Recordset;
+class SQLAgent;
+using ConnectionPtr = Ref<Connection>;
+using ConnectionContextPtr = Ref<ConnectionContext>;
+using ConnectionsPtr = Ref<Connections>;
+using DatabaseAgentPtr = Ref<DatabaseAgent>;
+using RecordsetPtr = Ref<Recordset>;
+using SQLAgentPtr = Ref<SQLAgent>;
+
+// brokering
+class BusinessContext;
+class BusinessObject;
+class BusinessObjects;
+class IBusinessObject;
+class IBusinessObjects;
+class Identifier;
+class KeyFormat;
+class KeyFormatData;
+class Model;
+using BusinessContextPtr = Ref<BusinessContext>;
+using BusinessObjectPtr = Ref<BusinessObject>;
+using BusinessObjectsPtr = Ref<BusinessObjects>;
+using IBusinessObjectPtr = Ref<IBusinessObject>;
+using IBusinessObjectsPtr = Ref<IBusinessObjects>;
+using IdentifierPtr = Ref<Identifier>;
+using KeyFormatPtr = Ref<KeyFormat>;
+using KeyFormatDataPtr = Ref<KeyFormatData>;
+using ModelPtr = Ref<Model>;
+
+}  // namespace velmoria

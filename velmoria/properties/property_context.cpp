@@ -1,0 +1,262 @@
+#include "velmoria/properties/property_context.h"
+
+#include "velmoria/brokering/business_context_impl.h"
+#include "velmoria/brokering/identifier.h"
+#include "velmoria/brokering/index_text_impl.h"
+#include "velmoria/brokering/key_format.h"
+#include "velmoria/core/apartment_impl.h"
+#include "velmoria/core/display.h"
+#include "velmoria/properties/properties.h"
+#include "velmoria/properties/property.h"
+
+namespace velmoria {
+
+namespace {
+
+std::string NotFoundText(const Variant& index) {
+  return IndexText(index, {VarType::Integer, VarType::Long, VarType::Single, VarType::Double, VarType::Currency,
+                           VarType::Decimal, VarType::Byte});
+}
+
+std::string PropertyIndexText(const Variant& index) {
+  return index.IsNumber() ? index.AsText() : Quoted(index.IsText() ? index.AsText() : index.TypeName());
+}
+
+}  // namespace
+
+PropertyContext::PropertyContext() = default;
+PropertyContext::~PropertyContext() = default;
+
+std::string_view PropertyContext::ReportedType() const noexcept { return "PropertyContext"; }
+std::string PropertyContext::StateDetails() const { return Details(); }
+
+void PropertyContext::Setup(bool locked, bool supportsAdd, bool supportsRemove) try {
+  if (locked_) Raise(errVelmoria_Locked, "Setup");
+  items_.Clear();
+  noAdd_ = !supportsAdd;
+  noRemove_ = !supportsRemove;
+  noLoad_ = true;
+  locked_ = locked;
+} catch (...) { Failed("Setup"); }
+
+void PropertyContext::SetupWith(PropertiesPtr properties) try {
+  transient_ = false;
+  Add(properties);
+  identifier_ = properties->Identifier();
+} catch (...) { Failed("SetupWith"); }
+
+PropertiesPtr PropertyContext::Find(const Variant& index) {
+  if (const PropertiesPtr* held = items_.Find(index)) return *held;
+  PropertiesPtr supplied;
+  ItemNotFound.Raise(index, supplied);
+  return supplied;
+}
+
+PropertiesPtr PropertyContext::Item(const Variant& index) try {
+  PropertiesPtr found = Find(index);
+  if (!found) Raise(errItem_Properties, "Item", {NotFoundText(index)});
+  return found;
+} catch (...) { Failed("Item"); }
+
+std::int32_t PropertyContext::Count() const { return static_cast<std::int32_t>(items_.Count()); }
+
+std::int32_t PropertyContext::PropertyCount() const {
+  std::int32_t count = 0;
+  for (const auto& properties : items_) count += properties->Count();
+  return count;
+}
+
+PropertyPtr PropertyContext::FindByNumber(std::int64_t number) const {
+  for (const auto& properties : items_) {
+    const std::int32_t count = properties->Count();
+    if (number >= 1 && number <= count) return properties->Item(static_cast<std::int32_t>(number));
+    number -= count;
+  }
+  return {};
+}
+
+PropertyPtr PropertyContext::FindByName(const PropertyKey& key) const {
+  for (const auto& properties : items_) {
+    if (PropertyPtr found = properties->FindRaising(key)) return found;
+  }
+  return {};
+}
+
+PropertyPtr PropertyContext::Find(const PropertyKey& key) {
+  PropertyPtr found = key.Index.IsNumber() ? FindByNumber(key.Index.AsLong()) : FindByName(key);
+  if (!found) PropertyNotFound.Raise(key, found);
+  return found;
+}
+
+PropertyPtr PropertyContext::FindProperty(const Variant& index) { return FindProperty(PropertyKey{.Index = index}); }
+
+PropertyPtr PropertyContext::FindProperty(const PropertyKey& key) try {
+  PropertyPtr found = Find(key);
+  if (!found) {
+    const std::string parameter = key.Parameter ? key.Parameter->Details() : "(Nothing)";
+    Raise(errItem_Property, "FindProperty", {PropertyIndexText(key.Index), key.SourceName, key.SourceKey, parameter});
+  }
+  return found;
+} catch (...) { Failed("FindProperty"); }
+
+void PropertyContext::Insert(PropertiesPtr item, const Position& position) {
+  if (position.IsBoth()) {
+    Raise(errAdd_Properties, "Add", {item->Name(), Quoted(position.Before.AsText()), Quoted(position.After.AsText())},
+          BothPositionsText);
+  }
+  const std::string name = item->Name();
+  items_.Insert(PlaceOf(items_, position), std::move(item), name);
+}
+
+void PropertyContext::Add(PropertiesPtr item, const Position& position) try {
+  if (noAdd_) Raise(errNotSupported_Add, "Add");
+  if (BeforeAdd.Raise(*item)) return;
+  Insert(item, position);
+  AfterAdd.Raise(*item);
+} catch (...) { Failed("Add"); }
+
+void PropertyContext::Remove(const Variant& index) try {
+  if (noRemove_) Raise(errNotSupported_Remove, "Remove");
+  const PropertiesPtr item = Item(index);
+  if (BeforeRemove.Raise(*item)) return;
+  if (!items_.RemoveKey(item->Name())) Fail(RuntimeFailure::InvalidArgument);
+  AfterRemove.Raise(*item);
+} catch (...) {
+  if (noRemove_) Failed("Remove");
+  Failed("Remove", errRemove_Properties, {NotFoundText(index)});
+}
+
+BusinessContext& PropertyContext::Broker(std::string_view routine) {
+  if (transient_) Raise(errPropertyContext_Transient, routine);
+  if (!businessContext_) {
+    auto broker = Make<BusinessContext>();
+    broker->Setup({.ServerName = identifier_->ServerName(), .ClassName = identifier_->ClassName()});
+    businessContext_ = broker;
+  }
+  return *businessContext_;
+}
+
+PropertiesPtr PropertyContext::GetProperties(const std::string& actionName, PropertiesPtr parameters,
+                                             const std::string& name) try {
+  BusinessContext& broker = Broker("GetProperties");
+  const IdentifierPtr identity = parameters ? IdentifierPtr{} : identifier_;
+  return broker.GetProperties({identity, actionName, std::move(parameters), name});
+} catch (...) { Failed("GetProperties"); }
+
+PropertiesPtr PropertyContext::LoadProperties(const std::string& actionName, PropertiesPtr parameters,
+                                              const std::string& name, const Position& position) try {
+  if (noLoad_) Raise(errProperties_Load, "LoadProperties");
+  if (transient_) Raise(errPropertyContext_Transient, "LoadProperties");
+  const std::string& held = name.empty() ? actionName : name;
+  if (!held.empty()) {
+    if (PropertiesPtr found = Find(held)) return found;
+  }
+  PropertiesPtr loaded = GetProperties(actionName, std::move(parameters), name);
+  Insert(loaded, position);
+  return loaded;
+} catch (...) { Failed("LoadProperties"); }
+
+std::string PropertyContext::ActionName() try { return Broker("ActionName (Get)").ActionName(); } catch (...) {
+  Failed("ActionName (Get)");
+}
+
+void PropertyContext::SetActionName(const std::string& value) try {
+  Broker("ActionName (Let)").SetActionName(value);
+} catch (...) { Failed("ActionName (Let)"); }
+
+PropertiesPtr PropertyContext::Parameters() try { return Broker("Parameters (Get)").Parameters(); } catch (...) {
+  Failed("Parameters (Get)");
+}
+
+void PropertyContext::SetParameters(PropertiesPtr value) try {
+  Broker("Parameters (Set)").SetParameters(std::move(value));
+} catch (...) { Failed("Parameters (Set)"); }
+
+IdentifierPtr PropertyContext::Identifier() const { return identifier_; }
+
+std::string PropertyContext::PropertiesKey(velmoria::KeyFormat& format) {
+  const std::string separator = format.Separator();
+  std::string key;
+  if (format.Mixed()) key = identifier_->ServerName() + separator + identifier_->ClassName();
+  for (const auto& member : *format.Properties()) {
+    const PropertyPtr found = FindProperty(PropertyKey{.Parameter = member});
+    // A separator stands before the first name and two between a name and its value: stored keys compare exactly.
+    if (format.IncludeNames()) key += separator + found->Name() + separator;
+    if (!key.empty()) key += separator;
+    key += found->Value().AsText();
+  }
+  return key;
+}
+
+std::string PropertyContext::Key(KeyFormatPtr keyFormat) try {
+  if (!keyFormat) keyFormat = Apartment().DefaultKeyFormat;
+  const bool byProperties = keyFormat->Properties()->Count() > 0;
+  std::string key = byProperties ? PropertiesKey(*keyFormat) : identifier_->Key(keyFormat);
+  if (keyFormat->EmptyKey()) Raise(errNotSupported_Key, "Key", {key});
+  return key;
+} catch (...) { Failed("Key"); }
+
+void PropertyContext::Update() try { UpdateEach({items_.begin(), items_.end()}); } catch (...) {
+  Failed("Update");
+}
+
+void PropertyContext::Delete() try {
+  const std::vector<PropertiesPtr> members(items_.begin(), items_.end());
+  auto next = members.begin();
+  DeleteEach([&] { return next == members.end() ? PropertiesPtr{} : *next++; });
+} catch (...) { Failed("Delete"); }
+
+void PropertyContext::Undo() try {
+  for (const auto& properties : items_) properties->Undo();
+} catch (...) { Failed("Undo"); }
+
+bool PropertyContext::Dirty() const {
+  return std::any_of(begin(), end(), [](const auto& properties) { return properties->Dirty(); });
+}
+
+bool PropertyContext::DirtyValues() const {
+  return std::any_of(begin(), end(), [](const auto& properties) { return properties->DirtyValues(); });
+}
+
+bool PropertyContext::Modifiable(bool all) const {
+  const auto modifiable = [](const auto& properties) { return properties->Modifiable(true); };
+  if (items_.IsEmpty()) return all;
+  return all ? std::all_of(begin(), end(), modifiable) : std::any_of(begin(), end(), modifiable);
+}
+
+zEditFlags PropertyContext::EditFlags() const {
+  zEditFlags flags = efNone;
+  for (const auto& properties : items_) flags = flags | properties->EditFlags();
+  return flags;
+}
+
+std::string PropertyContext::EditFlagsDisplay() const { return velmoria::EditFlagsDisplay(EditFlags()); }
+
+zStateFlags PropertyContext::StateFlags() const {
+  zStateFlags flags{};
+  for (const auto& properties : items_) flags = flags | properties->StateFlags();
+  return flags;
+}
+
+std::string PropertyContext::StateFlagsDisplay() const { return velmoria::StateFlagsDisplay(StateFlags()); }
+
+std::string PropertyContext::Details() const {
+  std::string details = "Properties Count " + NumberText(Count());
+  if (identifier_) details += " for Identifier: " + identifier_->Key();
+  for (const auto& properties : items_) {
+    details +=
+        "\r\n    Properties Count " + NumberText(properties->Count()) + " for Properties '" + properties->Name() + "'";
+  }
+  return details;
+}
+
+void PropertyContext::LetSupports(bool& refusal, bool supported, std::string_view routine) try {
+  if (locked_) Raise(errVelmoria_Locked, routine);
+  refusal = !supported;
+} catch (...) { Failed(routine); }
+
+void PropertyContext::SetSupportsAdd(bool value) { LetSupports(noAdd_, value, "SupportsAdd (Let)"); }
+void PropertyContext::SetSupportsRemove(bool value) { LetSupports(noRemove_, value, "SupportsRemove (Let)"); }
+void PropertyContext::SetSupportsLoad(bool value) { LetSupports(noLoad_, value, "SupportsLoad (Let)"); }
+
+}  // namespace velmoria
