@@ -1,0 +1,124 @@
+#include "velmoria/properties/attributes.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "velmoria/core/insert_at_impl.h"
+#include "velmoria/properties/attribute_data.h"
+#include "velmoria/properties/attribute_texts_impl.h"
+#include "velmoria/properties/attributes_data.h"
+#include "velmoria/properties/property_data.h"
+#include "velmoria/runtime/error.h"
+#include "velmoria/runtime/text.h"
+
+namespace velmoria {
+
+Attributes::Attributes() = default;
+
+Attributes::~Attributes() = default;
+
+void Attributes::Setup(bool locked, bool supportsAdd, bool supportsRemove) {
+  if (locked_ || built_ || definition_) Raise(errVelmoria_Locked, "Setup");
+  locked_ = locked;
+  noAdd_ = !supportsAdd;
+  noRemove_ = !supportsRemove;
+}
+
+void Attributes::Bind(PropertyDataPtr definition) { definition_ = std::move(definition); }
+
+const KeyedList<AttributePtr>& Attributes::Members() const {
+  if (built_) return items_;
+  built_ = true;
+  if (!definition_) return items_;
+  data_ = definition_->AttributesData();
+  for (const auto& item : *data_) items_.Add(Make<Attribute>(item), item->Name());
+  return items_;
+}
+
+void Attributes::CheckAdd(std::string_view routine, const std::string& name, const Position& position) const {
+  if (noAdd_) Raise(errNotSupported_Add, routine);
+  if (position.IsBoth()) Raise(errAdd_Attribute, routine, AttributeAddTexts(name, position), BothPositionsText);
+}
+
+void Attributes::Add(const AttributePtr& item, const Position& position) {
+  const auto name = item ? item->Name() : std::string();
+  CheckAdd("Add", name, position);
+  try {
+    if (!item) Fail(RuntimeFailure::ObjectNotSet);
+    Members();
+    if (data_) data_->Add(item->Data(), position);
+    InsertAt(items_, item, name, position);
+  } catch (...) { Failed("Add", errAdd_Attribute, AttributeAddTexts(name, position)); }
+}
+
+AttributePtr Attributes::SetupItem(const AttributeFields& fields, const Position& position) {
+  CheckAdd("SetupItem", fields.Name, position);
+  auto item = SetupData(fields, position);
+  try {
+    InsertAt(items_, item, fields.Name, position);
+  } catch (...) { Failed("SetupItem", errAdd_Attribute, AttributeAddTexts(fields.Name, position)); }
+  return item;
+}
+
+AttributePtr Attributes::SetupData(const AttributeFields& fields, const Position& position) try {
+  Members();
+  if (data_) return Make<Attribute>(data_->SetupItem(fields, position));
+  auto data = Make<AttributeData>();
+  data->Setup(fields);
+  return Make<Attribute>(std::move(data));
+} catch (...) { Failed("SetupItem"); }
+
+AttributePtr Attributes::Find(const Variant& index) const {
+  const auto* found = Members().Find(index);
+  return found ? *found : AttributePtr();
+}
+
+AttributePtr Attributes::Item(const Variant& index) const try {
+  auto found = Find(index);
+  if (!found) Raise(errItem_Attribute, "Item", {AttributeIndexText(index)});
+  return found;
+} catch (...) { Failed("Item"); }
+
+void Attributes::Remove(const Variant& index) {
+  if (noRemove_) Raise(errNotSupported_Remove, "Remove");
+  try {
+    const auto name = Item(index)->Name();
+    if (data_) data_->Remove(name);
+    items_.RemoveAt(items_.PositionOf(index));
+  } catch (...) { Failed("Remove", errRemove_Attribute, {AttributeIndexText(index)}); }
+}
+
+void Attributes::RenameItem(const std::string& name, const std::string& newName) try {
+  Members();
+  if (!data_) Raise(errNotSupported_Rename, "RenameItem");
+  data_->RenameItem(name, newName);
+  items_.Rename(items_.PositionOf(std::string_view(name)), newName);
+} catch (...) { Failed("RenameItem"); }
+
+std::int32_t Attributes::Count() const { return static_cast<std::int32_t>(Members().Count()); }
+
+Attributes::Iterator Attributes::begin() const { return Members().begin(); }
+
+Attributes::Iterator Attributes::end() const { return Members().end(); }
+
+void Attributes::SetSupportsAdd(bool value) {
+  if (locked_) Raise(errVelmoria_Locked, "SupportsAdd (Let)");
+  noAdd_ = !value;
+}
+
+void Attributes::SetSupportsRemove(bool value) {
+  if (locked_) Raise(errVelmoria_Locked, "SupportsRemove (Let)");
+  noRemove_ = !value;
+}
+
+bool Attributes::Modifiable() const {
+  return std::ranges::any_of(begin(), end(), [](const auto& item) { return item->Modifiable(); });
+}
+
+std::string Attributes::Details() const {
+  auto text = "Attributes Count " + NumberText(Count());
+  for (const auto& item : Members()) text += "\r\n    " + item->Details();
+  return text;
+}
+
+}  // namespace velmoria
