@@ -1,0 +1,154 @@
+#include "velmoria/core/statistic.h"
+
+#include <limits>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace velmoria {
+namespace {
+
+const Date kStart = Date::From(1998, 6, 1, 9, 14, 2);
+
+Date After(std::int64_t milliseconds) { return Date{kStart.Days + static_cast<double>(milliseconds) / 86400000.0}; }
+
+StatisticPtr Started() { return Make<Statistic>(StatisticArguments{.Name = "Load", .StartTime = kStart}); }
+
+StatisticPtr Lasting(std::int64_t seconds) {
+  auto statistic = Started();
+  statistic->SetEndTime(After(seconds * 1000));
+  return statistic;
+}
+
+TEST(StatisticTest, KeepsItsArguments) {
+  const auto statistic = Make<Statistic>(StatisticArguments{"Load", "Row", 7, kStart, {}, true});
+  EXPECT_EQ(statistic->Name(), "Load");
+  EXPECT_EQ(statistic->SubjectLabel(), "Row");
+  EXPECT_EQ(statistic->SubjectCount(), 7);
+  EXPECT_EQ(statistic->StartTime(), kStart);
+  EXPECT_TRUE(statistic->Locked());
+}
+
+TEST(StatisticTest, LaterEndTimeIsLeftOutWhenSetUp) {
+  const auto statistic = Make<Statistic>(StatisticArguments{"Load", "", 0, kStart, After(1000)});
+  EXPECT_EQ(statistic->EndTime(), Date{});
+}
+
+TEST(StatisticTest, EndTimeOfTheSameSecondIsTakenWhenSetUp) {
+  const auto statistic = Make<Statistic>(StatisticArguments{"Load", "", 0, kStart, kStart});
+  EXPECT_EQ(statistic->EndTime(), kStart);
+}
+
+TEST(StatisticTest, EndTimeBeforeStartTimeIsIgnored) {
+  const auto statistic = Lasting(5);
+  statistic->SetEndTime(After(-1000));
+  EXPECT_EQ(statistic->TotalSeconds(), 5);
+}
+
+TEST(StatisticTest, EndTimeInTheSecondOfStartTimeIsTaken) {
+  const auto statistic = Started();
+  statistic->SetEndTime(kStart);
+  EXPECT_EQ(statistic->EndTime(), kStart);
+}
+
+TEST(StatisticTest, StartTimeOfAFreshOneLeavesNoEndTime) {
+  const auto statistic = Make<Statistic>(StatisticArguments{.Name = "Load"});
+  statistic->SetStartTime(kStart);
+  EXPECT_EQ(statistic->StartTime(), kStart);
+  EXPECT_EQ(statistic->EndTime(), Date{});
+}
+
+TEST(StatisticTest, StartTimeAfterALaterEndTimeChangesNothing) {
+  const auto statistic = Lasting(5);
+  statistic->SetStartTime(After(2000));
+  EXPECT_EQ(statistic->StartTime(), kStart);
+  EXPECT_EQ(statistic->TotalSeconds(), 5);
+}
+
+TEST(StatisticTest, TimesReadWithoutTheirFraction) {
+  const auto statistic = Make<Statistic>(StatisticArguments{.Name = "Load", .StartTime = After(900)});
+  statistic->SetEndTime(After(3700));
+  EXPECT_EQ(SecondsBetween(statistic->StartTime(), kStart), 0);
+  EXPECT_EQ(statistic->StartTime().Parts().Millisecond, 0);
+  EXPECT_EQ(statistic->EndTime().Parts().Millisecond, 0);
+}
+
+TEST(StatisticTest, TotalSecondsCountsSecondBoundaries) {
+  const auto statistic = Make<Statistic>(StatisticArguments{.Name = "Load", .StartTime = After(900)});
+  statistic->SetEndTime(After(1100));
+  EXPECT_EQ(statistic->TotalSeconds(), 1);
+}
+
+TEST(StatisticTest, CopyHasAllTheValuesTheEndTimeIncluded) {
+  const auto statistic = Lasting(90);
+  statistic->SetSubjectCount(4);
+  const auto copy = statistic->Copy();
+  EXPECT_NE(copy, statistic);
+  EXPECT_EQ(copy->Details(), statistic->Details());
+  EXPECT_EQ(copy->TotalSeconds(), 90);
+}
+
+TEST(StatisticTest, TotalDetailsInWords) {
+  const std::vector<std::pair<std::int64_t, std::string>> table = {
+      {0, "0 seconds"},
+      {1, "1 second"},
+      {2, "2 seconds"},
+      {59, "59 seconds"},
+      {60, "1 minute and 0 seconds"},
+      {61, "1 minute and 1 second"},
+      {120, "2 minutes and 0 seconds"},
+      {3725, "62 minutes and 5 seconds"},
+      {40000, "666 minutes and 40 seconds"},
+  };
+  for (const auto& [seconds, text] : table) EXPECT_EQ(Lasting(seconds)->TotalDetails(), text);
+}
+
+TEST(StatisticTest, UnfinishedOneHasANegativeTotalAndNoText) {
+  EXPECT_LT(Started()->TotalSeconds(), std::numeric_limits<std::int32_t>::min());
+  EXPECT_EQ(Started()->TotalDetails(), "");
+}
+
+TEST(StatisticTest, TotalBeyond32BitsHasNoText) {
+  const auto statistic = Make<Statistic>(StatisticArguments{.Name = "Load"});
+  statistic->SetEndTime(kStart);
+  EXPECT_GT(statistic->TotalSeconds(), std::numeric_limits<std::int32_t>::max());
+  EXPECT_EQ(statistic->TotalDetails(), "");
+}
+
+TEST(StatisticTest, SubjectTexts) {
+  const auto statistic = Started();
+  statistic->SetSubjectCount(3);
+  EXPECT_EQ(statistic->Subject(), "Subject: (Unknown)  Count: 3");
+  EXPECT_EQ(statistic->Subjects(), "Subject Count: 3");
+  statistic->SetSubjectLabel("Row");
+  EXPECT_EQ(statistic->Subject(), "Subject: Row  Count: 3");
+  EXPECT_EQ(statistic->Subjects(), "Subjects: 'Row'  Count: 3");
+}
+
+TEST(StatisticTest, ProcedureDetailsHaveNameAndTimes) {
+  const auto statistic = Lasting(60);
+  EXPECT_EQ(statistic->ProcedureDetails(), "Procedure: Load  Started: 6/1/98 9:14:02 AM  Ended: 6/1/98 9:15:02 AM");
+  statistic->SetName("");
+  EXPECT_EQ(statistic->ProcedureDetails(),
+            "Procedure: (Unknown)  Started: 6/1/98 9:14:02 AM  Ended: 6/1/98 9:15:02 AM");
+}
+
+TEST(StatisticTest, DetailsNameProcedureAndSubject) {
+  const auto statistic = Lasting(60);
+  statistic->SetSubjectLabel("Row");
+  statistic->SetSubjectCount(3);
+  EXPECT_EQ(statistic->Details(),
+            "Started: 6/1/98 9:14:02 AM\r\nEnded: 6/1/98 9:15:02 AM\r\nTotal: 1 minute and 0 seconds\r\n"
+            "Procedure: Load\r\nRow: 3");
+}
+
+TEST(StatisticTest, DetailsWithoutNameAndSubject) {
+  const auto statistic = Lasting(1);
+  statistic->SetName("");
+  EXPECT_EQ(statistic->Details(),
+            "Started: 6/1/98 9:14:02 AM\r\nEnded: 6/1/98 9:14:03 AM\r\nTotal: 1 second\r\nSubjects: 0");
+}
+
+}  // namespace
+}  // namespace velmoria
