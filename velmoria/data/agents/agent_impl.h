@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "velmoria/fwd.h"
+
+namespace velmoria {
+
+/// The back-end of a DatabaseAgent: reads one Action's Source in pages and writes rows back. One implementation stands
+/// for each way of reaching databases.
+class Agent {
+ public:
+  virtual ~Agent();
+
+  virtual ClassPtr Class() const = 0;
+  virtual ActionPtr Action() const = 0;
+  virtual SourcePtr Source() const = 0;
+  /// The page size: 0 reads everything at once, a negative one reads from the end.
+  virtual std::int32_t ObjectBuffer() const = 0;
+  virtual std::string Details() const = 0;
+
+  /// The rows of the whole result, opened if it is not; -1 while it is being opened.
+  virtual std::int32_t RowCount() = 0;
+  /// The column definitions, without reading rows.
+  virtual PropertiesDataPtr PropertiesData() = 0;
+  /// The first page, or the one that follows `previous`. Everything read at once closes the result unless keepOpen.
+  virtual RecordsetPtr GetRecordset(const DatabaseAgentPtr& agent, const RecordsetPtr& previous, bool keepOpen) = 0;
+
+  virtual void InsertPersistentProperties(const PropertiesPtr& properties) = 0;
+  virtual void UpdatePersistentProperties(const PropertiesPtr& properties) = 0;
+  virtual void DeletePersistentProperties(const PropertiesPtr& properties) = 0;
+};
+
+}  // namespace velmoria

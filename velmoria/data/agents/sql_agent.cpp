@@ -1,0 +1,94 @@
+#include "velmoria/brokering/identifier.h"
+#include "velmoria/core/display.h"
+#include "velmoria/data/agents/sql_agent_impl.h"
+#include "velmoria/data/connection.h"
+#include "velmoria/data/rdo_engine_impl.h"
+#include "velmoria/design/action.h"
+#include "velmoria/design/class.h"
+#include "velmoria/design/source.h"
+#include "velmoria/design/sources.h"
+#include "velmoria/platform/rdo/rdo_resultset.h"
+#include "velmoria/properties/properties.h"
+#include "velmoria/properties/properties_data.h"
+#include "velmoria/properties/property.h"
+#include "velmoria/runtime/text.h"
+
+namespace velmoria {
+
+SQLAgent::SQLAgent() = default;
+
+SQLAgent::~SQLAgent() { CloseResultset(); }
+
+ClassPtr SQLAgent::Class() const { return class_; }
+ActionPtr SQLAgent::Action() const { return action_; }
+SourcePtr SQLAgent::Source() const { return source_; }
+
+std::string SQLAgent::Details() const {
+  std::string text;
+  if (class_) text += class_->Details() + "\r\n";
+  if (action_) text += action_->Details() + "\r\n";
+  if (source_) text += source_->Details() + "\r\n";
+  if (action_) text += action_->Connection()->Details();
+  if (parameters_) text += "\r\nParameters " + parameters_->Details();
+  return text;
+}
+
+void SQLAgent::Initialize(const ClassPtr& classObject, const ActionPtr& action, const PropertiesPtr& parameters,
+                          std::int32_t objectBuffer) try {
+  class_ = classObject;
+  action_ = action;
+  objectBuffer_ = objectBuffer == -1 ? action->ObjectBuffer() : objectBuffer;
+  identifier_ = class_->CreateIdentifier();
+  parameters_ = parameters;
+  source_ = action->Sources()->Item();
+  CheckSourceType("Initialize");
+  TakeMarkedKeys();
+  SortParameters();
+} catch (...) { Failed("Initialize"); }
+
+void SQLAgent::TakeMarkedKeys() {
+  if (!parameters_) return;
+  for (const auto& parameter : *parameters_) {
+    if (!parameter->CopyMark()) continue;
+    if (!keyParameters_) keyParameters_ = Make<Properties>();
+    keyParameters_->Add(parameter->Copy());
+  }
+}
+
+/// Most agents only read, so the Identifier's Properties are copied by the first that writes.
+const PropertiesPtr& SQLAgent::KeyParameters() {
+  if (!keyParameters_) keyParameters_ = identifier_->Properties()->Copy();
+  return keyParameters_;
+}
+
+void SQLAgent::SortParameters() {
+  statementParameters_ = Make<Properties>();
+  if (!parameters_) return;
+  const auto declared = source_->SourceType() == stSQL ? source_->Parameters() : PropertiesPtr();
+  for (const auto& parameter : *parameters_) {
+    const Suspension quiet{"SQLAgent.Initialize"};
+    if (!declared || declared->FindRaising({.Parameter = parameter})) {
+      statementParameters_->Add(parameter->Copy({}, false));
+    } else if (!parameter->EmptyValue() || has(parameter->Flags(), pfRequired)) {
+      undeclared_ += (undeclared_.empty() ? "" : ", ") + parameter->Name();
+    }
+  }
+}
+
+void SQLAgent::CloseResultset() noexcept {
+  CloseQuietly(resultset_);
+  resultset_ = nullptr;
+}
+
+PropertiesDataPtr SQLAgent::PropertiesData() try {
+  if (!propertiesData_) CreateResultset();
+  return propertiesData_;
+} catch (...) { Failed("PropertiesData (Get)"); }
+
+std::int32_t SQLAgent::RowCount() try {
+  if (!resultset_) CreateResultset();
+  resultset_->MoveLast();
+  return static_cast<std::int32_t>(resultset_->RowCount());
+} catch (...) { ReadFailed("RowCount (Get)"); }
+
+}  // namespace velmoria

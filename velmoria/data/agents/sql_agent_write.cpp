@@ -1,0 +1,88 @@
+#include <vector>
+
+#include "velmoria/data/agents/sql_agent_impl.h"
+#include "velmoria/data/recordset_impl.h"
+#include "velmoria/design/action.h"
+#include "velmoria/design/class.h"
+#include "velmoria/design/source.h"
+#include "velmoria/platform/rdo/rdo_column.h"
+#include "velmoria/platform/rdo/rdo_query.h"
+#include "velmoria/platform/rdo/rdo_resultset.h"
+#include "velmoria/properties/properties.h"
+#include "velmoria/properties/properties_data.h"
+#include "velmoria/properties/property.h"
+
+namespace velmoria {
+
+namespace {
+
+std::string NameOfCounter(const Properties& properties) {
+  for (const auto& property : properties)
+    if (property->Counter()) return property->Name();
+  return "{unknown}";
+}
+
+std::vector<CounterValue> FirstRow(const rdoResultset& result) {
+  std::vector<CounterValue> values;
+  for (const auto& column : result.rdoColumns())
+    values.push_back({column->Name(), column->SourceTable() + "." + column->SourceColumn(), column->Value()});
+  return values;
+}
+
+void Refresh(Properties& properties, const std::vector<CounterValue>& values) {
+  if (properties.IsBound()) return properties.Recordset()->RefreshCounterFields(values, properties.Row());
+  for (const auto& value : values) properties.Item(value.Name)->SetValue(value.Value);
+}
+
+}  // namespace
+
+void SQLAgent::ExecuteLogged(const char* routine, const std::string& sql) const {
+  const auto query = CreateStatement(sql);
+  LogStatement(routine, *query);
+  query->Execute();
+  query->Close();
+}
+
+void SQLAgent::InsertPersistentProperties(const PropertiesPtr& properties) try {
+  InsertRow(properties, KeyParameters(), true);
+} catch (...) { Failed("InsertPersistentProperties", errPersistence_Insert); }
+
+void SQLAgent::InsertRow(const PropertiesPtr& properties, const PropertiesPtr& parameters, bool identityRequired) {
+  bool returnsIdentity = false;
+  const auto sql = source_->SQLInsert(properties, returnsIdentity, parameters);
+  if (!returnsIdentity) return ExecuteLogged("InsertPersistentProperties", sql);
+  const auto query = CreateStatement(sql);
+  LogStatement("InsertPersistentProperties", *query);
+  ReadIdentity(*query, properties, identityRequired);
+  query->Close();
+}
+
+void SQLAgent::ReadIdentity(rdoQuery& query, const PropertiesPtr& properties, bool required) const {
+  const auto result = query.OpenResultset();
+  if (result->rdoColumns().IsEmpty()) {
+    if (!required) return;
+    Raise(errRDO_Identity_Insert, "InsertPersistentProperties", {NameOfCounter(*properties)},
+          "Some database engines do not support Inserting new records into tables with IDENTITY columns during a "
+          "complex transaction.");
+  }
+  if (!result->AtBOF() && !result->AtEOF()) Refresh(*properties, FirstRow(*result));
+  result->Close();
+}
+
+// The key is looked for as it was: current values first, then the old ones of what has changed.
+void SQLAgent::UpdatePersistentProperties(const PropertiesPtr& properties) try {
+  if (has(properties->StateFlags(), sfNew)) return InsertRow(properties, nullptr, false);
+  const auto& keys = KeyParameters();
+  keys->PrepareValues({.Properties = properties});
+  keys->PrepareValues({.Properties = properties, .DirtyOnly = true, .UseOldValue = true});
+  ExecuteLogged("UpdatePersistentProperties", source_->SQLUpdate(properties, keys));
+} catch (...) { Failed("UpdatePersistentProperties", errPersistence_Update); }
+
+void SQLAgent::DeletePersistentProperties(const PropertiesPtr& properties) try {
+  const auto& keys = KeyParameters();
+  keys->PrepareValues({.Properties = properties});
+  ExecuteLogged("DeletePersistentProperties", source_->SQLDelete(properties, keys));
+  if (properties->IsBound()) properties->Recordset()->FlagDeleted(properties->Row());
+} catch (...) { Failed("DeletePersistentProperties", errPersistence_Delete, {source_->SourceText()}); }
+
+}  // namespace velmoria

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "velmoria/core/reporting.h"
+#include "velmoria/data/agents/agent_impl.h"
+#include "velmoria/fwd.h"
+#include "velmoria/runtime/object.h"
+
+namespace velmoria {
+
+/// The engine-neutral front of the data layer: chooses the back-end of an Action's Source once, then forwards to it.
+/// For a Source of an unknown engine there is no back-end, and every operation does nothing.
+class DatabaseAgent final : public Object, public Reporting {
+ public:
+  DatabaseAgent();
+  ~DatabaseAgent() override;
+  std::string_view ReportedType() const noexcept override { return "DatabaseAgent"; }
+
+  /// objectBuffer -1 takes the Action's. Raises 15097 for a Source of an engine that has no back-end yet.
+  void Initialize(const ClassPtr& classObject, const ActionPtr& action, const PropertiesPtr& parameters,
+                  std::int32_t objectBuffer);
+  /// With a back-end made elsewhere.
+  void Initialize(const ActionPtr& action, std::unique_ptr<Agent> backEnd, std::int32_t accessMethod = 1);
+
+  /// 1 for engines 2 to 5, 2 for Access, 0 for anything else.
+  std::int32_t AccessMethod() const { return accessMethod_; }
+  ClassPtr Class() const;
+  ActionPtr Action() const;
+  SourcePtr Source() const;
+  std::int32_t ObjectBuffer() const;
+  std::int32_t RowCount();
+  PropertiesDataPtr PropertiesData();
+  std::string Details() const;
+
+  /// pageStep has no effect: the direction of paging comes from ObjectBuffer alone.
+  RecordsetPtr GetRecordset(std::int32_t pageStep, const RecordsetPtr& previous, bool flag);
+
+  /// Writes the row if it has changes. `written` becomes true once the database has the change, and stays so when the
+  /// step after it fails (15162). Raises 15090, 15092, 15113 and what the back-end raises.
+  void UpdatePersistentProperties(const PropertiesPtr& properties, std::int32_t flag, bool& written);
+  /// Raises 15092, 15113 and what the back-end raises.
+  void DeletePersistentProperties(const PropertiesPtr& properties, std::int32_t flag);
+
+ private:
+  std::string StateDetails() const override { return Details(); }
+  void CheckEditFlags(bool isNew) const;
+  bool Write(const PropertiesPtr& properties, zStateFlags state);
+
+  std::int32_t accessMethod_ = 0;
+  std::unique_ptr<Agent> backEnd_;
+  ActionPtr action_;
+};
+
+}  // namespace velmoria

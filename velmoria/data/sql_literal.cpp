@@ -1,0 +1,105 @@
+#include <array>
+#include <string_view>
+
+#include "velmoria/core/type_codes.h"
+#include "velmoria/data/sql_clauses_impl.h"
+#include "velmoria/runtime/error.h"
+#include "velmoria/runtime/text.h"
+
+namespace velmoria::sql {
+
+namespace {
+
+// The characters that the single-byte code has at 0x80 to 0x9F; everywhere else a code is its own character.
+constexpr std::array<std::uint16_t, 32> kUpperControls = {
+    0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
+
+void AppendCharacter(std::string& text, Byte code) {
+  const std::uint32_t point = code >= 0x80 && code <= 0x9F ? kUpperControls[code - 0x80U] : code;
+  if (point < 0x80) {
+    text += static_cast<char>(point);
+  } else if (point < 0x800) {
+    text += static_cast<char>(0xC0U | (point >> 6U));
+    text += static_cast<char>(0x80U | (point & 0x3FU));
+  } else {
+    text += static_cast<char>(0xE0U | (point >> 12U));
+    text += static_cast<char>(0x80U | ((point >> 6U) & 0x3FU));
+    text += static_cast<char>(0x80U | (point & 0x3FU));
+  }
+}
+
+void AppendText(std::string& text, std::string_view value) {
+  text += '\'';
+  for (const char character : value) {
+    if (character == '\'') text += '\'';
+    text += character;
+  }
+  text += '\'';
+}
+
+void AppendBetween(std::string& text, char sign, std::string_view value) {
+  text += sign;
+  text.append(value);
+  text += sign;
+}
+
+void AppendNumberOf(std::string& text, const Variant& value) {
+  switch (value.Type()) {
+    case VarType::Integer:
+    case VarType::Long: return AppendNumber(text, static_cast<long long>(value.AsLong()));
+    case VarType::Single: return AppendNumber(text, value.AsSingle());
+    case VarType::Double: return AppendNumber(text, value.AsDouble());
+    default: text += value.AsText();
+  }
+}
+
+void AppendBoolean(std::string& text, const Variant& value, zEngines engine) {
+  if (engine == engAccess)
+    text += value.AsText();
+  else
+    text += value.AsBoolean() ? '1' : '0';
+}
+
+bool IsVariantArray(const Variant& value) { return value.Type() == ArrayOf(VarType::Variant); }
+
+// Quotes are not doubled here, and an array of one element (upper bound 0) is written as an empty one.
+void AppendBytes(std::string& text, const Variant& value) {
+  text += '\'';
+  if (value.IsByteArray()) {
+    for (const auto code : value.Bytes()) AppendCharacter(text, code);
+  } else if (!IsVariantArray(value)) {
+    text += value.AsText();
+  } else if (value.UpperBound() >= 1) {
+    for (auto index = value.LowerBound(); index <= value.UpperBound(); ++index)
+      AppendCharacter(text, Variant(value.Element(index).AsLong()).AsByte());
+  }
+  text += '\'';
+}
+
+}  // namespace
+
+void AppendLiteral(std::string& text, const Variant& value, zDataTypes dataType, zEngines engine) {
+  if (value.IsNull()) {
+    text += "NULL";
+    return;
+  }
+  switch (dataType == dtVariant ? DataTypeForVarType(value.Type()) : dataType) {
+    case dtString: return AppendText(text, value.IsText() ? value.TextView() : std::string_view(value.AsText()));
+    case dtLongInteger:
+    case dtInteger:
+    case dtCurrency:
+    case dtSingle:
+    case dtDouble:
+    case dtDecimal:
+    case dtByte: return AppendNumberOf(text, value);
+    case dtDate: return AppendBetween(text, engine == engAccess ? '#' : '\'', value.AsText());
+    case dtBoolean: return AppendBoolean(text, value, engine);
+    case dtByteArray: return AppendBytes(text, value);
+    case dtVariant: break;
+  }
+  Fail(RuntimeFailure::TypeMismatch);
+}
+
+}  // namespace velmoria::sql
