@@ -117,7 +117,8 @@ function(velmoria_library)
   include(VelmoriaInstall)
 endfunction()
 
-# velmoria_program(name folder): an executable over the library as a host sees it. An empty folder is left out.
+# velmoria_program(name folder [library]): an executable over the library as a host sees it, or over another of its
+# forms. An empty folder is left out.
 function(velmoria_program name folder)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${folder}/*.cpp)
   if(NOT sources)
@@ -127,7 +128,11 @@ function(velmoria_program name folder)
   add_executable(${name} ${sources})
   velmoria_compile_settings(${name})
   target_include_directories(${name} SYSTEM PRIVATE ${ODBC_INCLUDE_DIRS})
-  target_link_libraries(${name} PRIVATE velmoria velmoria_link SQLite::SQLite3)
+  set(library velmoria)
+  if(ARGN)
+    set(library ${ARGN})
+  endif()
+  target_link_libraries(${name} PRIVATE ${library} velmoria_link SQLite::SQLite3)
   if(TARGET benchmark::benchmark)
     target_link_libraries(${name} PRIVATE benchmark::benchmark)
   endif()

@@ -7,6 +7,7 @@
 #include "velmoria/brokering/index_text_impl.h"
 #include "velmoria/brokering/key_format.h"
 #include "velmoria/core/display.h"
+#include "velmoria/core/insert_at_impl.h"
 #include "velmoria/design/action.h"
 #include "velmoria/design/class.h"
 #include "velmoria/properties/properties.h"
@@ -105,7 +106,7 @@ void BusinessContext::Add(IBusinessObjectsPtr item, const Position& position) tr
   if (position.IsBoth()) {
     Raise(errAdd_BusinessObjects, "Add", {name, position.Before.AsText(), position.After.AsText()}, BothPositionsText);
   }
-  items_.Insert(PlaceOf(items_, position), item, name);
+  InsertAt(items_, item, name, position);
   AfterAdd.Raise(*item);
 } catch (...) { Failed("Add"); }
 

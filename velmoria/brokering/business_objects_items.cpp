@@ -3,6 +3,7 @@
 #include "velmoria/brokering/identifier.h"
 #include "velmoria/brokering/index_text_impl.h"
 #include "velmoria/brokering/key_format.h"
+#include "velmoria/core/insert_at_impl.h"
 #include "velmoria/core/statistics.h"
 #include "velmoria/data/database_agent_impl.h"
 #include "velmoria/data/recordset_impl.h"

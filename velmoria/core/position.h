@@ -1,10 +1,7 @@
 #pragma once
 
-#include <cstddef>
 #include <string_view>
-#include <utility>
 
-#include "velmoria/runtime/keyed_list.h"
 #include "velmoria/runtime/variant.h"
 
 namespace velmoria {
@@ -21,15 +18,5 @@ struct Position {
 
 /// What every collection adds to its refusal of a Position with both places given.
 inline constexpr std::string_view BothPositionsText = "Passing both Before and After arguments is not allowed.";
-
-/// The 1-based place that a single position means in a list; a member that is not there raises the list's failure.
-template <class T>
-std::size_t PlaceOf(const KeyedList<T>& list, const Position& position) {
-  if (!position.IsGiven()) return list.Count() + 1;
-  const Variant& index = position.Before.IsGiven() ? position.Before : position.After;
-  const std::size_t place = list.PositionOf(index);
-  if (place == 0) list.At(index);
-  return position.Before.IsGiven() ? place : place + 1;
-}
 
 }  // namespace velmoria

@@ -64,7 +64,7 @@ template <class Build>
   try {
     error.emplace(build());
   } catch (...) { error.emplace(CurrentError()); }
-  throw Error(std::move(*error));
+  throw Error(*error);
 }
 
 MessageArguments CatalogueArguments(zErrors number, Replacements& replacements, std::string_view extraText) {
@@ -90,25 +90,32 @@ std::string Reporting::StateDetails() const { return {}; }
 
 void Reporting::Raise(zErrors number, std::string_view routine, Replacements replacements, std::string_view extraText,
                       std::int32_t line) const {
-  ThrowBuilt([&] {
-    auto arguments = CatalogueArguments(number, replacements, extraText);
-    const auto messages = RecordingMessages();
-    if (messages) Record(*messages, arguments, routine, line);
-    auto error = MostSevere(messages);
-    return error ? std::move(*error) : Unrecorded(arguments);
-  });
+  ThrowBuilt([&] { return Raised(CatalogueArguments(number, replacements, extraText), routine, line); });
+}
+
+void Reporting::RaiseWithState(const std::string& stateDetails, zErrors number, std::string_view routine,
+                               Replacements replacements, std::string_view extraText, std::int32_t line) const {
+  ThrowBuilt([&] { return Raised(CatalogueArguments(number, replacements, extraText), routine, line, &stateDetails); });
+}
+
+Error Reporting::Raised(MessageArguments arguments, std::string_view routine, std::int32_t line,
+                        const std::string* stateDetails) const {
+  const auto messages = RecordingMessages();
+  if (messages) Record(*messages, arguments, routine, line, stateDetails);
+  const auto error = MostSevere(messages);
+  return error ? *error : Unrecorded(arguments);
 }
 
 void Reporting::Failed(std::string_view routine, std::int32_t line) const {
   ThrowBuilt([&] {
-    auto caught = CurrentError();
+    const auto caught = CurrentError();
     const auto messages = RecordingMessages();
     if (messages) {
       auto arguments = CaughtArguments(caught, svfError);
       Record(*messages, arguments, routine, line);
     }
-    auto error = MostSevere(messages);
-    return error ? std::move(*error) : std::move(caught);
+    const auto error = MostSevere(messages);
+    return error ? *error : caught;
   });
 }
 
@@ -124,12 +131,13 @@ void Reporting::Failed(std::string_view routine, zErrors number, Replacements re
   Raise(number, routine, std::move(replacements), extraText, line);
 }
 
-void Reporting::Record(Messages& messages, MessageArguments& arguments, std::string_view routine,
-                       std::int32_t line) const {
+void Reporting::Record(Messages& messages, MessageArguments& arguments, std::string_view routine, std::int32_t line,
+                       const std::string* stateDetails) const {
   if (!messages.SuspendRoutine().empty()) return;
   arguments.TypeName = ReportedType();
   arguments.RoutineName = routine;
-  arguments.StateDetails = AskState(ReportedType(), [this] { return StateDetails(); });
+  arguments.StateDetails =
+      stateDetails != nullptr ? *stateDetails : AskState(ReportedType(), [this] { return StateDetails(); });
   arguments.ErrLine = line;
   messages.SetupItem(arguments);
 }

@@ -27,6 +27,8 @@ struct Replacements {
 /// severe Message held.
 class VELMORIA_API Reporting {
  public:
+  virtual ~Reporting();
+
   /// The class name as messages show it. One override serves this and Object::ReportedType.
   virtual std::string_view ReportedType() const noexcept = 0;
 
@@ -34,7 +36,6 @@ class VELMORIA_API Reporting {
   Reporting() = default;
   Reporting(const Reporting&) = default;
   Reporting& operator=(const Reporting&) = default;
-  virtual ~Reporting();
 
   /// The state of the object for a report, usually its Details. It is asked with messaging suspended and never while it
   /// is already being asked; a failure in it gives "".
@@ -55,7 +56,11 @@ class VELMORIA_API Reporting {
                            std::string_view extraText = {}, std::int32_t line = __builtin_LINE()) const;
 
  private:
-  void Record(Messages& messages, MessageArguments& arguments, std::string_view routine, std::int32_t line) const;
+  /// The state is the object's own where none is given.
+  void Record(Messages& messages, MessageArguments& arguments, std::string_view routine, std::int32_t line,
+              const std::string* stateDetails = nullptr) const;
+  Error Raised(MessageArguments arguments, std::string_view routine, std::int32_t line,
+               const std::string* stateDetails = nullptr) const;
 };
 
 /// Suspends messaging around a step whose failure is an expected answer. It starts only when messaging is not

@@ -6,6 +6,7 @@
 #include "velmoria/brokering/key_format.h"
 #include "velmoria/core/apartment_impl.h"
 #include "velmoria/core/display.h"
+#include "velmoria/core/insert_at_impl.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/property.h"
 
@@ -105,7 +106,7 @@ void PropertyContext::Insert(PropertiesPtr item, const Position& position) {
           BothPositionsText);
   }
   const std::string name = item->Name();
-  items_.Insert(PlaceOf(items_, position), std::move(item), name);
+  InsertAt(items_, std::move(item), name, position);
 }
 
 void PropertyContext::Add(PropertiesPtr item, const Position& position) try {
