@@ -1,0 +1,44 @@
+#include "velmoria/design/class_data.h"
+
+#include "velmoria/design/actions_data.h"
+#include "velmoria/design/design_data_impl.h"
+#include "velmoria/properties/parents_data.h"
+#include "velmoria/runtime/text.h"
+
+namespace velmoria {
+
+template class DesignData<ClassKind>;
+
+ClassData::ClassData() = default;
+ClassData::~ClassData() = default;
+
+std::string ClassData::Details() const {
+  return "Class: " + Quoted(Name()) + "  ActiveXClass: " + Quoted(Fields().ActiveXClass) +
+         "  DefaultAction: " + Quoted(Fields().DefaultActionName) +
+         "  SingleAction: " + Quoted(Fields().SingleActionName) + "  NewAction: " + Quoted(Fields().NewActionName);
+}
+
+void ClassData::Enter(Parents& parents) { parents.Class = this; }
+
+PropertiesDataPtr ClassData::PropertiesData() {
+  if (!propertiesData_) propertiesData_ = Make<velmoria::PropertiesData>();
+  return propertiesData_;
+}
+
+ActionsDataPtr ClassData::ActionsData() {
+  if (!actionsData_) actionsData_ = Make<velmoria::ActionsData>();
+  return actionsData_;
+}
+
+// The copy's user properties are the identifier's once more; those of the source are not carried over.
+void ClassData::CopyChildren(const ClassData& source) {
+  actionsData_ = CopyOf(source.actionsData_);
+  propertiesData_ = CopyOf(source.propertiesData_);
+  SetUserProperties(CopyOf(source.propertiesData_));
+}
+
+bool ClassData::ChildrenDirty() const {
+  return IsDirty(propertiesData_) || IsDirty(actionsData_) || DesignData::ChildrenDirty();
+}
+
+}  // namespace velmoria

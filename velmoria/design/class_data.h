@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+
+#include "velmoria/design/class_kind.h"
+#include "velmoria/design/design_data.h"
+
+namespace velmoria {
+
+extern template class DesignData<ClassKind>;
+
+class ClassData final : public DesignData<ClassKind> {
+ public:
+  ClassData();
+  ~ClassData() override;
+
+  std::string Details() const override;
+  void Enter(Parents& parents) override;
+  /// The definition of the identifier.
+  PropertiesDataPtr PropertiesData();
+  ActionsDataPtr ActionsData();
+
+ private:
+  void CopyChildren(const ClassData& source) override;
+  bool ChildrenDirty() const override;
+
+  PropertiesDataPtr propertiesData_;
+  ActionsDataPtr actionsData_;
+};
+
+}  // namespace velmoria

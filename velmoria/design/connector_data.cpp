@@ -1,0 +1,69 @@
+#include "velmoria/design/connector_data.h"
+
+#include "velmoria/data/connection_recipe_impl.h"
+#include "velmoria/design/connection_text_impl.h"
+#include "velmoria/design/design_data_impl.h"
+#include "velmoria/design/engine_list_impl.h"
+#include "velmoria/design/machine_default_impl.h"
+#include "velmoria/properties/parents_data.h"
+#include "velmoria/runtime/text.h"
+
+namespace velmoria {
+
+template class DesignData<ConnectorKind>;
+
+namespace {
+
+// A file needs no cursor: what is given for one is dropped.
+void CompleteForAccess(ConnectorFields& fields) {
+  if (fields.ConnectionType == ctNone) fields.ConnectionType = ctFile;
+  fields.CursorDriver = crdNone;
+  fields.CursorType = crtNone;
+}
+
+void CompleteForServer(ConnectorFields& fields) {
+  fields.ConnectionType =
+      GivenOrMachineDefault(fields.ConnectionType, "Default ConnectionType for Engine ", fields.Engine);
+  fields.CursorDriver = GivenOrMachineDefault(fields.CursorDriver, "Default CursorDriver for Engine ", fields.Engine);
+  fields.CursorType = GivenOrMachineDefault(fields.CursorType, "Default CursorType for Engine ", fields.Engine);
+}
+
+}  // namespace
+
+ConnectorData::ConnectorData() = default;
+ConnectorData::~ConnectorData() = default;
+
+void ConnectorData::Setup(ConnectorFields fields) try {
+  const auto engine = fields.Engine;
+  if (!IsDefinableEngine(engine)) Raise(errInvalid_Engine, "Setup", {KeyedByEngine::Text(engine)});
+  engine == engAccess ? CompleteForAccess(fields) : CompleteForServer(fields);
+  if (fields.UserName.empty()) {
+    fields.UserName = MachineDefault("Default Username for Engine ", engine, "", dtString).AsText();
+  }
+  Adopt(std::move(fields));
+  SetUserProperties({});
+} catch (...) { Failed("Setup"); }
+
+std::string ConnectorData::Details() const {
+  const auto& fields = Fields();
+  return "Connector: " + Quoted(EngineName()) +
+         "  ConnectionType: " + Quoted(ConnectionTypeName(fields.ConnectionType)) +
+         "  ConnectionString: " + Quoted(WithoutPassword(fields.ConnectionString)) +
+         "  Username: " + Quoted(fields.UserName) +
+         "  DefinitionValidation: " + Quoted(Variant(fields.DefinitionValidation).AsText()) +
+         "  CursorDriver: " + Quoted(CursorDriverName(fields.CursorDriver)) +
+         "  CursorType: " + Quoted(CursorTypeName(fields.CursorType));
+}
+
+void ConnectorData::Enter(Parents& parents) { parents.Connector = this; }
+
+std::string ConnectorData::ODBCConnectionString() const {
+  const auto type = Fields().ConnectionType;
+  if (type < ctDSN || type > ctPrompt) {
+    Raise(ErrInvalid_ConnectionType, "ODBCConnectionString (Get)",
+          {NumberText(static_cast<std::int32_t>(type)), EngineName()});
+  }
+  return ComposeConnectString(type, Fields().ConnectionString, {Fields().UserName, Fields().Password});
+}
+
+}  // namespace velmoria

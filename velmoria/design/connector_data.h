@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+#include "velmoria/design/connector_kind.h"
+#include "velmoria/design/design_data.h"
+
+namespace velmoria {
+
+extern template class DesignData<ConnectorKind>;
+
+class ConnectorData final : public DesignData<ConnectorKind> {
+ public:
+  ConnectorData();
+  ~ConnectorData() override;
+
+  /// Fills what is 0 or empty from the machine's defaults. Raises 15054 for an engine outside 1 to 5.
+  void Setup(ConnectorFields fields) override;
+  /// Without the password, also where the connection string holds one.
+  std::string Details() const override;
+  void Enter(Parents& parents) override;
+  const std::string& Password() const noexcept { return Fields().Password; }
+  /// What the driver manager gets. Raises 15055 without a ConnectionType.
+  std::string ODBCConnectionString() const;
+};
+
+}  // namespace velmoria

@@ -1,0 +1,31 @@
+#include "velmoria/design/database.h"
+
+#include "velmoria/core/display.h"
+#include "velmoria/design/connectors.h"
+#include "velmoria/design/database_data.h"
+#include "velmoria/design/design_object_impl.h"
+
+namespace velmoria {
+
+template class DesignObject<DatabaseKind>;
+
+Database::Database() = default;
+Database::~Database() = default;
+
+void Database::SetName(std::string value) { Let("Name (Let)", &DatabaseFields::Name, std::move(value)); }
+
+zEngines Database::Engine() const { return Get(&DatabaseFields::Engine); }
+void Database::SetEngine(zEngines value) { Let("Engine (Let)", &DatabaseFields::Engine, value); }
+std::string Database::EngineName() const { return velmoria::EngineName(Engine()); }
+
+bool Database::AutoConnect() const { return Get(&DatabaseFields::AutoConnect); }
+void Database::SetAutoConnect(bool value) { Let("AutoConnect (Let)", &DatabaseFields::AutoConnect, value); }
+
+ConnectorsPtr Database::Connectors() { return Child(connectors_); }
+
+void Database::PassOn(const ParentChange& change) {
+  change.To(connectors_);
+  DesignObject::PassOn(change);
+}
+
+}  // namespace velmoria

@@ -1,0 +1,53 @@
+#include "velmoria/design/database_data.h"
+
+#include "velmoria/design/connector_data.h"
+#include "velmoria/design/connectors_data.h"
+#include "velmoria/design/design_data_impl.h"
+#include "velmoria/properties/parents_data.h"
+#include "velmoria/runtime/text.h"
+
+namespace velmoria {
+
+template class DesignData<DatabaseKind>;
+
+DatabaseData::DatabaseData() = default;
+DatabaseData::~DatabaseData() = default;
+
+void DatabaseData::Setup(DatabaseFields fields) {
+  if (fields.Name.empty()) Raise(errMissing_DatabaseInfo, "Setup");
+  Adopt(std::move(fields));
+}
+
+Date DatabaseData::DateModified() const { return Now(); }
+
+std::string DatabaseData::Details() const {
+  return "Database: " + Quoted(Name()) + "  AutoConnect: " + Variant(Fields().AutoConnect).AsText();
+}
+
+void DatabaseData::Enter(Parents& parents) { parents.Database = this; }
+
+ConnectorsDataPtr DatabaseData::ConnectorsData() {
+  if (!connectorsData_) connectorsData_ = Make<velmoria::ConnectorsData>();
+  return connectorsData_;
+}
+
+std::int32_t DatabaseData::AccessMethod() const noexcept { return Fields().Engine == engAccess ? 2 : 1; }
+
+std::string DatabaseData::SupportedEnginesDisplay() const {
+  if (!connectorsData_ || connectorsData_->Count() == 0) return "(None)";
+  std::string text;
+  for (const auto& connector : *connectorsData_) {
+    if (!text.empty()) text += "; ";
+    text += connector->EngineName();
+  }
+  return text;
+}
+
+void DatabaseData::CopyChildren(const DatabaseData& source) {
+  connectorsData_ = CopyOf(source.connectorsData_);
+  DesignData::CopyChildren(source);
+}
+
+bool DatabaseData::ChildrenDirty() const { return IsDirty(connectorsData_) || DesignData::ChildrenDirty(); }
+
+}  // namespace velmoria

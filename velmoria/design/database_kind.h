@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+
+#include "velmoria/core/enumerations.h"
+#include "velmoria/design/design_kind.h"
+
+namespace velmoria {
+
+/// What a Database is made from.
+struct DatabaseFields {
+  std::string Name;
+  zEngines Engine = engUnknown;
+  std::string Description{};
+  bool AutoConnect = false;
+  bool Locked = false;
+};
+
+struct VELMORIA_API DatabaseKind : DesignKind {
+  using Facade = Database;
+  using Data = DatabaseData;
+  using Fields = DatabaseFields;
+  using CollectionData = DatabasesData;
+
+  static constexpr auto KeyField = &DatabaseFields::Name;
+  static constexpr bool SettersObeyLocked = true;
+  static constexpr bool CollectionIsStamped = false;
+  static constexpr DesignNames Names{"Database", "DatabaseData", "Databases", "DatabasesData"};
+  static constexpr DesignNumbers Numbers{errAdd_Database, errItem_Database, errRemove_Database, errRename_Database};
+  static constexpr CountTexts Counted{"Databases Count ", "Registered Databases Count ", "Registered Databases Count "};
+};
+
+}  // namespace velmoria

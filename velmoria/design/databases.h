@@ -1,0 +1,19 @@
+#pragma once
+
+#include "velmoria/design/database_kind.h"
+#include "velmoria/design/design_collection.h"
+
+namespace velmoria {
+
+extern template class VELMORIA_API DesignCollection<DatabaseKind>;
+
+/// Databases by name. Framework's is the one of the registered databases; any other is transient.
+class VELMORIA_API Databases final : public DesignCollection<DatabaseKind> {
+ public:
+  Databases();
+  ~Databases() override;
+
+  bool Registered() const;
+};
+
+}  // namespace velmoria

@@ -1,0 +1,193 @@
+#pragma once
+
+#include <utility>
+
+#include "velmoria/core/insert_at_impl.h"
+#include "velmoria/design/design_collection.h"
+#include "velmoria/design/parent_change_impl.h"
+#include "velmoria/runtime/text.h"
+
+namespace velmoria {
+
+template <class Kind>
+DesignCollection<Kind>::DesignCollection() : parents_(std::make_unique<velmoria::Parents>()) {}
+
+template <class Kind>
+DesignCollection<Kind>::~DesignCollection() = default;
+
+template <class Kind>
+auto DesignCollection<Kind>::Item(const Index& index) const -> Member try {
+  const auto resolved = Resolved(index, true);
+  auto item = FindResolved(resolved);
+  if (!item) Raise(Kind::Numbers.Finding, "Item", Kind::KeyPolicy::Shown(resolved, index));
+  return item;
+} catch (...) { Failed("Item"); }
+
+template <class Kind>
+auto DesignCollection<Kind>::Find(const Index& index) const -> Member {
+  return FindResolved(Resolved(index, false));
+}
+
+template <class Kind>
+auto DesignCollection<Kind>::FindResolved(const Index& resolved) const -> Member {
+  const auto* found = Members().Find(Kind::KeyPolicy::ListIndex(resolved));
+  return found ? *found : Member();
+}
+
+template <class Kind>
+void DesignCollection<Kind>::Add(const Member& item, const Position& position) try {
+  if (noAdd_) Raise(errNotSupported_Add, "Add");
+  if (!item) Raise(Kind::Numbers.Adding, "Add", ShownForAdding({}, position));
+  static_cast<void>(Members());
+  if (data_) {
+    item->SetParents(*parents_);
+    data_->Add(item->Data(), position);
+  }
+  Insert("Add", item, position);
+} catch (...) { Failed("Add"); }
+
+template <class Kind>
+auto DesignCollection<Kind>::SetupItem(const typename Kind::Fields& fields, const Position& position) -> Member try {
+  if (noAdd_) Raise(errNotSupported_Add, "SetupItem");
+  static_cast<void>(Members());
+  Ref<typename Kind::Data> definition;
+  if (data_) {
+    definition = data_->SetupItem(fields, position);
+  } else {
+    definition = Make<typename Kind::Data>();
+    definition->Setup(fields);
+  }
+  auto item = Make<typename Kind::Facade>();
+  item->Bind(definition, *parents_);
+  Insert("SetupItem", item, position);
+  return item;
+} catch (...) { Failed("SetupItem"); }
+
+template <class Kind>
+void DesignCollection<Kind>::Insert(std::string_view routine, const Member& item, const Position& position) {
+  const auto key = item->Data()->KeyText();
+  try {
+    if (position.IsBoth()) { Raise(Kind::Numbers.Adding, routine, ShownForAdding(key, position), BothPositionsText); }
+    InsertAt(*members_, item, key, Kind::KeyPolicy::ListPosition(position));
+  } catch (...) { Failed(routine, Kind::Numbers.Adding, ShownForAdding(key, position)); }
+}
+
+template <class Kind>
+void DesignCollection<Kind>::Remove(const Index& index) try {
+  if (noRemove_) Raise(errNotSupported_Remove, "Remove");
+  Take(index);
+} catch (...) { Failed("Remove"); }
+
+template <class Kind>
+void DesignCollection<Kind>::Take(const Index& index) {
+  auto resolved = index;
+  try {
+    const auto item = Item(index);
+    resolved = Resolved(index, true);
+    const auto place = members_->PositionOf(Kind::KeyPolicy::ListIndex(resolved));
+    if (data_) {
+      data_->Remove(members_->KeyAt(place));
+      item->ClearParents(FilledSlots(*parents_));
+    }
+    members_->RemoveAt(place);
+  } catch (...) { Failed("Remove", Kind::Numbers.Removing, Kind::KeyPolicy::Shown(resolved, index)); }
+}
+
+template <class Kind>
+void DesignCollection<Kind>::Rekey(const Key& key, const Key& newKey) try {
+  static_cast<void>(Members());
+  if (!data_) Raise(Kind::KeyPolicy::TransientRefusal, Kind::KeyPolicy::RekeyRoutine);
+  data_->Rekey(key, newKey);
+  members_->Rename(members_->PositionOf(Variant(Kind::KeyPolicy::Text(key))), Kind::KeyPolicy::Text(newKey));
+} catch (...) { Failed(Kind::KeyPolicy::RekeyRoutine); }
+
+template <class Kind>
+void DesignCollection<Kind>::SetSupportsAdd(bool value) {
+  RefuseLocked("SupportsAdd (Let)");
+  noAdd_ = !value;
+}
+
+template <class Kind>
+void DesignCollection<Kind>::SetSupportsRemove(bool value) {
+  RefuseLocked("SupportsRemove (Let)");
+  noRemove_ = !value;
+}
+
+template <class Kind>
+void DesignCollection<Kind>::RefuseLocked(std::string_view routine) const {
+  if (locked_) Raise(errVelmoria_Locked, routine);
+}
+
+template <class Kind>
+std::string DesignCollection<Kind>::Details() const {
+  const auto& members = Members();
+  std::string text(data_ ? Kind::Counted.Bound : Kind::Counted.Transient);
+  text += NumberText(static_cast<long long>(members.Count()));
+  if (data_) text += ParentClause();
+  for (const auto& member : members) text.append("\r\n    ").append(member->Details());
+  return text;
+}
+
+template <class Kind>
+void DesignCollection<Kind>::Setup(bool locked, bool supportsAdd, bool supportsRemove) {
+  if (members_ || data_ || locked_) Raise(errVelmoria_Locked, "Setup");
+  locked_ = locked;
+  noAdd_ = !supportsAdd;
+  noRemove_ = !supportsRemove;
+}
+
+template <class Kind>
+void DesignCollection<Kind>::Bind(const Parents& parents) {
+  *parents_ = parents;
+}
+
+template <class Kind>
+void DesignCollection<Kind>::Bind(const Ref<typename Kind::CollectionData>& data) {
+  data_ = data;
+}
+
+template <class Kind>
+Ref<typename Kind::CollectionData> DesignCollection<Kind>::Data() const {
+  return data_;
+}
+
+template <class Kind>
+void DesignCollection<Kind>::SetParents(const Parents& given) try {
+  if (const auto conflict = parents_->Take(given)) {
+    Raise(conflict->Number, Kind::SetParentsRoutine, {conflict->Name});
+  }
+  if (!members_) return;
+  for (const auto& member : *members_) member->SetParents(given);
+} catch (...) { Failed(Kind::SetParentsRoutine); }
+
+template <class Kind>
+void DesignCollection<Kind>::ClearParents(const ParentSlots& slots) {
+  parents_->Clear(slots);
+  if (!members_) return;
+  for (const auto& member : *members_) member->ClearParents(slots);
+}
+
+template <class Kind>
+auto DesignCollection<Kind>::BuildMembers() const -> const KeyedList<Member>& {
+  KeyedList<Member> members;
+  if (auto definitions = DataUnder(*parents_)) data_ = definitions;
+  const std::size_t count = data_ ? data_->Count() : 0;
+  for (std::size_t position = 1; position <= count; ++position) {
+    auto member = Make<typename Kind::Facade>();
+    member->Bind(data_->At(position), *parents_);
+    members.Add(std::move(member), data_->KeyAt(position));
+  }
+  return members_.emplace(std::move(members));
+}
+
+template <class Kind>
+auto DesignCollection<Kind>::DataUnder(const velmoria::Parents&) const -> Ref<typename Kind::CollectionData> {
+  return {};
+}
+
+template <class Kind>
+auto DesignCollection<Kind>::Resolved(const Index& index, bool) const -> Index {
+  return index;
+}
+
+}  // namespace velmoria

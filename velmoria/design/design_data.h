@@ -1,0 +1,103 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+#include "velmoria/core/reporting.h"
+#include "velmoria/design/design_kind.h"
+#include "velmoria/fwd.h"
+#include "velmoria/runtime/date.h"
+#include "velmoria/runtime/object.h"
+#include "velmoria/runtime/variant.h"
+
+namespace velmoria {
+
+/// Whether a child's definition is there and dirty.
+template <class T>
+bool IsDirty(const Ref<T>& child) {
+  return child && child->Dirty();
+}
+
+/// A copy with all detail, or none of none.
+template <class T>
+Ref<T> CopyOf(const Ref<T>& child) {
+  return child ? child->Copy(true) : Ref<T>();
+}
+
+/// The definition behind the faces of one design object: it owns the fields and the children's definitions.
+template <class Kind>
+class DesignData : public Object, public Reporting {
+ public:
+  using Key = typename Kind::KeyPolicy::Key;
+
+  ~DesignData() override;
+  std::string_view ReportedType() const noexcept final { return Kind::Names.Data; }
+
+  const typename Kind::Fields& Fields() const noexcept { return fields_; }
+  const std::string& Name() const noexcept
+    requires NamedKind<Kind>
+  {
+    return fields_.*Kind::KeyField;
+  }
+  zEngines Engine() const noexcept
+    requires EngineKind<Kind>
+  {
+    return fields_.*Kind::KeyField;
+  }
+  std::string EngineName() const
+    requires EngineKind<Kind>;
+  std::string KeyText() const { return Kind::KeyPolicy::Text(fields_.*Kind::KeyField); }
+
+  /// Takes the fields of a new object, which is dirty from then on.
+  virtual void Setup(typename Kind::Fields fields);
+  /// Stores a value that differs and makes the object dirty.
+  template <class T>
+  void Let(T Kind::Fields::* field, std::type_identity_t<T> value) {
+    if (!(fields_.*field == value)) Store(field, std::move(value));
+  }
+  /// Stores and makes the object dirty, whatever the value was.
+  template <class T>
+  void Store(T Kind::Fields::* field, std::type_identity_t<T> value) {
+    fields_.*field = std::move(value);
+    Stamp();
+  }
+  void SetKey(const Key& key) { Let(Kind::KeyField, key); }
+
+  Date DateCreated() const noexcept { return dateCreated_; }
+  virtual Date DateModified() const { return dateModified_; }
+  const std::string& ModifiedBy() const noexcept { return modifiedBy_; }
+  /// Its own change, or that of a child that is there.
+  bool Dirty() const { return !dirty_.IsEmpty() || ChildrenDirty(); }
+  virtual std::string Details() const = 0;
+  PropertiesDataPtr UserPropertiesData();
+  Ref<typename Kind::Data> Copy(const Key& key = {}, bool recursive = true) const;
+  /// Puts itself in its slot of a child's parents.
+  virtual void Enter(velmoria::Parents& parents) = 0;
+
+ protected:
+  DesignData();
+
+  /// Stores the fields as they are and stamps the object as new.
+  void Adopt(typename Kind::Fields fields);
+  /// How a copy takes the fields of its source.
+  virtual void SetupCopy(typename Kind::Fields fields) { Setup(std::move(fields)); }
+  virtual void CopyChildren(const typename Kind::Data& source);
+  virtual bool ChildrenDirty() const;
+  const PropertiesDataPtr& ExistingUserProperties() const noexcept { return userPropertiesData_; }
+  void SetUserProperties(const PropertiesDataPtr& value);
+  std::string StateDetails() const override { return Details(); }
+
+ private:
+  void Stamp();
+
+  typename Kind::Fields fields_{};
+  Variant dirty_;  // date of the last change, Empty while clean
+  Date dateCreated_;
+  Date dateModified_;
+  std::string modifiedBy_;
+  PropertiesDataPtr userPropertiesData_;
+};
+
+}  // namespace velmoria

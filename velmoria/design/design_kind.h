@@ -1,0 +1,52 @@
+#pragma once
+
+#include <string_view>
+
+#include "velmoria/core/catalogue.h"
+#include "velmoria/core/enumerations.h"
+#include "velmoria/design/design_key.h"
+#include "velmoria/fwd.h"
+
+namespace velmoria {
+
+/// The four classes of one kind of design object, as messages show them.
+struct DesignNames {
+  std::string_view Facade;
+  std::string_view Data;
+  std::string_view Collection;
+  std::string_view CollectionData;
+};
+
+/// What one kind of design object raises in its collection.
+struct DesignNumbers {
+  zErrors Adding;
+  zErrors Finding;
+  zErrors Removing;
+  zErrors Rekeying;
+};
+
+/// The texts before the number of members in Details: of a transient collection, of a bound one, of the definitions.
+struct CountTexts {
+  std::string_view Transient;
+  std::string_view Bound;
+  std::string_view Data;
+
+  constexpr explicit CountTexts(std::string_view all) : Transient(all), Bound(all), Data(all) {}
+  constexpr CountTexts(std::string_view transient, std::string_view bound, std::string_view data)
+      : Transient(transient), Bound(bound), Data(data) {}
+};
+
+/// The rules that most kinds of design object share. A kind derives from this, states its types, names and numbers, and
+/// states anew what is different with it.
+struct VELMORIA_API DesignKind {
+  using KeyPolicy = KeyedByName;
+
+  /// Whether Locked makes the setters refuse with 15002; Locked itself can always be set.
+  static constexpr bool SettersObeyLocked = false;
+  /// Whether adding to and removing from a collection makes its definitions Dirty.
+  static constexpr bool CollectionIsStamped = true;
+  /// The routine that "Object already has" errors name.
+  static constexpr std::string_view SetParentsRoutine = "SetParents";
+};
+
+}  // namespace velmoria

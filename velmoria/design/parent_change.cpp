@@ -1,0 +1,38 @@
+#include "velmoria/brokering/key_format_data.h"
+#include "velmoria/data/recordset_impl.h"
+#include "velmoria/design/action_data.h"
+#include "velmoria/design/class_data.h"
+#include "velmoria/design/connector_data.h"
+#include "velmoria/design/database_data.h"
+#include "velmoria/design/parent_change_impl.h"
+#include "velmoria/design/server_data.h"
+#include "velmoria/design/source_data.h"
+#include "velmoria/properties/properties.h"
+#include "velmoria/properties/properties_data.h"
+#include "velmoria/properties/properties_impl.h"
+
+namespace velmoria {
+
+void ParentChange::To(const PropertiesPtr& child) const {
+  if (!child) return;
+  if (given_) child->SetParents(child->Style(), *given_);
+  if (cleared_) child->ClearParents(child->Style(), *cleared_);
+}
+
+ParentSlots FilledSlots(const Parents& parents) noexcept {
+  return {.Server = static_cast<bool>(parents.Server),
+          .Class = static_cast<bool>(parents.Class),
+          .Action = static_cast<bool>(parents.Action),
+          .Source = static_cast<bool>(parents.Source),
+          .Database = static_cast<bool>(parents.Database),
+          .Connector = static_cast<bool>(parents.Connector),
+          .KeyFormat = static_cast<bool>(parents.KeyFormat)};
+}
+
+PropertiesPtr BoundProperties(zPropertyStyles style, const PropertiesDataPtr& data, const Parents& parents) {
+  auto properties = Make<Properties>();
+  properties->Bind({.Style = style, .PropertiesData = data, .Parents = parents});
+  return properties;
+}
+
+}  // namespace velmoria

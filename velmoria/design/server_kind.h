@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+
+#include "velmoria/design/design_kind.h"
+
+namespace velmoria {
+
+/// What a Server is made from.
+struct ServerFields {
+  std::string Name;
+  std::string ActiveXComponent{};
+  std::string Description{};
+  bool Locked = false;
+  bool UseMetaData = true;
+};
+
+struct VELMORIA_API ServerKind : DesignKind {
+  using Facade = Server;
+  using Data = ServerData;
+  using Fields = ServerFields;
+  using CollectionData = ServersData;
+
+  static constexpr auto KeyField = &ServerFields::Name;
+  static constexpr bool CollectionIsStamped = false;
+  static constexpr DesignNames Names{"Server", "ServerData", "Servers", "ServersData"};
+  static constexpr DesignNumbers Numbers{errAdd_Server, errItem_Server, errRemove_Server, errRename_Server};
+  static constexpr CountTexts Counted{"Servers Count ", "Registered Servers Count ", "Registered Servers Count: "};
+};
+
+}  // namespace velmoria

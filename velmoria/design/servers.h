@@ -1,0 +1,19 @@
+#pragma once
+
+#include "velmoria/design/design_collection.h"
+#include "velmoria/design/server_kind.h"
+
+namespace velmoria {
+
+extern template class VELMORIA_API DesignCollection<ServerKind>;
+
+/// Servers by name. Framework's is the one of the registered servers; any other is transient.
+class VELMORIA_API Servers final : public DesignCollection<ServerKind> {
+ public:
+  Servers();
+  ~Servers() override;
+
+  bool Registered() const;
+};
+
+}  // namespace velmoria
