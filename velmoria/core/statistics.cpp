@@ -31,7 +31,7 @@ void Statistics::Add(const StatisticPtr& item, const Position& position) try {
   items_.RemoveKey(name);
   if (position.IsBoth()) {
     Raise(errAdd_Statistic, "Add", {name, PositionText(position.Before), PositionText(position.After)},
-          "Passing both Before and After arguments is not allowed.");
+          BothPositionsText);
   }
   InsertAt(items_, item, name, position);
 } catch (...) { Failed("Add"); }

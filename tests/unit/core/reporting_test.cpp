@@ -39,6 +39,9 @@ class Reporter : public Reporting {
   void Owner(const Thrown& thrown) const try {
     throw thrown;
   } catch (...) { Failed("Owner", errDAO_Database, {"c", "d", "e", "u"}, "hint"); }
+  void WithOtherState() const try {
+    RaiseWithState("Parameters: 2", errBusinessObject_Get, "WithOtherState");
+  } catch (...) { Failed("WithOtherState"); }
   void OwnerOfDeep() const try { Deep(); } catch (...) {
     Failed("OwnerOfDeep", errRemove_Class, {"1"});
   }
@@ -209,6 +212,11 @@ TEST_F(ReportingTest, AnythingElseThrownIsFailure5) {
 TEST_F(ReportingTest, MessageHoldsTheStateOfItsObject) {
   static_cast<void>(Thrown([] { ReporterWithState().Outer(); }));
   EXPECT_EQ(Held("15065")->StateDetails(), "Reporter: 'x'");
+}
+
+TEST_F(ReportingTest, RoutineMayGiveAnotherStateThanItsObjects) {
+  static_cast<void>(Thrown([] { ReporterWithState().WithOtherState(); }));
+  EXPECT_EQ(Held("15025")->StateDetails(), "Parameters: 2");
 }
 
 TEST_F(ReportingTest, StateThatFailsIsEmpty) {
