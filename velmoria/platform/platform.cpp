@@ -1,6 +1,7 @@
 #include "velmoria/platform/platform.h"
 
 #include "velmoria/platform/components/registered_components_impl.h"
+#include "velmoria/platform/odbc/calls.h"
 #include "velmoria/platform/posix/file_settings_store.h"
 #include "velmoria/platform/posix/process_host_application.h"
 #include "velmoria/platform/posix/spdlog_log_service.h"
@@ -13,7 +14,8 @@ Platform::Platform()
       Log(std::make_shared<SpdlogLogService>()),
       Clock(std::make_shared<SystemClock>()),
       Host(std::make_shared<ProcessHostApplication>()),
-      Components(std::make_shared<RegisteredComponents>()) {}
+      Components(std::make_shared<RegisteredComponents>()),
+      Odbc(odbc::UnixOdbc()) {}
 
 Platform::~Platform() = default;
 Platform::Platform(const Platform&) = default;

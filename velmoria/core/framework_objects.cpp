@@ -1,0 +1,80 @@
+#include "velmoria/brokering/business_objects.h"
+#include "velmoria/brokering/host_objects_impl.h"
+#include "velmoria/brokering/identifier.h"
+#include "velmoria/brokering/key_format.h"
+#include "velmoria/core/framework.h"
+#include "velmoria/core/statistics.h"
+#include "velmoria/design/class.h"
+#include "velmoria/design/classes.h"
+#include "velmoria/design/server.h"
+#include "velmoria/design/servers.h"
+#include "velmoria/properties/properties.h"
+#include "velmoria/runtime/error.h"
+#include "velmoria/runtime/text.h"
+
+namespace velmoria {
+
+namespace {
+
+constexpr std::string_view kNoClassText = "Can't find Class in registered Servers.";
+
+ServersPtr RegisteredServers() {
+  auto servers = Apartment().Servers;
+  if (!servers) Fail(RuntimeFailure::ObjectNotSet);
+  return servers;
+}
+
+// The class of the named server, or of the first server that has it; none on a miss.
+ClassPtr FindClass(const std::string& className, const std::string& serverName, std::string_view routine) {
+  const Suspension quiet{routine};
+  const auto servers = RegisteredServers();
+  if (!serverName.empty()) {
+    const auto server = servers->Find(serverName);
+    return server ? server->Classes()->Find(className) : ClassPtr();
+  }
+  for (const auto& server : *servers) {
+    if (auto found = server->Classes()->Find(className)) return found;
+  }
+  return {};
+}
+
+// The server is the one the caller named, not the one in which the class was found.
+std::string CollectionComponent(const std::string& collection, const std::string& serverName) {
+  if (collection.find('.') != std::string::npos) return collection;
+  return RegisteredServers()->Item(serverName)->ActiveXComponent() + "." + collection;
+}
+
+}  // namespace
+
+IdentifierPtr Framework::CreateIdentifier(const std::string& className, const std::string& serverName) const try {
+  if (!serverName.empty()) {
+    return RegisteredServers()->Item(serverName)->Classes()->Item(className)->CreateIdentifier();
+  }
+  const auto found = FindClass(className, {}, "Framework.CreateIdentifier");
+  if (!found) Raise(errItem_Class, "CreateIdentifier", {Quoted(className)}, kNoClassText);
+  return found->CreateIdentifier();
+} catch (...) { Failed("CreateIdentifier"); }
+
+IBusinessObjectsPtr Framework::CreateBusinessObjects(const CreateBusinessObjectsArguments& arguments) const try {
+  auto collection = Make<BusinessObjects>();
+  collection->SetupTransient(arguments.Name, arguments.KeyFormat, true, arguments.Locked, arguments.Statistics,
+                             arguments.SupportsRemove);
+  if (arguments.ClassName.empty()) return collection;
+
+  const auto found = FindClass(arguments.ClassName, arguments.ServerName, "Framework.CreateBusinessObjects");
+  if (!found) Raise(errItem_Class, "CreateBusinessObjects", {Quoted(arguments.ClassName)}, kNoClassText);
+  const auto hostName = found->ActiveXCollection();
+  if (hostName.empty()) return collection;
+
+  const auto component = CollectionComponent(hostName, arguments.ServerName);
+  const auto host = CreateHostObject<Object>(component, "Framework.CreateBusinessObjects");
+  if (!host) Raise(errBusinessCollection_Create, "CreateBusinessObjects", {hostName});
+  try {
+    auto* face = dynamic_cast<IBusinessObjects*>(host.get());
+    if (!face) Fail(RuntimeFailure::NoSuchMember);
+    face->Setup(collection);
+    return IBusinessObjectsPtr(face);
+  } catch (...) { Failed("CreateBusinessObjects", errBusinessCollection_Setup, {hostName}); }
+} catch (...) { Failed("CreateBusinessObjects"); }
+
+}  // namespace velmoria
