@@ -1,0 +1,119 @@
+#include <utility>
+
+#include "velmoria/core/statistics.h"
+#include "velmoria/data/database_agent_impl.h"
+#include "velmoria/data/recordset_impl.h"
+#include "velmoria/data/row_changes_impl.h"
+#include "velmoria/design/source.h"
+#include "velmoria/properties/properties.h"
+#include "velmoria/properties/properties_data.h"
+#include "velmoria/properties/property_data.h"
+#include "velmoria/runtime/text.h"
+
+namespace velmoria {
+
+using List = RowChanges::List;
+
+Recordset::Recordset() = default;
+
+Recordset::~Recordset() = default;
+
+void Recordset::Initialize(DatabaseAgentPtr agent, RecordsetPage page) {
+  agent_ = std::move(agent);
+  columns_ = std::move(page.Columns);
+  columns_->FixOrder();
+  statistics_ = std::move(page.Statistics);
+  prevBookmark_ = std::move(page.PrevBookmark);
+  firstBookmark_ = std::move(page.FirstBookmark);
+  lastBookmark_ = std::move(page.LastBookmark);
+  nextBookmark_ = std::move(page.NextBookmark);
+  rows_ = std::move(page.Rows);
+  fetchedRows_ = static_cast<std::int32_t>(rows_.Rows());
+  fetchedColumns_ = rows_.Columns();
+  virtualFirstNumber_ = page.VirtualFirstNumber;
+  engine_ = page.Engine;
+  if (engine_ != engUnknown || !agent_) return;
+  if (const auto source = agent_->Source()) engine_ = source->Engine();
+}
+
+StatisticsPtr Recordset::Statistics() {
+  if (!statistics_) statistics_ = Make<velmoria::Statistics>();
+  return statistics_;
+}
+
+std::string Recordset::Details() const { return agent_ ? agent_->Details() : std::string(); }
+
+std::int32_t Recordset::VirtualCount() const try { return agent_->RowCount(); } catch (...) {
+  Failed("VirtualCount (Get)");
+}
+
+std::int32_t Recordset::VirtualLastNumber() const {
+  return virtualFirstNumber_ > -1 ? virtualFirstNumber_ + Count() : 0;
+}
+
+PropertiesPtr Recordset::BuildProperties(std::int32_t row, const std::string& key) {
+  if (row < 0 || row >= Count()) {
+    Raise(errPersistence_Row, "BuildProperties", {NumberText(row), NumberText(Count())});
+  }
+  auto properties = Make<Properties>();
+  properties->BindRow(RecordsetPtr(this), row, key);
+  return properties;
+}
+
+PropertiesPtr Recordset::GetPersistentProperties(std::int32_t row, const std::string& key) try {
+  return BuildProperties(row, key);
+} catch (...) { Failed("GetPersistentProperties"); }
+
+PropertiesPtr Recordset::CreatePersistentProperties(const std::string& key) try {
+  if (!nextBookmark_.IsEmpty()) {
+    Raise(errBusinessObjects_Buffer, "CreatePersistentProperties", {NumberText(agent_->ObjectBuffer())});
+  }
+  return BuildProperties(AddRow(), key);
+} catch (...) { Failed("CreatePersistentProperties"); }
+
+RowChanges& Recordset::Changes() {
+  if (!changes_) changes_ = std::make_unique<RowChanges>();
+  return *changes_;
+}
+
+std::int32_t Recordset::AddRow() {
+  const auto row = Count();
+  auto& changes = Changes();
+  changes.Touch(row, static_cast<std::size_t>(columns_->Count()));
+  changes.Enter(List::New, row);
+  ++addedRows_;
+  return row;
+}
+
+std::size_t Recordset::ColumnOf(const Variant& index) const {
+  return static_cast<std::size_t>(columns_->Item(index)->OrderNumber() - 1);
+}
+
+Variant Recordset::Fetched(std::int32_t row, std::size_t column) const {
+  if (column >= fetchedColumns_) Fail(RuntimeFailure::SubscriptOutOfRange);
+  return rows_.Value(column, static_cast<std::size_t>(row));
+}
+
+Variant Recordset::Present(std::int32_t row, std::size_t column) const {
+  if (changes_) {
+    const auto* touched = changes_->Find(row);
+    if (touched && column < touched->Cells.size() && touched->Cells[column].Stored) {
+      return touched->Cells[column].Present;
+    }
+    if (row >= fetchedRows_) return {};
+  }
+  return Fetched(row, column);
+}
+
+void Recordset::RefuseDeleted(std::int32_t row, const char* routine) const {
+  if (changes_ && changes_->IsIn(List::Deleted, row)) Raise(errPersistence_Deleted, routine, {NumberText(row)});
+}
+
+Variant Recordset::Values(std::int32_t row, const PropertyData& column) const try {
+  const auto place = static_cast<std::size_t>(column.OrderNumber() - 1);
+  if (!changes_) return Fetched(row, place);
+  RefuseDeleted(row, "Values");
+  return Present(row, place);
+} catch (...) { Failed("Values (Get)"); }
+
+}  // namespace velmoria

@@ -1,0 +1,51 @@
+#include "velmoria/data/row_changes_impl.h"
+#include "velmoria/runtime/error.h"
+
+namespace velmoria {
+
+const RowChanges::Row* RowChanges::Find(std::int32_t row) const {
+  const auto found = rows_.find(row);
+  return found == rows_.end() ? nullptr : &found->second;
+}
+
+RowChanges::Row* RowChanges::Find(std::int32_t row) {
+  const auto found = rows_.find(row);
+  return found == rows_.end() ? nullptr : &found->second;
+}
+
+RowChanges::Row& RowChanges::Touch(std::int32_t row, std::size_t columns) {
+  auto& touched = rows_[row];
+  if (touched.Cells.size() < columns) touched.Cells.resize(columns);
+  return touched;
+}
+
+bool RowChanges::IsIn(List list, std::int32_t row) const {
+  const auto* touched = Find(row);
+  return touched && touched->IsIn(list);
+}
+
+void RowChanges::Enter(List list, std::int32_t row) {
+  auto& place = rows_[row].Places[static_cast<std::size_t>(list)];
+  if (place != 0) Fail(RuntimeFailure::KeyInUse);
+  Members(list).emplace(lastPlace_ + 1, row);
+  place = ++lastPlace_;
+}
+
+void RowChanges::Leave(List list, std::int32_t row) {
+  auto* touched = Find(row);
+  if (!touched || !touched->IsIn(list)) return;
+  auto& place = touched->Places[static_cast<std::size_t>(list)];
+  Members(list).erase(place);
+  place = 0;
+  if (list != List::Dirty) return;
+  for (auto& cell : touched->Cells) cell.Old = Variant();
+}
+
+std::vector<std::int32_t> RowChanges::Rows(List list) const {
+  std::vector<std::int32_t> rows;
+  rows.reserve(Members(list).size());
+  for (const auto& [place, row] : Members(list)) rows.push_back(row);
+  return rows;
+}
+
+}  // namespace velmoria

@@ -1,0 +1,68 @@
+#include <algorithm>
+#include <array>
+
+#include "velmoria/properties/checked_value_impl.h"
+#include "velmoria/properties/property_data.h"
+#include "velmoria/properties/typed_value_impl.h"
+#include "velmoria/runtime/text.h"
+
+namespace velmoria {
+
+namespace {
+
+std::optional<Refusal> RefusalOfText(const Variant& value, const PropertyData& definition) {
+  const auto length = CharacterCount(value.IsText() ? std::string(value.TextView()) : value.AsText());
+  if (length == 0 && !has(definition.Flags(), pfAllowZeroLength)) {
+    return Refusal{errValue_ZeroLength, {definition.Name(), definition.FlagsDisplay()}};
+  }
+  if (definition.Size() > 0 && length > static_cast<std::size_t>(definition.Size())) {
+    return Refusal{errValue_Size, {NumberText(definition.Size()), NumberText(static_cast<long long>(length))}};
+  }
+  return std::nullopt;
+}
+
+std::optional<Refusal> RefusalOfBytes(const Variant& value, const PropertyData& definition) {
+  constexpr std::array<std::string_view, 3> kBinary{"Variant()", "Byte()", "String"};
+  const auto type = value.TypeName();
+  if (std::ranges::find(kBinary, type) != kBinary.end()) return std::nullopt;
+  return Refusal{errValue_BLOB, {definition.Name(), type}};
+}
+
+}  // namespace
+
+std::optional<Refusal> RefusalOf(const Variant& value, const PropertyData& definition) {
+  if (value.IsEmpty() || value.IsNull()) {
+    if (!has(definition.Flags(), pfRequired)) return std::nullopt;
+    return Refusal{errValue_Required, {definition.Name(), definition.FlagsDisplay()}};
+  }
+  if (definition.DataType() == dtString) return RefusalOfText(value, definition);
+  if (definition.DataType() == dtByteArray) return RefusalOfBytes(value, definition);
+  return std::nullopt;
+}
+
+Refusal MismatchOf(const Variant& value, const PropertyData& definition) {
+  if (VarTypeMatches(value.Type(), definition.DataType())) return {errProperty_Value, {definition.Name()}};
+  return {errProperty_DataType, {definition.Name(), definition.DataTypeName(), value.TypeName()}};
+}
+
+bool DiffersFromOld(const Variant& old, const Variant& present) {
+  constexpr std::array kAlwaysDiffer{VarType::Object, VarType::Error, VarType::Variant, VarType::Unknown,
+                                     VarType::Array};
+  if (old.IsEmpty()) return !present.IsEmpty();
+  if (old.IsNull()) return !present.IsNull();
+  if (old.Type() == VarType::Date) {
+    if (present.IsEmpty()) return SecondsBetween(old.AsDate(), Date{}) != 0;
+    return present.Type() != VarType::Date || SecondsBetween(old.AsDate(), present.AsDate()) != 0;
+  }
+  if (std::ranges::find(kAlwaysDiffer, old.Type()) != kAlwaysDiffer.end()) return true;
+  if (present.IsEmpty() || present.IsNull()) return true;
+  if (old.IsNumber() && present.IsNumber()) return Compare(old, present) != 0;
+  return !(old == present);
+}
+
+std::string ValueText(const Variant& value) {
+  if (value.IsNull()) return {};
+  return value.IsArray() || value.IsObject() || value.IsMissing() ? "(" + value.TypeName() + ")" : value.AsText();
+}
+
+}  // namespace velmoria

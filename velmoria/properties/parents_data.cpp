@@ -1,0 +1,74 @@
+#include "velmoria/properties/parents_data.h"
+
+#include "velmoria/brokering/key_format_data.h"
+#include "velmoria/design/action_data.h"
+#include "velmoria/design/class_data.h"
+#include "velmoria/design/connector_data.h"
+#include "velmoria/design/database_data.h"
+#include "velmoria/design/server_data.h"
+#include "velmoria/design/source_data.h"
+
+namespace velmoria {
+
+namespace {
+
+// In the order in which a conflict is looked for.
+template <class Visit>
+void ForEachSlot(Visit visit) {
+  visit(&Parents::Server, &ParentSlots::Server, errParent_Server);
+  visit(&Parents::Class, &ParentSlots::Class, errParent_Class);
+  visit(&Parents::Action, &ParentSlots::Action, errParent_Action);
+  visit(&Parents::Source, &ParentSlots::Source, errParent_Source);
+  visit(&Parents::Database, &ParentSlots::Database, errParent_Database);
+  visit(&Parents::Connector, &ParentSlots::Connector, errParent_Connector);
+  visit(&Parents::KeyFormat, &ParentSlots::KeyFormat, errParent_KeyFormat);
+}
+
+template <class Data>
+std::string NameOf(const Data& data) {
+  if constexpr (requires { data.Name(); }) {
+    return data.Name();
+  } else {
+    return data.EngineName();
+  }
+}
+
+}  // namespace
+
+Parents::Parents() = default;
+
+Parents::Parents(const Parents& other) = default;
+
+Parents::Parents(Parents&& other) noexcept = default;
+
+Parents& Parents::operator=(const Parents& other) = default;
+
+Parents& Parents::operator=(Parents&& other) noexcept = default;
+
+Parents::~Parents() = default;
+
+std::optional<ParentConflict> Parents::Take(const Parents& given) {
+  std::optional<ParentConflict> conflict;
+  ForEachSlot([&](auto slot, auto, zErrors number) {
+    if (!conflict && given.*slot && this->*slot) conflict = ParentConflict{number, NameOf(*(this->*slot))};
+  });
+  if (conflict) return conflict;
+  ForEachSlot([&](auto slot, auto, zErrors) {
+    if (given.*slot) this->*slot = given.*slot;
+  });
+  return std::nullopt;
+}
+
+void Parents::Clear(const ParentSlots& slots) {
+  ForEachSlot([&](auto slot, auto flag, zErrors) {
+    if (slots.*flag) (this->*slot).reset();
+  });
+}
+
+bool Parents::IsEmpty() const noexcept {
+  bool empty = true;
+  ForEachSlot([&](auto slot, auto, zErrors) { empty = empty && !(this->*slot); });
+  return empty;
+}
+
+}  // namespace velmoria

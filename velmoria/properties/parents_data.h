@@ -1,0 +1,56 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "velmoria/core/catalogue.h"
+#include "velmoria/fwd.h"
+
+namespace velmoria {
+
+/// Which parents ClearParents empties.
+struct ParentSlots {
+  bool Server = false;
+  bool Class = false;
+  bool Action = false;
+  bool Source = false;
+  bool Database = false;
+  bool Connector = false;
+  bool KeyFormat = false;
+
+  static constexpr ParentSlots All() { return {true, true, true, true, true, true, true}; }
+};
+
+/// A parent that cannot be taken because its slot is filled: the number to raise and the name of the one that is there.
+struct ParentConflict {
+  zErrors Number;
+  std::string Name;
+};
+
+/// The parents of an object, each an optional reference to a definition. A child holds its parents, never the other way
+/// round.
+struct Parents {
+  Parents();
+  Parents(const Parents& other);
+  Parents(Parents&& other) noexcept;
+  Parents& operator=(const Parents& other);
+  Parents& operator=(Parents&& other) noexcept;
+  ~Parents();
+
+  ServerDataPtr Server;
+  ClassDataPtr Class;
+  ActionDataPtr Action;
+  SourceDataPtr Source;
+  DatabaseDataPtr Database;
+  ConnectorDataPtr Connector;
+  KeyFormatDataPtr KeyFormat;
+
+  /// Takes each parent given. A parent is given once: when any slot is already filled, even with the same parent, it
+  /// tells the first such one and takes nothing.
+  std::optional<ParentConflict> Take(const Parents& given);
+  void Clear(const ParentSlots& slots);
+  /// Whether no slot is filled.
+  bool IsEmpty() const noexcept;
+};
+
+}  // namespace velmoria

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "velmoria/core/position.h"
+#include "velmoria/core/reporting.h"
+#include "velmoria/fwd.h"
+#include "velmoria/properties/property_fields.h"
+#include "velmoria/runtime/keyed_list.h"
+#include "velmoria/runtime/object.h"
+
+namespace velmoria {
+
+/// The ordered definitions behind a Properties, keyed by Name. The columns of a Recordset are one, shared by all rows.
+class PropertiesData final : public Object, public Reporting {
+ public:
+  PropertiesData();
+  ~PropertiesData() override;
+  std::string_view ReportedType() const noexcept override { return "PropertiesData"; }
+
+  std::int32_t Count() const noexcept { return static_cast<std::int32_t>(items_.Count()); }
+  /// By 1-based position or name; raises 15072.
+  const PropertyDataPtr& Item(const Variant& index) const;
+  /// None on a miss. The index first, then the first member with that SourceName or SourceKey; an empty one finds
+  /// nothing.
+  PropertyDataPtr Find(const Variant& index, std::string_view sourceName = {}, std::string_view sourceKey = {}) const;
+  /// By 1-based position; 9 when there is none.
+  const PropertyDataPtr& At(std::int32_t position) const { return items_.At(static_cast<std::size_t>(position)); }
+  /// The 1-based position of an index, 0 when there is none.
+  std::int32_t PositionOf(const Variant& index) const noexcept {
+    return static_cast<std::int32_t>(items_.PositionOf(index));
+  }
+  KeyedList<PropertyDataPtr>::Iterator begin() const noexcept { return items_.begin(); }
+  KeyedList<PropertyDataPtr>::Iterator end() const noexcept { return items_.end(); }
+
+  /// Takes a definition in under its Name and gives it its OrderNumber. With both positions given it appends.
+  void Add(const PropertyDataPtr& item, const Position& position = {});
+  PropertyDataPtr SetupItem(zPropertyStyles style, const PropertyFields& fields, const Position& position = {},
+                            bool clean = false);
+  void Remove(const std::string& name);
+  /// The position stays. Raises 15153 when newName is taken, even by the same member.
+  void RenameItem(const std::string& name, const std::string& newName);
+  PropertiesDataPtr Copy(bool recursive) const;
+
+  bool Dirty() const;
+  void SetDirty();
+  void ClearDirty();
+  /// All: every member is modifiable. Not all: at least one is. An empty list answers `all` itself.
+  bool Modifiable(bool all) const;
+  std::string Details() const;
+  /// Made on first read.
+  StatisticsPtr Statistics();
+
+  /// The definitions become the columns of rows: from now on a member keeps the OrderNumber it has.
+  void FixOrder() noexcept { orderFixed_ = true; }
+  /// Another number whenever members came, went or changed their name.
+  std::uint32_t Generation() const noexcept { return generation_; }
+
+ private:
+  std::string StateDetails() const override { return Details(); }
+  void Insert(const PropertyDataPtr& item, const Position& position);
+  void Renumber(std::size_t from);
+
+  KeyedList<PropertyDataPtr> items_;
+  Variant modified_;  // date of the last change, Empty while clean
+  StatisticsPtr statistics_;
+  std::uint32_t generation_ = 0;
+  std::int32_t lastOrder_ = 0;
+  bool orderFixed_ = false;
+};
+
+}  // namespace velmoria

@@ -1,0 +1,149 @@
+#include "velmoria/data/recordset_impl.h"
+#include "velmoria/design/class_data.h"
+#include "velmoria/design/source_data.h"
+#include "velmoria/properties/properties_data.h"
+#include "velmoria/properties/properties_parts_impl.h"
+#include "velmoria/properties/property_data.h"
+#include "velmoria/properties/property_texts_impl.h"
+
+namespace velmoria {
+
+// A plain row keeps its members by position beside the shared definitions; it gets a list of its own, as every other
+// collection has, when a member is added, removed or renamed through it.
+
+void Properties::LoadItems() const {
+  if (items_) return;
+  if (recordset_) {
+    if (generation_ != data_->Generation()) FollowDefinitions();
+  } else {
+    FillItems();
+  }
+}
+
+void Properties::FillItems() const {
+  items_ = std::make_unique<Items>();
+  if (auto definition = DefinitionOfStyle()) data_ = std::move(definition);
+  if (!data_) return;
+  const Parents none;
+  const auto* parents = ParentsOrNone();
+  for (const auto& definition : *data_) {
+    auto item = Make<Property>();
+    item->Bind(definition, parents ? *parents : none);
+    items_->List.Add(std::move(item), definition->Name());
+  }
+}
+
+PropertiesDataPtr Properties::DefinitionOfStyle() const {
+  const auto* parents = ParentsOrNone();
+  if (style_ == psIdentifier && parents && parents->Class) return parents->Class->PropertiesData();
+  if (style_ == psParameter && parents && parents->Source) return parents->Source->ParametersData();
+  return {};
+}
+
+void Properties::FollowDefinitions() const {
+  std::vector<PropertyPtr> members(static_cast<std::size_t>(data_->Count()));
+  for (auto& member : members_) {
+    if (!member) continue;
+    const auto position = data_->PositionOf(member->Data()->Name());
+    if (position != 0 && data_->At(position) == member->Data())
+      members[static_cast<std::size_t>(position - 1)] = member;
+  }
+  members_ = std::move(members);
+  generation_ = data_->Generation();
+}
+
+const PropertyPtr& Properties::MemberAt(std::int32_t position) const {
+  if (items_) return items_->List.At(static_cast<std::size_t>(position));
+  auto& member = members_[static_cast<std::size_t>(position - 1)];
+  if (!member) {
+    member = Make<Property>();
+    member->Bind(data_->At(position), recordset_, row_);
+  }
+  return member;
+}
+
+Properties::Items& Properties::OwnItems() const {
+  LoadItems();
+  if (items_) return *items_;
+  auto items = std::make_unique<Items>();
+  for (std::int32_t position = 1; position <= data_->Count(); ++position) {
+    const auto& member = MemberAt(position);
+    items->List.Add(member, member->Data()->Name());
+  }
+  members_.clear();
+  items_ = std::move(items);
+  return *items_;
+}
+
+std::int32_t Properties::Count() const try {
+  LoadItems();
+  return items_ ? static_cast<std::int32_t>(items_->List.Count()) : data_->Count();
+} catch (...) { Failed("Count (Get)"); }
+
+Properties::Iterator Properties::begin() const {
+  LoadItems();
+  return {this, 1};
+}
+
+Properties::Iterator Properties::end() const { return {this, Count() + 1}; }
+
+const PropertyPtr& Properties::Iterator::operator*() const { return owner_->MemberAt(position_); }
+
+std::int32_t Properties::PositionOf(const Variant& index) const {
+  LoadItems();
+  return items_ ? static_cast<std::int32_t>(items_->List.PositionOf(index)) : data_->PositionOf(index);
+}
+
+PropertyPtr Properties::FindByNames(const PropertyKey& key) const {
+  if (const auto position = PositionOf(key.Index)) return MemberAt(position);
+  if (key.SourceName.empty() && key.SourceKey.empty()) return {};
+  for (std::int32_t position = 1; position <= Count(); ++position) {
+    const auto& definition = items_ ? MemberAt(position)->Data() : data_->At(position);
+    if ((!key.SourceName.empty() && definition->SourceName() == key.SourceName) ||
+        definition->HasSourceKey(key.SourceKey)) {
+      return MemberAt(position);
+    }
+  }
+  return {};
+}
+
+PropertyPtr Properties::FindByParameter(const Property& parameter, bool& missed) const {
+  if (const auto position = PositionOf(parameter.Data()->Name())) return MemberAt(position);
+  // The source's name decides only whether the search goes on; what it found is not the answer.
+  if (PositionOf(parameter.Data()->SourceName()) == 0) {
+    missed = true;
+    return {};
+  }
+  const auto sourceKey = parameter.SourceKey();
+  for (const auto& item : *this) {
+    if (item->SourceKey() == sourceKey) return item;
+  }
+  return {};
+}
+
+PropertyPtr Properties::Find(const PropertyKey& key) const {
+  bool missed = false;
+  return key.Parameter ? FindByParameter(*key.Parameter, missed) : FindByNames(key);
+}
+
+PropertyPtr Properties::Search(const PropertyKey& key, bool& missed) {
+  auto item = key.Parameter ? FindByParameter(*key.Parameter, missed) : FindByNames(key);
+  if (!item && !missed) ItemNotFound.Raise(key, item);
+  return item;
+}
+
+PropertyPtr Properties::FindRaising(const PropertyKey& key) {
+  bool missed = false;
+  return Search(key, missed);
+}
+
+PropertyPtr Properties::Item(const Variant& index) { return Item(PropertyKey{.Index = index}); }
+
+PropertyPtr Properties::Item(const PropertyKey& key) try {
+  bool missed = false;
+  auto item = Search(key, missed);
+  if (!item && !missed) Raise(errItem_Property, "Item", PropertyKeyTexts(key));
+  return item;
+} catch (...) { Failed("Item"); }
+
+}  // namespace velmoria

@@ -1,0 +1,53 @@
+#include "velmoria/core/display.h"
+#include "velmoria/data/recordset_impl.h"
+#include "velmoria/properties/property.h"
+#include "velmoria/properties/property_data.h"
+#include "velmoria/properties/property_impl.h"
+#include "velmoria/properties/row_origin_impl.h"
+
+namespace velmoria {
+
+zStateFlags Property::StateFlags() const {
+  if (recordset_) return recordset_->StateFlags(row_);
+  return data_->DirtyValue() ? state_ | sfdirty : state_;
+}
+
+std::string Property::StateFlagsDisplay() const { return velmoria::StateFlagsDisplay(StateFlags()); }
+
+zEditFlags Property::EditFlags() const {
+  if (editFlags_ != efNone || !recordset_) return editFlags_;
+  return EditFlagsOf(*recordset_);
+}
+
+std::string Property::EditFlagsDisplay() const { return velmoria::EditFlagsDisplay(EditFlags()); }
+
+void Property::SetStateFlags(zStateFlags flags) {
+  state_ = flags;
+  data_->SetDirty();
+}
+
+void Property::ClearDirty() { data_->ClearDirty(); }
+
+void Property::MarkUpdated() try {
+  if (has(StateFlags(), sfNew) && EmptyValue() && data_->Modifiable()) SetValue(Variant::Null());
+  SetStateFlags(StateFlags() | sfpersistent);
+  if (has(StateFlags(), sfpendingdelete)) {
+    SetStateFlags(StateFlags() | sfdeleted);
+    SetStateFlags(StateFlags() & ~(sfpersistent | sfpendingdelete));
+  }
+  // The store behind ClearDirty stamps the definition anew, so that Dirty reads True after an update.
+  ClearDirty();
+  SetStateFlags(StateFlags() & ~(sfnonpersistent | sfdirty | sfNew));
+} catch (...) { Failed("MarkUpdated"); }
+
+void Property::MarkUndone() {
+  const auto state = StateFlags();
+  if (has(state, sfNew)) {
+    SetStateFlags(sfdeleted);
+  } else if (has(state, sfpersistent)) {
+    SetStateFlags(sfpersistent);
+  }
+  ClearDirty();
+}
+
+}  // namespace velmoria
