@@ -108,11 +108,15 @@ void WalkAllOrders() {
   Row("order 777", Text(byKey->FindProperty("OrderDate")) + "  " + Text(byKey->FindProperty("Status")));
   Prove(byKey->FindProperty("Id")->Value() == Variant(777), "an order is found by its key");
 
-  const PropertiesPtr parameters = framework.CreateProperties();
-  parameters->SetupItem({.Name = "CustomerId", .Value = 7, .DataType = dtLongInteger});
+  const ActionPtr ofCustomer =
+      framework.Servers()->Item("Sales")->Classes()->Item("Order")->Actions()->Item("OfCustomer");
+  const PropertiesPtr parameters = ofCustomer->CreateParameters();
+  parameters->Item("CustomerId")->SetValue(7);
   const auto few =
       framework.GetBusinessObjects({.ClassName = "Order", .ActionName = "OfCustomer", .Parameters = parameters});
   Row("of customer 7", NumberText(few->Count()) + " orders");
+  Prove(few->Count() > 0 && few->Item(1)->FindProperty("CustomerId")->Value() == Variant(7),
+        "an SQL text with a parameter finds the orders of one customer");
 }
 
 void ShowFailure(const std::string& label, void (*attempt)()) {
