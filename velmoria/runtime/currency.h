@@ -13,7 +13,8 @@ namespace velmoria {
 struct VELMORIA_API Currency {
   std::int64_t TenThousandths = 0;
 
-  /// The nearest amount, a half going to the even neighbour. Raises 6 when the value does not fit.
+  /// The amount nearest to the digits that the value prints with, a half going to the even neighbour. Raises 6 when it
+  /// does not fit.
   static Currency From(double value);
   /// Reads "12.5", "-0.0001"; digits beyond the fourth are rounded half to even. Raises 13, or 6 when it does not fit.
   static Currency Parse(std::string_view text);

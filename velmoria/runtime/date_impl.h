@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "velmoria/runtime/date.h"
 
@@ -15,6 +17,8 @@ int DaysInMonth(int year, int month) noexcept;
 bool IsLeapYear(int year) noexcept;
 /// Whether a calendar and a clock have such a moment, within the years of a Date.
 bool Exists(const DateParts& parts) noexcept;
+/// The calendar view of a text in one of the forms of Date::Parse, if it is such a moment.
+std::optional<DateParts> ReadDate(std::string_view text);
 /// Milliseconds since 30 December 1899 in the order of time; what lies far out of bounds stops at an end.
 std::int64_t MillisecondLine(Date date) noexcept;
 

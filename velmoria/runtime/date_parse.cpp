@@ -112,10 +112,14 @@ class DateReader {
 
 }  // namespace
 
-Date Date::Parse(std::string_view text) {
+std::optional<DateParts> ReadDate(std::string_view text) {
   const auto parts = DateReader(text).Read();
-  if (!parts || !Exists(*parts)) Fail(RuntimeFailure::TypeMismatch);
-  return From(*parts);
+  return parts && Exists(*parts) ? parts : std::nullopt;
+}
+
+Date Date::Parse(std::string_view text) {
+  if (const auto parts = ReadDate(text)) return From(*parts);
+  Fail(RuntimeFailure::TypeMismatch);
 }
 
 }  // namespace velmoria

@@ -35,6 +35,8 @@ class KeyedList {
   const T* Find(const Variant& index) const noexcept;
   /// The 1-based position, or 0.
   std::size_t PositionOf(std::string_view key) const noexcept;
+  std::size_t PositionOf(const std::string& key) const noexcept { return PositionOf(std::string_view(key)); }
+  std::size_t PositionOf(const char* key) const noexcept { return PositionOf(std::string_view(key)); }
   std::size_t PositionOf(const Variant& index) const noexcept;
 
   const T& At(std::size_t position) const;

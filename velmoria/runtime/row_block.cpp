@@ -106,8 +106,11 @@ RowBlock RowBlock::Slice(std::size_t first, std::size_t count) const {
 
 RowBlock::Place RowBlock::Find(std::size_t row) const noexcept {
   row += skip_;
-  // Fetches are of one size but for the last, so the first chunk's size usually tells which one it is.
-  std::size_t chunk = std::min(row / ends_.front(), ends_.size() - 1);
+  // Fetches are of one size but for the first and the last, so the second chunk's size usually tells which one it is.
+  std::size_t chunk = 0;
+  if (row >= ends_.front() && ends_.size() > 1) {
+    chunk = std::min(1 + (row - ends_.front()) / (ends_[1] - ends_.front()), ends_.size() - 1);
+  }
   const bool right = row < ends_[chunk] && (chunk == 0 || row >= ends_[chunk - 1]);
   if (!right) { chunk = static_cast<std::size_t>(std::upper_bound(ends_.begin(), ends_.end(), row) - ends_.begin()); }
   return {chunks_[chunk].get(), chunk == 0 ? row : row - ends_[chunk - 1]};

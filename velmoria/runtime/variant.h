@@ -44,7 +44,7 @@ enum class VarType : std::uint16_t {
 // In a namespace of its own, so that enumerations may have a member of that name without g++ calling it a shadow.
 inline namespace scalars {
 using Byte = std::uint8_t;
-}
+}  // namespace scalars
 
 constexpr VarType ArrayOf(VarType element) noexcept {
   return static_cast<VarType>(static_cast<unsigned>(VarType::Array) | static_cast<unsigned>(element));

@@ -1,0 +1,132 @@
+#include "velmoria/runtime/text.h"
+
+#include <cmath>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "velmoria/runtime/utf8_impl.h"
+
+namespace velmoria {
+namespace {
+
+using namespace std::string_view_literals;
+
+TEST(TextTest, CharactersAreCodePointsAndStrayBytesCountAsOne) {
+  const struct {
+    std::string_view Text;
+    std::size_t Count;
+  } rows[] = {{"", 0},           {"abc", 3},        {"Größe", 5},          {"Ελλάδα", 6},
+              {"€", 1},          {"😀x", 2},        {"a\xFFz"sv, 3},       {"\xC3"sv, 1},
+              {"\xE2\x82"sv, 2}, {"\xC0\x80"sv, 2}, {"\xED\xA0\x80"sv, 3}, {"\xF5\x80\x80\x80"sv, 4},
+              {"a\0b"sv, 3}};
+  for (const auto& row : rows) EXPECT_EQ(CharacterCount(row.Text), row.Count) << row.Text;
+}
+
+TEST(TextTest, FoldsLatinGreekAndCyrillic) {
+  const struct {
+    std::string_view Text;
+    std::string_view Folded;
+  } rows[] = {{"Order LINES 42", "order lines 42"},
+              {"ÄÖÜ ÀÞ×", "äöü àþ×"},
+              {"ŁÓDŹ ŻŸ", "łódź żÿ"},
+              {"ΑΘΗΝΑ Ά Σς", "αθηνα ά σσ"},
+              {"МОСКВА ЁЇ", "москва ёї"},
+              {"ẞ", "ß"},
+              {"ſ", "s"},
+              {"東京 😀", "東京 😀"},
+              {"A\xFF"sv, "a\xFF"sv}};
+  for (const auto& row : rows) EXPECT_EQ(FoldCase(row.Text), row.Folded) << row.Text;
+}
+
+TEST(TextTest, EqualFoldedAndItsHashAgree) {
+  const struct {
+    std::string_view Left;
+    std::string_view Right;
+    bool Equal;
+  } rows[] = {{"Name", "nAME", true},
+              {"", "", true},
+              {"Name", "Names", false},
+              {"Names", "Name", false},
+              {"STRASSE", "straße", false},
+              {"Größe", "GRÖSSE", false},
+              {"GRÖßE", "größe", true},
+              {"ſet", "SET", true},
+              {"ΟΔΟΣ", "οδος", true},
+              {"ЖУК", "жук", true},
+              {"É", "E", false},
+              {"\xFF"sv, "ÿ", false},
+              {"a[", "A{", false}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(EqualFolded(row.Left, row.Right), row.Equal) << row.Left << " " << row.Right;
+    EXPECT_EQ(HashFolded(row.Left) == HashFolded(row.Right), row.Equal) << row.Left << " " << row.Right;
+  }
+}
+
+TEST(TextTest, FindsPartsWithoutRegardToCase) {
+  EXPECT_TRUE(ContainsFolded("Microsoft Sql SERVER", "sql server"));
+  EXPECT_TRUE(ContainsFolded("ΟΔΟΣ ΑΘΗΝΑ", "αθη"));
+  EXPECT_TRUE(ContainsFolded("aab", "AB"));
+  EXPECT_TRUE(ContainsFolded("x", ""));
+  EXPECT_TRUE(ContainsFolded("", ""));
+  EXPECT_FALSE(ContainsFolded("", "x"));
+  EXPECT_FALSE(ContainsFolded("Orders", "ordersx"));
+}
+
+TEST(TextTest, CapitalAndSmallLettersMeetAgain) {
+  const struct {
+    char32_t Small;
+    char32_t Capital;
+  } rows[] = {{U'a', U'A'}, {U'ä', U'Ä'}, {U'ÿ', U'Ÿ'}, {U'ł', U'Ł'},
+              {U'μ', U'Μ'}, {U'σ', U'Σ'}, {U'я', U'Я'}, {U'ѓ', U'Ѓ'}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(UpperCharacter(row.Small), row.Capital);
+    EXPECT_EQ(LowerCharacter(row.Capital), row.Small);
+  }
+  EXPECT_EQ(UpperCharacter(U'ß'), U'ß');
+  EXPECT_EQ(LowerCharacter(U'ς'), U'ς');
+  EXPECT_EQ(UpperCharacter(U's'), U'S');
+}
+
+TEST(TextTest, QuotesByApostrophes) {
+  EXPECT_EQ(Quoted("Load"), "'Load'");
+  EXPECT_EQ(Quoted(""), "''");
+  EXPECT_EQ(Quoted("it's"), "'it's'");
+}
+
+TEST(TextTest, WholeNumbersArePlain) {
+  EXPECT_EQ(NumberText(0), "0");
+  EXPECT_EQ(NumberText(-42), "-42");
+  EXPECT_EQ(NumberText(std::numeric_limits<long long>::min()), "-9223372036854775808");
+}
+
+TEST(TextTest, RealNumbersHaveTheFewestDigitsThatReadBack) {
+  const struct {
+    double Value;
+    std::string_view Text;
+  } rows[] = {{0.1, "0.1"},
+              {99.5, "99.5"},
+              {100000, "100000"},
+              {1234567890123, "1234567890123"},
+              {0.0001, "0.0001"},
+              {1e-05, "1e-05"},
+              {1e20, "1e+20"},
+              {-2.5, "-2.5"},
+              {-0.0, "0"},
+              {1.0 / 3, "0.3333333333333333"},
+              {1.7976931348623157e308, "1.7976931348623157e+308"}};
+  for (const auto& row : rows) {
+    std::string text;
+    AppendNumber(text, row.Value);
+    EXPECT_EQ(text, row.Text);
+  }
+}
+
+TEST(TextTest, SinglesShowTheirOwnDigitsNotThoseOfTheDouble) {
+  std::string text = "x=";
+  AppendNumber(text, 0.1F);
+  EXPECT_EQ(text, "x=0.1");
+}
+
+}  // namespace
+}  // namespace velmoria

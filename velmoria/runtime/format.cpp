@@ -1,0 +1,133 @@
+#include "velmoria/runtime/format.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "velmoria/runtime/date_impl.h"
+#include "velmoria/runtime/error.h"
+#include "velmoria/runtime/format_impl.h"
+#include "velmoria/runtime/text.h"
+
+namespace velmoria {
+
+namespace {
+
+enum class Kind : std::uint8_t { Text, Number, Date };
+
+constexpr std::size_t kMostSections = 4;
+constexpr std::size_t kNumberSectionOfNull = 3;
+constexpr std::size_t kTextSectionOfNull = 1;
+
+struct NamedPattern {
+  std::string_view Name;
+  std::string_view Pattern;
+};
+
+constexpr NamedPattern kNamedPatterns[] = {
+    {"Currency", "$#,##0.00;($#,##0.00)"},
+    {"Fixed", "0.00"},
+    {"Standard", "#,##0.00"},
+    {"Percent", "0.00%"},
+    {"Scientific", "0.00E+00"},
+    {"Yes/No", R"(\Y\e\s;\Y\e\s;\N\o)"},
+    {"True/False", R"(\T\r\u\e;\T\r\u\e;\F\a\l\s\e)"},
+    {"On/Off", R"(\O\n;\O\n;\O\f\f)"},
+    {"General Date", "c"},
+    {"Long Date", "dddddd"},
+    {"Medium Date", "dd-mmm-yy"},
+    {"Short Date", "ddddd"},
+    {"Long Time", "ttttt"},
+    {"Medium Time", "hh:nn AM/PM"},
+    {"Short Time", "hh:nn"},
+};
+
+std::string_view UserPattern(std::string_view pattern) noexcept {
+  for (const NamedPattern& row : kNamedPatterns) {
+    if (EqualFolded(row.Name, pattern)) return row.Pattern;
+  }
+  return pattern;
+}
+
+// Quotes and backslashes make what they cover literal; so is every byte beyond ASCII.
+std::vector<PatternByte> ReadPattern(std::string_view pattern) {
+  std::vector<PatternByte> bytes;
+  bytes.reserve(pattern.size());
+  bool quoted = false;
+  for (std::size_t at = 0; at < pattern.size(); ++at) {
+    const char c = pattern[at];
+    if (c == '"') {
+      quoted = !quoted;
+    } else if (c == '\\' && !quoted) {
+      if (++at == pattern.size()) Fail(RuntimeFailure::InvalidArgument);
+      bytes.push_back({pattern[at], true});
+    } else {
+      bytes.push_back({c, quoted || static_cast<unsigned char>(c) >= 0x80});
+    }
+  }
+  if (quoted) Fail(RuntimeFailure::InvalidArgument);
+  return bytes;
+}
+
+Kind KindOf(Pattern pattern) {
+  const auto holds = [&](std::string_view specials) {
+    return std::any_of(pattern.begin(), pattern.end(), [&](PatternByte byte) { return byte.IsOneOf(specials); });
+  };
+  if (holds("@&") || (!pattern.empty() && pattern.front().IsOneOf("<>!"))) return Kind::Text;
+  if (holds("0#")) return Kind::Number;
+  return holds("cdhmnqstwyCDHMNQSTWY") ? Kind::Date : Kind::Number;
+}
+
+Sections SplitSections(Pattern pattern) {
+  Sections sections;
+  for (;;) {
+    const auto end = std::find_if(pattern.begin(), pattern.end(), [](PatternByte byte) { return byte.Is(';'); });
+    const auto size = static_cast<std::size_t>(end - pattern.begin());
+    sections.push_back(pattern.first(size));
+    if (end == pattern.end()) break;
+    pattern = pattern.subspan(size + 1);
+  }
+  if (sections.size() > kMostSections) Fail(RuntimeFailure::InvalidArgument);
+  return sections;
+}
+
+// Booleans and dates count as numbers here; only a text may be none.
+std::string NumberTextOf(const Variant& value) {
+  if (value.Type() == VarType::Boolean) return NumberText(value.AsLong());
+  return value.Type() == VarType::Date ? Variant(value.AsDouble()).AsText() : value.AsText();
+}
+
+std::string FormatAsNumber(const Variant& value, Pattern pattern) {
+  const Sections sections = SplitSections(pattern);
+  std::string text = NumberTextOf(value);
+  const auto number = NumberInText::Read(text);
+  return number ? FormatNumber(*number, sections) : text;
+}
+
+std::string FormatAsDate(const Variant& value, Pattern pattern) {
+  if (!value.IsText()) return FormatDate(value.AsDate(), pattern);
+  const auto parts = ReadDate(value.TextView());
+  return parts ? FormatDate(Date::From(*parts), pattern) : value.AsText();
+}
+
+std::string FormatNothing(Pattern pattern, Kind kind) {
+  if (kind == Kind::Date) return {};
+  const Sections sections = SplitSections(pattern);
+  const std::size_t own = kind == Kind::Number ? kNumberSectionOfNull : kTextSectionOfNull;
+  if (sections.size() <= own) return {};
+  return kind == Kind::Number ? LiteralsOf(sections[own]) : FormatCharacters({}, sections);
+}
+
+}  // namespace
+
+std::string FormatText(const Variant& value, std::string_view pattern) {
+  if (pattern.empty()) return value.AsText();
+  const bool nothing = value.IsEmpty() || value.IsNull();
+  if (EqualFolded(pattern, "General Number")) return nothing ? std::string() : NumberTextOf(value);
+  const std::vector<PatternByte> bytes = ReadPattern(UserPattern(pattern));
+  const Kind kind = KindOf(bytes);
+  if (nothing) return FormatNothing(bytes, kind);
+  if (kind == Kind::Text) return FormatCharacters(value.AsText(), SplitSections(bytes));
+  return kind == Kind::Date ? FormatAsDate(value, bytes) : FormatAsNumber(value, bytes);
+}
+
+}  // namespace velmoria
