@@ -68,7 +68,7 @@ endif()
 
 # What the objects of a room need when they are linked. One list, for the library and for the tests.
 add_library(velmoria_link INTERFACE)
-target_link_libraries(velmoria_link INTERFACE ${ODBC_LINK_LIBRARIES} Threads::Threads)
+target_link_libraries(velmoria_link INTERFACE ${ODBC_LINK_LIBRARIES} $<LINK_ONLY:spdlog::spdlog> Threads::Threads)
 
 # velmoria_room(name): the sources of velmoria/<name> as the object library room_<name>. An empty room is left out.
 function(velmoria_room name)
@@ -92,7 +92,7 @@ endfunction()
 function(velmoria_library)
   get_property(rooms GLOBAL PROPERTY VELMORIA_BUILT_ROOMS)
   add_library(velmoria_whole INTERFACE)
-  target_link_libraries(velmoria_whole INTERFACE velmoria_link spdlog::spdlog)
+  target_link_libraries(velmoria_whole INTERFACE velmoria_link)
   foreach(room IN LISTS rooms)
     target_sources(velmoria_whole INTERFACE $<TARGET_OBJECTS:room_${room}>)
     list(APPEND objects $<TARGET_OBJECTS:room_${room}>)
@@ -107,7 +107,7 @@ function(velmoria_library)
   target_sources(velmoria PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${headers})
   target_compile_features(velmoria PUBLIC cxx_std_20)
   target_link_libraries(velmoria PUBLIC Boost::headers PRIVATE $<BUILD_INTERFACE:velmoria_options>
-    $<BUILD_INTERFACE:velmoria_link> $<BUILD_INTERFACE:spdlog::spdlog>)
+    $<BUILD_INTERFACE:velmoria_link>)
   set_target_properties(velmoria PROPERTIES
     LINKER_LANGUAGE CXX VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
   if(NOT VELMORIA_SANITIZE)
