@@ -35,7 +35,7 @@ INSTANTIATE_TEST_SUITE_P(All, SettingsStoreTest,
                                              [](const TemporaryFolder& folder) -> std::shared_ptr<SettingsStore> {
                                                return std::make_shared<FileSettingsStore>(folder.Path("settings"));
                                              }}),
-                         [](const auto& info) { return info.param.Name; });
+                         [](const auto& test) { return test.param.Name; });
 
 TEST_P(SettingsStoreTest, UnknownKeyGivesTheTextPassed) { EXPECT_EQ(Get("Key"), "(none)"); }
 

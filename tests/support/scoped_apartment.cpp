@@ -1,5 +1,6 @@
 #include "tests/support/scoped_apartment.h"
 
+#include <cassert>
 #include <cstdlib>
 #include <utility>
 
@@ -22,12 +23,14 @@ ScopedApartment::ScopedApartment(std::shared_ptr<FakeSettingsStore> settings, vo
   fresh->Platform.Clock = clock_;
   fresh->Platform.Host = host_;
   if (prepare) prepare(*fresh);
+  own_ = fresh.get();
   former_ = ExchangeApartment(std::move(fresh));
   Apartment();
 }
 
 ScopedApartment::~ScopedApartment() {
-  Apartment().End();
+  assert(&Apartment() == own_);
+  own_->End();
   ExchangeApartment(std::move(former_));
 }
 

@@ -8,7 +8,7 @@
 namespace velmoria::test {
 
 /// A fresh apartment over fakes for the length of a scope; the thread's former one comes back behind it.
-/// Objects made in the scope must be released before it ends, so let it be the first member of a fixture.
+/// Objects made in the scope must be released before it ends, so let it be the first member of a fixture. Scopes nest.
 class ScopedApartment {
  public:
   /// A store that is passed in keeps what this apartment writes at its end. `prepare` may change the doors before Main.
@@ -31,6 +31,7 @@ class ScopedApartment {
   std::shared_ptr<FakeLogService> log_ = std::make_shared<FakeLogService>();
   std::shared_ptr<FakeClock> clock_ = std::make_shared<FakeClock>();
   std::shared_ptr<FakeHostApplication> host_ = std::make_shared<FakeHostApplication>();
+  ApartmentState* own_ = nullptr;
   std::unique_ptr<ApartmentState> former_;
 };
 

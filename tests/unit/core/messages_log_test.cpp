@@ -1,0 +1,269 @@
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/scoped_apartment.h"
+#include "velmoria/core/messages.h"
+#include "velmoria/platform/rdo/rdo_engine.h"
+#include "velmoria/runtime/error.h"
+
+namespace velmoria::test {
+namespace {
+
+constexpr const char* kApplication = "Velmoria v1.0-0";
+constexpr const char* kDefaultFile = "c:\\VelmoriaMessages.log";
+
+class MessagesLogTest : public testing::Test {
+ protected:
+  void Record(std::int32_t number, zSeverityFlags severity, zTypeFlags type = tfUnknown) {
+    messages_.SetupItem(
+        {.Number = zErrors{number}, .Description = "text", .TypeFlags = type, .SeverityFlags = severity});
+  }
+  std::string Stored(const char* key) {
+    return apartment_.Settings().GetSetting(kApplication, "Exceptions", key, "(none)");
+  }
+
+  ScopedApartment apartment_;
+  Messages& messages_ = apartment_.Messages();
+  FakeLogService& log_ = apartment_.Log();
+};
+
+TEST_F(MessagesLogTest, NothingStoredGivesTheDefaults) {
+  EXPECT_EQ(messages_.LogSeverityFlags(), svfAll);
+  EXPECT_EQ(messages_.LogTypeFlags(), tfAll);
+  EXPECT_EQ(messages_.LogMode(), lmOff);
+  EXPECT_EQ(messages_.LogFileName(), kDefaultFile);
+  EXPECT_TRUE(messages_.LogOverwrite());
+}
+
+TEST_F(MessagesLogTest, LogIsStartedOnceAtTheStart) {
+  EXPECT_EQ(log_.Starts, 1);
+  EXPECT_EQ(log_.Mode, LogServiceMode::Off);
+}
+
+TEST_F(MessagesLogTest, WithTheLogOffAMessageIsRecordedAndNotWritten) {
+  Record(13, svfError);
+  EXPECT_EQ(messages_.Count(), 1);
+  EXPECT_TRUE(log_.Lines.empty());
+}
+
+TEST_F(MessagesLogTest, DetailsOfTheMessageAreWritten) {
+  messages_.SetLogMode(lmAutomatic);
+  Record(13, svfError);
+  ASSERT_EQ(log_.Lines.size(), 1U);
+  EXPECT_EQ(log_.Lines[0].Text, messages_.Item(1)->Details());
+}
+
+TEST_F(MessagesLogTest, EachModeStartsTheServiceInItsOwn) {
+  struct Row {
+    zLogModes Mode;
+    LogServiceMode Service;
+  };
+  for (const auto& [mode, service] : {Row{lmAutomatic, LogServiceMode::Automatic}, Row{lmWindows, LogServiceMode::File},
+                                      Row{lmWinNT, LogServiceMode::System}, Row{lmOff, LogServiceMode::Off},
+                                      Row{zLogModes{9}, LogServiceMode::Off}}) {
+    messages_.SetLogMode(mode);
+    EXPECT_EQ(log_.Mode, service);
+    EXPECT_EQ(log_.FileName, kDefaultFile);
+  }
+}
+
+TEST_F(MessagesLogTest, TypeFlagsLeaveOutTheWarningsOfTheDatabaseEngine) {
+  messages_.SetupLogging({.LogTypeFlags = tfVelmoria});
+  auto engine = Make<rdoEngine>();
+  engine->rdoErrors().push_back({.Number = 1205, .Description = "deadlock"});
+  apartment_.State().rdoEngine = engine;
+  Record(15123, svfError);
+  Record(3021, svfWarning, tfDAO);
+  EXPECT_EQ(messages_.Count(), 3);
+  ASSERT_EQ(log_.Lines.size(), 1U);
+  EXPECT_EQ(log_.Lines[0].Text, messages_.Item("15123")->Details());
+}
+
+TEST_F(MessagesLogTest, CatalogueMessageCountsAsVelmoriaWithoutTheFlag) {
+  messages_.SetupLogging({.LogTypeFlags = tfRDO});
+  Record(15065, svfError, tfUnknown);
+  EXPECT_TRUE(log_.Lines.empty());
+}
+
+TEST_F(MessagesLogTest, TypeZeroIsAlwaysWritten) {
+  messages_.SetupLogging({.LogTypeFlags = tfUnknown});
+  Record(13, svfError);
+  EXPECT_EQ(log_.Lines.size(), 1U);
+}
+
+TEST_F(MessagesLogTest, SeverityFlagsSelect) {
+  messages_.SetupLogging({.LogSeverityFlags = svfWarning});
+  Record(13, svfError);
+  Record(14, svfInfo);
+  Record(15, svfWarning);
+  ASSERT_EQ(log_.Lines.size(), 1U);
+  EXPECT_EQ(log_.Lines[0].Text, messages_.Item("15")->Details());
+}
+
+TEST_F(MessagesLogTest, SeverityZeroIsAlwaysWrittenAsAnError) {
+  messages_.SetupLogging({.LogSeverityFlags = svfNone});
+  Record(13, svfNone);
+  ASSERT_EQ(log_.Lines.size(), 1U);
+  EXPECT_EQ(log_.Lines[0].Type, LogEventType::Error);
+}
+
+TEST_F(MessagesLogTest, EventTypeFollowsTheSeverity) {
+  messages_.SetLogMode(lmAutomatic);
+  Record(11, svfWarning);
+  Record(12, svfInfo);
+  Record(13, svfError);
+  Record(14, svfWarning | svfError);
+  ASSERT_EQ(log_.Lines.size(), 4U);
+  EXPECT_EQ(log_.Lines[0].Type, LogEventType::Warning);
+  EXPECT_EQ(log_.Lines[1].Type, LogEventType::Information);
+  EXPECT_EQ(log_.Lines[2].Type, LogEventType::Error);
+  EXPECT_EQ(log_.Lines[3].Type, LogEventType::Error);
+}
+
+TEST_F(MessagesLogTest, SuspendedMessagesAreNotWritten) {
+  messages_.SetLogMode(lmAutomatic);
+  messages_.SetSuspendRoutine("Test.Routine");
+  Record(13, svfError);
+  EXPECT_TRUE(log_.Lines.empty());
+}
+
+TEST_F(MessagesLogTest, DeclinedRepeatIsNotWritten) {
+  messages_.SetLogMode(lmAutomatic);
+  Record(13, svfError);
+  Record(13, svfError);
+  EXPECT_EQ(log_.Lines.size(), 1U);
+}
+
+TEST_F(MessagesLogTest, RepeatedInformationIsWrittenEachTime) {
+  messages_.SetLogMode(lmAutomatic);
+  Record(15129, svfInfo);
+  Record(15129, svfInfo);
+  EXPECT_EQ(messages_.Count(), 1);
+  EXPECT_EQ(log_.Lines.size(), 2U);
+}
+
+TEST_F(MessagesLogTest, SettingAPresentValueDoesNotRestart) {
+  messages_.SetLogMode(messages_.LogMode());
+  messages_.SetLogSeverityFlags(messages_.LogSeverityFlags());
+  messages_.SetLogTypeFlags(messages_.LogTypeFlags());
+  messages_.SetLogFileName(messages_.LogFileName());
+  messages_.SetLogOverwrite(messages_.LogOverwrite());
+  EXPECT_EQ(log_.Starts, 1);
+}
+
+TEST_F(MessagesLogTest, SettingAnotherValueRestarts) {
+  messages_.SetLogMode(lmWindows);
+  EXPECT_EQ(log_.Starts, 2);
+  messages_.SetLogSeverityFlags(svfError);
+  EXPECT_EQ(log_.Starts, 3);
+  messages_.SetLogTypeFlags(tfRDO);
+  EXPECT_EQ(log_.Starts, 4);
+  messages_.SetLogFileName("other.log");
+  EXPECT_EQ(log_.Starts, 5);
+  EXPECT_EQ(log_.FileName, "other.log");
+}
+
+TEST_F(MessagesLogTest, OverwriteRestartsAndChangesNothingElse) {
+  messages_.SetLogMode(lmWindows);
+  messages_.SetLogOverwrite(false);
+  EXPECT_EQ(log_.Starts, 3);
+  EXPECT_EQ(log_.FileName, kDefaultFile);
+  EXPECT_EQ(log_.Mode, LogServiceMode::File);
+}
+
+TEST_F(MessagesLogTest, SetupLoggingRestartsOnceEvenWithThePresentValues) {
+  messages_.SetupLogging();
+  messages_.SetupLogging();
+  EXPECT_EQ(log_.Starts, 3);
+}
+
+TEST_F(MessagesLogTest, SetupLoggingStoresAllFive) {
+  messages_.SetupLogging({lmWindows, svfError, tfDAO, "a.log", true});
+  EXPECT_EQ(messages_.LogMode(), lmWindows);
+  EXPECT_EQ(messages_.LogSeverityFlags(), svfError);
+  EXPECT_EQ(messages_.LogTypeFlags(), tfDAO);
+  EXPECT_EQ(messages_.LogFileName(), "a.log");
+  EXPECT_TRUE(messages_.LogOverwrite());
+}
+
+TEST_F(MessagesLogTest, SetupLoggingWithoutArgumentsLogsEverything) {
+  messages_.SetupLogging();
+  EXPECT_EQ(messages_.LogMode(), lmAutomatic);
+  EXPECT_EQ(static_cast<std::int32_t>(messages_.LogSeverityFlags()), 7);
+  EXPECT_EQ(messages_.LogTypeFlags(), tfAll);
+  EXPECT_FALSE(messages_.LogOverwrite());
+}
+
+TEST_F(MessagesLogTest, SetupLoggingWithAnEmptyFileNameKeepsTheOldOne) {
+  messages_.SetLogFileName("kept.log");
+  messages_.SetupLogging({.LogMode = lmWindows, .LogFileName = ""});
+  EXPECT_EQ(messages_.LogFileName(), "kept.log");
+}
+
+TEST_F(MessagesLogTest, LogThatFailsLosesTheTextAndNothingElse) {
+  messages_.SetLogMode(lmAutomatic);
+  log_.FailWrites = true;
+  EXPECT_NO_THROW(Record(13, svfError));
+  EXPECT_EQ(messages_.Count(), 1);
+}
+
+TEST_F(MessagesLogTest, SettingsAreStoredAsTextAtTheEnd) {
+  messages_.SetupLogging({lmWinNT, svfAll, tfRDO, "x.log", true});
+  EXPECT_EQ(Stored("LogMode"), "(none)");
+  apartment_.State().End();
+  EXPECT_EQ(Stored("LogMode"), "3");
+  EXPECT_EQ(Stored("LogSeverityFlags"), "-1");
+  EXPECT_EQ(Stored("LogTypeFlags"), "8");
+  EXPECT_EQ(Stored("LogFileName"), "x.log");
+  EXPECT_EQ(Stored("LogOverwrite"), "True");
+}
+
+TEST(MessagesLogSettingsTest, SettingsOfOneRunAreTheDefaultsOfTheNext) {
+  const auto store = std::make_shared<FakeSettingsStore>();
+  {
+    ScopedApartment first(store);
+    first.Messages().SetupLogging({lmWindows, svfError, tfDAO, "a.log", false});
+  }
+  const ScopedApartment second(store);
+  EXPECT_EQ(second.Messages().LogMode(), lmWindows);
+  EXPECT_EQ(second.Messages().LogSeverityFlags(), svfError);
+  EXPECT_EQ(second.Messages().LogTypeFlags(), tfDAO);
+  EXPECT_EQ(second.Messages().LogFileName(), "a.log");
+  EXPECT_FALSE(second.Messages().LogOverwrite());
+  EXPECT_EQ(second.Log().Starts, 1);
+  EXPECT_EQ(second.Log().Mode, LogServiceMode::File);
+}
+
+TEST(MessagesLogSettingsTest, TheLastApartmentToEndDecides) {
+  const auto store = std::make_shared<FakeSettingsStore>();
+  {
+    ScopedApartment outer(store);
+    outer.Messages().SetLogMode(lmWinNT);
+    ScopedApartment inner(store);
+    inner.Messages().SetLogMode(lmWindows);
+  }
+  EXPECT_EQ(store->GetSetting(kApplication, "Exceptions", "LogMode", ""), "3");
+}
+
+TEST(MessagesLogSettingsTest, SettingThatIsNoNumberLeavesItsDefault) {
+  const auto store = std::make_shared<FakeSettingsStore>();
+  store->SaveSetting(kApplication, "Exceptions", "LogMode", "loud");
+  store->SaveSetting(kApplication, "Exceptions", "LogTypeFlags", "4");
+  const ScopedApartment apartment(store);
+  EXPECT_EQ(apartment.Messages().LogMode(), lmOff);
+  EXPECT_EQ(apartment.Messages().LogTypeFlags(), tfVelmoria);
+}
+
+TEST(MessagesLogSettingsTest, StoreThatFailsStopsNothing) {
+  const auto store = std::make_shared<FakeSettingsStore>();
+  store->FailReads = store->FailWrites = true;
+  const ScopedApartment apartment(store);
+  EXPECT_EQ(apartment.Messages().LogFileName(), kDefaultFile);
+  EXPECT_NO_THROW(apartment.State().End());
+}
+
+}  // namespace
+}  // namespace velmoria::test
