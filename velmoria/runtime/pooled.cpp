@@ -2,6 +2,7 @@
 
 #include <array>
 #include <new>
+#include <utility>
 
 namespace velmoria {
 
@@ -27,26 +28,36 @@ struct Shelf {
   std::size_t Count = 0;
 };
 
-using Shelves = std::array<Shelf, kLargestKept / kGrain + 1>;
+struct Pool {
+  std::array<Shelf, kLargestKept / kGrain + 1> Shelves{};
 
-// Plain data, so that it can be used until the very end of the thread, also by destructors that run after Cleaner's.
-constinit thread_local Shelves shelves{};
-constinit thread_local bool ended = false;
-
-struct Cleaner {
-  ~Cleaner() {
-    ended = true;
-    for (Shelf& shelf : shelves) {
-      while (Block* block = shelf.First) {
-        shelf.First = block->Next;
-        ::operator delete(block);
-      }
-      shelf.Count = 0;
+  ~Pool() {
+    for (const Shelf& shelf : Shelves) {
+      for (Block* block = shelf.First; block;) ::operator delete(std::exchange(block, block->Next));
     }
   }
 };
 
-void CleanAtThreadEnd() { static const thread_local Cleaner cleaner; }
+// Plain data, so that it can be asked until the very end of the thread, also by destructors that run after the pool's.
+// One pointer is little enough for the quick model also where the library is loaded late.
+[[gnu::tls_model("initial-exec")]] constinit thread_local Pool* pool = nullptr;
+constinit thread_local bool ended = false;
+
+struct Holder {
+  Pool Held;
+  Holder() { pool = &Held; }
+  ~Holder() {
+    pool = nullptr;
+    ended = true;
+  }
+};
+
+// The thread's pool, made now, or none once it has ended.
+Pool* MakePool() {
+  if (ended) return nullptr;
+  static thread_local Holder holder;
+  return pool;
+}
 
 constexpr std::size_t ShelfNumber(std::size_t size) { return (size + kGrain - 1) / kGrain; }
 
@@ -54,8 +65,8 @@ constexpr std::size_t ShelfNumber(std::size_t size) { return (size + kGrain - 1)
 
 void* AllocatePooled(std::size_t size) {
   const std::size_t number = ShelfNumber(size == 0 ? 1 : size);
-  if (number < shelves.size()) {
-    Shelf& shelf = shelves[number];
+  if (Pool* const mine = pool; mine && number < mine->Shelves.size()) {
+    Shelf& shelf = mine->Shelves[number];
     if (Block* block = shelf.First) {
       shelf.First = block->Next;
       --shelf.Count;
@@ -68,14 +79,14 @@ void* AllocatePooled(std::size_t size) {
 void FreePooled(void* block, std::size_t size) noexcept {
   if (!block) return;
   const std::size_t number = ShelfNumber(size == 0 ? 1 : size);
-  if (kKeepBlocks && !ended && number < shelves.size() && shelves[number].Count < kMostKept) {
-    Shelf& shelf = shelves[number];
-    if (!shelf.First) CleanAtThreadEnd();
-    shelf.First = ::new (block) Block{shelf.First};
-    ++shelf.Count;
+  Pool* const mine = pool ? pool : MakePool();
+  if (!kKeepBlocks || !mine || number >= mine->Shelves.size() || mine->Shelves[number].Count == kMostKept) {
+    ::operator delete(block);
     return;
   }
-  ::operator delete(block);
+  Shelf& shelf = mine->Shelves[number];
+  shelf.First = ::new (block) Block{shelf.First};
+  ++shelf.Count;
 }
 
 }  // namespace velmoria

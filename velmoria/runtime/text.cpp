@@ -1,5 +1,6 @@
 #include "velmoria/runtime/text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 
@@ -27,14 +28,17 @@ void AppendReal(std::string& text, Number value) {
 
 bool IsAscii(char c) noexcept { return static_cast<unsigned char>(c) < 0x80; }
 
-char FoldAscii(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+unsigned char FoldAscii(char c) noexcept {
+  const auto byte = static_cast<unsigned char>(c);
+  return static_cast<unsigned char>(byte | (static_cast<unsigned>(byte - 'A') < 26U ? 0x20U : 0U));
+}
 
 // Takes the first character off a text that is not empty, and folds it.
 char32_t TakeFolded(std::string_view& text) noexcept {
   if (IsAscii(text.front())) {
-    const char c = FoldAscii(text.front());
+    const char32_t folded = FoldAscii(text.front());
     text.remove_prefix(1);
-    return static_cast<char32_t>(c);
+    return folded;
   }
   const Utf8Character character = DecodeUtf8(text);
   text.remove_prefix(character.Bytes);
@@ -64,6 +68,13 @@ std::string FoldCase(std::string_view text) {
 }
 
 bool EqualFolded(std::string_view left, std::string_view right) noexcept {
+  const std::size_t common = std::min(left.size(), right.size());
+  std::size_t ascii = 0;
+  for (; ascii < common && IsAscii(left[ascii]) && IsAscii(right[ascii]); ++ascii) {
+    if (FoldAscii(left[ascii]) != FoldAscii(right[ascii])) return false;
+  }
+  left.remove_prefix(ascii);
+  right.remove_prefix(ascii);
   while (!left.empty() && !right.empty()) {
     if (TakeFolded(left) != TakeFolded(right)) return false;
   }
@@ -72,7 +83,11 @@ bool EqualFolded(std::string_view left, std::string_view right) noexcept {
 
 std::size_t HashFolded(std::string_view text) noexcept {
   std::uint64_t hash = 0xCBF29CE484222325U;
-  while (!text.empty()) hash = (hash ^ TakeFolded(text)) * 0x100000001B3U;
+  const auto mix = [&](char32_t folded) { hash = (hash ^ folded) * 0x100000001B3U; };
+  std::size_t ascii = 0;
+  for (; ascii < text.size() && IsAscii(text[ascii]); ++ascii) mix(FoldAscii(text[ascii]));
+  text.remove_prefix(ascii);
+  while (!text.empty()) mix(TakeFolded(text));
   hash ^= hash >> 29U;
   return static_cast<std::size_t>(hash * 0x9E3779B97F4A7C15U);
 }

@@ -105,7 +105,10 @@ std::int64_t Variant::RoundedWhole() const {
 
 std::int16_t Variant::AsInteger() const { return Fitted<std::int16_t>(RoundedWhole()); }
 
-std::int32_t Variant::AsLong() const { return Fitted<std::int32_t>(RoundedWhole()); }
+std::int32_t Variant::AsLong() const {
+  if (type_ == VarType::Long) return static_cast<std::int32_t>(whole_);
+  return Fitted<std::int32_t>(RoundedWhole());
+}
 
 Byte Variant::AsByte() const {
   // True is all bits set, so it fits although -1 does not.

@@ -36,7 +36,8 @@ void ExpectNumbers(const RowBlock& block, int first, std::size_t count) {
   }
 }
 
-const std::vector<std::vector<int>> kDivisions = {{10}, {4, 4, 2}, {4, 4, 4}, {1, 5, 4}, {5, 1, 1, 3}, {7, 3}, {2, 8}};
+const std::vector<std::vector<int>> kDivisions = {{10},      {4, 4, 2},    {1, 3, 3, 3}, {4, 4, 4},
+                                                  {1, 5, 4}, {5, 1, 1, 3}, {7, 3},       {2, 8}};
 
 TEST(RowBlockTest, EveryStorageGivesItsValues) {
   const Date noon = Date::From(2026, 11, 20, 12);
