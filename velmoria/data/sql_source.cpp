@@ -54,6 +54,12 @@ std::string Concat(std::initializer_list<std::string_view> parts) {
   return text;
 }
 
+/// Only inside a catch block. A refused operator is recorded as information and goes up as it is: what is recorded
+/// might not name it, for an earlier information may be the more severe one.
+void PassRefusedOperator() {
+  if (CurrentError().CatalogueNumber() == static_cast<std::int32_t>(errNotSupported_Operator)) throw;
+}
+
 /// Markers are found from the left in what the text has become, so a "?" in a value just put in is the next one.
 std::string WithValues(std::string text, const Properties& parameters, zEngines engine) {
   for (const auto& parameter : parameters) {
@@ -91,7 +97,10 @@ std::string Source::SQLSelect(const PropertiesPtr& parameters) try {
   if (!IsTableOrView(sourceType)) return {};
   const auto where = parameters ? parameters->WhereClause(sourceType, nullptr, Engine()) : std::string();
   return Concat({"SELECT * FROM ", SourceText(), where.empty() ? "" : " WHERE ", where});
-} catch (...) { Failed("SQLSelect"); }
+} catch (...) {
+  PassRefusedOperator();
+  Failed("SQLSelect");
+}
 
 // Two forms with other blanks for tables; a view is addressed by its own name whatever tables its columns have.
 std::string Source::SQLInsert(const PropertiesPtr& properties, bool& returnsIdentity,
@@ -120,7 +129,10 @@ std::string Source::SQLUpdate(const PropertiesPtr& properties, const PropertiesP
   return Concat({sourceType == stView ? " UPDATE " : "UPDATE ", SourceText(), " SET ",
                  row.SetClause(sourceType, Engine(), {}, true), " WHERE ",
                  Present(parameters).WhereClause(sourceType, nullptr, Engine())});
-} catch (...) { Failed("SQLUpdate"); }
+} catch (...) {
+  PassRefusedOperator();
+  Failed("SQLUpdate");
+}
 
 std::string Source::SQLDelete(const PropertiesPtr& properties, const PropertiesPtr& parameters) try {
   if (const auto refusal = RefusalOf(*this, "Delete")) Raise(refusal->Number, "SQLDelete", refusal->Texts);
@@ -128,7 +140,10 @@ std::string Source::SQLDelete(const PropertiesPtr& properties, const PropertiesP
   if (!IsTableOrView(sourceType)) return {};
   return Concat(
       {"DELETE FROM ", SourceText(), " WHERE ", Present(parameters).WhereClause(sourceType, properties, Engine())});
-} catch (...) { Failed("SQLDelete"); }
+} catch (...) {
+  PassRefusedOperator();
+  Failed("SQLDelete");
+}
 
 std::string Source::SQLExecute(const PropertiesPtr& parameters) try {
   const auto values = parameters ? parameters : Parameters();

@@ -74,7 +74,7 @@ void AppendParameter(std::string& text, const rdoParameter& parameter) {
 
 }  // namespace
 
-// Both placeholders of the text are the first one, so it shows the type twice.
+// The text has the first placeholder twice and no second one, so the engine is never shown.
 void SQLAgent::CheckSourceType(const char* routine) const {
   if (FindReadableSource(source_->SourceType())) return;
   Raise(errInvalid_SourceType, routine, {source_->SourceTypeName(), source_->EngineName()});

@@ -1,0 +1,91 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/expect_raised.h"
+#include "velmoria/core/enumerations.h"
+#include "velmoria/data/sql_clauses_impl.h"
+
+namespace velmoria::test {
+
+namespace {
+
+std::string Literal(const Variant& value, zDataTypes dataType, zEngines engine = engODBC) {
+  std::string text;
+  sql::AppendLiteral(text, value, dataType, engine);
+  return text;
+}
+
+struct LiteralCase {
+  const char* What;
+  Variant Value;
+  zDataTypes DataType;
+  const char* Server;
+  const char* Access;
+};
+
+class LiteralTest : public testing::TestWithParam<LiteralCase> {};
+
+TEST_P(LiteralTest, FollowsTypeAndEngine) {
+  const auto& row = GetParam();
+  for (const auto engine : {engODBC, engSQLServer, engSybase, engOracle})
+    EXPECT_EQ(Literal(row.Value, row.DataType, engine), row.Server);
+  EXPECT_EQ(Literal(row.Value, row.DataType, engAccess), row.Access);
+}
+
+const auto kNoon = Date::From(2026, 11, 20, 14, 3, 5);
+
+INSTANTIATE_TEST_SUITE_P(
+    , LiteralTest,
+    testing::Values(LiteralCase{"Null", Variant::Null(), dtString, "NULL", "NULL"},
+                    LiteralCase{"NullOfNoType", Variant::Null(), dtVariant, "NULL", "NULL"},
+                    LiteralCase{"Text", "Tea", dtString, "'Tea'", "'Tea'"},
+                    LiteralCase{"TextWithQuote", "O'Brien", dtString, "'O''Brien'", "'O''Brien'"},
+                    LiteralCase{"TextOfQuotes", "''", dtString, "''''''", "''''''"},
+                    LiteralCase{"EmptyText", "", dtString, "''", "''"},
+                    LiteralCase{"TextBeyondAscii", "Grün", dtString, "'Grün'", "'Grün'"},
+                    LiteralCase{"Long", std::int32_t{-7}, dtLongInteger, "-7", "-7"},
+                    LiteralCase{"Integer", std::int16_t{12}, dtInteger, "12", "12"},
+                    LiteralCase{"Currency", Currency{123450}, dtCurrency, "12.345", "12.345"},
+                    LiteralCase{"Single", 0.5F, dtSingle, "0.5", "0.5"},
+                    LiteralCase{"Double", 0.1, dtDouble, "0.1", "0.1"},
+                    LiteralCase{"Decimal", Decimal::Parse("1.50"), dtDecimal, "1.50", "1.50"},
+                    LiteralCase{"Byte", Byte{200}, dtByte, "200", "200"},
+                    LiteralCase{"Date", kNoon, dtDate, "'2026-11-20 14:03:05'", "#2026-11-20 14:03:05#"},
+                    LiteralCase{"DateAlone", Date::From(2026, 11, 20), dtDate, "'2026-11-20'", "#2026-11-20#"},
+                    LiteralCase{"True", true, dtBoolean, "1", "True"},
+                    LiteralCase{"False", false, dtBoolean, "0", "False"},
+                    LiteralCase{"VariantText", "it's", dtVariant, "'it''s'", "'it''s'"},
+                    LiteralCase{"VariantDate", kNoon, dtVariant, "'2026-11-20 14:03:05'", "#2026-11-20 14:03:05#"},
+                    LiteralCase{"VariantBoolean", true, dtVariant, "1", "True"},
+                    LiteralCase{"VariantDouble", 2.5, dtVariant, "2.5", "2.5"}),
+    [](const auto& test) { return test.param.What; });
+
+TEST(SqlLiteralTest, BytesAreOneCharacterEachAndQuotesAreNotDoubled) {
+  const std::vector<Byte> bytes{'a', '\'', 0xE9, 0x80};
+  EXPECT_EQ(Literal(bytes, dtByteArray), "'a'\u00E9\u20AC'");
+}
+
+TEST(SqlLiteralTest, LongTextIsNotDoubledEither) { EXPECT_EQ(Literal("it's", dtByteArray), "'it's'"); }
+
+TEST(SqlLiteralTest, AVariantArrayIsWrittenElementByElement) {
+  EXPECT_EQ(Literal(Variant::ArrayOfValues({72, 105}), dtByteArray), "'Hi'");
+}
+
+TEST(SqlLiteralTest, AVariantArrayOfOneElementIsWrittenAsEmpty) {
+  EXPECT_EQ(Literal(Variant::ArrayOfValues({72}), dtByteArray), "''");
+}
+
+TEST(SqlLiteralTest, AnElementThatIsNoCharacterFails) {
+  EXPECT_TRUE(Thrown([] { Literal(Variant::ArrayOfValues({72, 300}), dtByteArray); }));
+}
+
+TEST(SqlLiteralTest, AValueWithoutATypeIsAPlainFailure) {
+  for (const auto& value : {Variant(), Variant(std::vector<Byte>{1, 2})}) {
+    const auto error = Thrown([&] { Literal(value, dtVariant); });
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->Number(), static_cast<std::int32_t>(RuntimeFailure::TypeMismatch));
+  }
+}
+
+}  // namespace
+
+}  // namespace velmoria::test
