@@ -1,9 +1,10 @@
 # Sourced by scripts/test: a throw-away PostgreSQL on loopback, in a temporary folder, gone at the end.
 #
 # postgres_start exports
-#   VELMORIA_TEST_PG      connect string of an empty database, without user and password
-#   VELMORIA_TEST_PG_UID  its owner; hosts must give the password (SCRAM)
-#   VELMORIA_TEST_PG_PWD  the right one
+#   VELMORIA_TEST_PG         complete connect string of an empty database
+#   VELMORIA_TEST_PG_SERVER  the same without user and password; the server insists on the password (SCRAM)
+#   VELMORIA_TEST_PG_UID     the database's owner
+#   VELMORIA_TEST_PG_PWD     the right password
 postgres_dir=""
 
 # The server refuses to run as root; then it runs as the user postgres.
@@ -35,8 +36,9 @@ postgres_start() {
   postgres_run "${psql[@]}" -c "CREATE ROLE velmoria LOGIN CREATEDB PASSWORD 'velmoria'" || postgres_failed
   postgres_run "${psql[@]}" -c "CREATE DATABASE velmoria OWNER velmoria" || postgres_failed
 
-  export VELMORIA_TEST_PG="Driver=PostgreSQL Unicode;Server=127.0.0.1;Port=$port;Database=velmoria"
   export VELMORIA_TEST_PG_UID=velmoria VELMORIA_TEST_PG_PWD=velmoria
+  export VELMORIA_TEST_PG_SERVER="Driver=PostgreSQL Unicode;Server=127.0.0.1;Port=$port;Database=velmoria"
+  export VELMORIA_TEST_PG="$VELMORIA_TEST_PG_SERVER;UID=$VELMORIA_TEST_PG_UID;PWD=$VELMORIA_TEST_PG_PWD"
   echo "PostgreSQL listens on 127.0.0.1:$port"
 }
 
