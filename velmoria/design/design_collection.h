@@ -106,7 +106,7 @@ class VELMORIA_API DesignCollection : public Object, public Reporting {
   virtual Index Resolved(const Index& index, bool raising) const;
   /// What the count line of a bound collection says about its parent.
   virtual std::string ParentClause() const { return {}; }
-  std::string StateDetails() const override { return Details(); }
+  std::string StateDetails() const override;
 
  private:
   const KeyedList<Member>& BuildMembers() const;

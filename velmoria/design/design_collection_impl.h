@@ -128,6 +128,12 @@ std::string DesignCollection<Kind>::Details() const {
   return text;
 }
 
+// A report builds nothing: the list would stand still from then on.
+template <class Kind>
+std::string DesignCollection<Kind>::StateDetails() const {
+  return members_ ? Details() : std::string();
+}
+
 template <class Kind>
 void DesignCollection<Kind>::Setup(bool locked, bool supportsAdd, bool supportsRemove) {
   if (members_ || data_ || locked_) Raise(errVelmoria_Locked, "Setup");

@@ -80,7 +80,7 @@ class VELMORIA_API DesignObject : public Object, public Reporting {
   /// A collection below this object, made and bound when it is first asked for.
   template <class Collection>
   Ref<Collection> Child(Ref<Collection>& child);
-  std::string StateDetails() const override { return Details(); }
+  std::string StateDetails() const override;
 
  private:
   void RefuseLocked(std::string_view routine) const;

@@ -148,6 +148,12 @@ void DesignObject<Kind>::RefuseLocked(std::string_view routine) const {
   if (Kind::SettersObeyLocked && Locked()) Raise(errVelmoria_Locked, routine);
 }
 
+// A report makes nothing.
+template <class Kind>
+std::string DesignObject<Kind>::StateDetails() const {
+  return data_ ? data_->Details() : std::string();
+}
+
 template <class Kind>
 void DesignObject<Kind>::PassOn(const ParentChange& change) {
   change.To(userProperties_);
