@@ -63,7 +63,7 @@ function(velmoria_tests name folder)
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 120)
   endif()
-  gtest_discover_tests(${name} TEST_PREFIX "${name}/" DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+  gtest_discover_tests(${name} TEST_PREFIX "${name}/" NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
     PROPERTIES TIMEOUT ${arg_TIMEOUT})
   if(name MATCHES "^unit_")
     add_test(NAME ${name}/shuffled COMMAND ${name} --gtest_shuffle --gtest_brief=1)
