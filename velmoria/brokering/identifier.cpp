@@ -8,6 +8,7 @@
 #include "velmoria/design/server_data.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/property.h"
+#include "velmoria/runtime/error.h"
 #include "velmoria/runtime/text.h"
 
 namespace velmoria {
