@@ -101,6 +101,7 @@ std::int32_t BusinessContext::Count() const { return static_cast<std::int32_t>(i
 
 void BusinessContext::Add(IBusinessObjectsPtr item, const Position& position) try {
   if (noAdd_) Raise(errNotSupported_Add, "Add");
+  if (!item) Fail(RuntimeFailure::ObjectNotSet);
   if (BeforeAdd.Raise(*item)) return;
   const std::string name = item->Name();
   if (position.IsBoth()) {

@@ -173,6 +173,7 @@ class VELMORIA_API BusinessContext final : public Object, public Reporting, publ
   void ChangeAction(ActionPtr newAction);
   void ChangeActionName(const std::string& value);
   void ClearKeyValues();
+  const Class& SelectedClass() const;
   void SelectDefaultAction();
   void SetupSelection(const BusinessContextSelection& selection);
   void SelectByNames(const BusinessContextSelection& selection);

@@ -108,7 +108,8 @@ IBusinessObjectsPtr BusinessContext::LoadBusinessObjects(const GetBusinessObject
 } catch (...) { Failed("LoadBusinessObjects"); }
 
 PropertiesPtr BusinessContext::GetProperties(const GetPropertiesArguments& arguments) try {
-  if (arguments.ActionName.empty() && !arguments.Identifier && !arguments.Parameters) {
+  // Parameters alone are no selection: like GetBusinessObject this then repeats what the context holds.
+  if (arguments.ActionName.empty() && !arguments.Identifier) {
     SelectDefaultAction();
   } else {
     SetupSelection({arguments.Identifier, {}, {}, arguments.ActionName, arguments.Parameters});

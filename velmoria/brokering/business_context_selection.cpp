@@ -54,6 +54,11 @@ void BusinessContext::SetClassName(const std::string& value) try {
   Raise(errItem_Class, "ClassName (Let)", {Quoted(value)}, "Can't find Class in registered Servers.");
 } catch (...) { Failed("ClassName (Let)"); }
 
+const Class& BusinessContext::SelectedClass() const {
+  if (!class_) Fail(RuntimeFailure::ObjectNotSet);
+  return *class_;
+}
+
 void BusinessContext::ClearKeyValues() { keyValues_.fill(Variant{}); }
 
 void BusinessContext::ChangeAction(ActionPtr newAction) {
@@ -80,9 +85,10 @@ void BusinessContext::SetActionName(const std::string& value) try {
 IdentifierPtr BusinessContext::Identifier() const { return identifier_; }
 
 void BusinessContext::SetIdentifier(IdentifierPtr value) try {
+  if (!value) Fail(RuntimeFailure::ObjectNotSet);
   if (value->ServerName() != serverName_) SetServerName(value->ServerName());
   if (value->ClassName() != ClassName()) SetClassName(value->ClassName());
-  if (!action_ && !actionLocked_) SetActionName(class_->SingleActionName());
+  if (!action_ && !actionLocked_) SetActionName(SelectedClass().SingleActionName());
   identifier_ = std::move(value);
   ClearKeyValues();
   parameters_.reset();
@@ -109,10 +115,10 @@ void BusinessContext::SetKeyValue(std::size_t index, const Variant& value) {
 
 void BusinessContext::SelectDefaultAction() {
   if (action_) return;
-  if (!class_) Fail(RuntimeFailure::ObjectNotSet);
+  const velmoria::Class& selected = SelectedClass();
   const bool single = identifier_ || !keyValues_[0].IsEmpty();
   // The Action is stored directly, so Identifier, Parameters and key values stay.
-  action_ = class_->Actions()->Item(single ? class_->SingleActionName() : class_->DefaultActionName());
+  action_ = class_->Actions()->Item(single ? selected.SingleActionName() : selected.DefaultActionName());
 }
 
 void BusinessContext::SetupSelection(const BusinessContextSelection& selection) {
@@ -130,12 +136,10 @@ void BusinessContext::SelectByNames(const BusinessContextSelection& selection) {
   if (!actionLocked_) {
     if (!selection.ActionName.empty()) {
       SetActionName(selection.ActionName);
-    } else if (!class_) {
-      Fail(RuntimeFailure::ObjectNotSet);
     } else if (selection.NewFlag) {
-      SetActionName(class_->NewActionName());
+      SetActionName(SelectedClass().NewActionName());
     } else {
-      SetActionName(hasKey ? class_->SingleActionName() : class_->DefaultActionName());
+      SetActionName(hasKey ? SelectedClass().SingleActionName() : SelectedClass().DefaultActionName());
     }
   }
   for (std::size_t part = 0; part < selection.KeyValues.size() && !selection.KeyValues[part].IsMissing(); ++part) {
@@ -148,8 +152,7 @@ void BusinessContext::SelectByIdentifier(const BusinessContextSelection& selecti
   if (!serverLocked_) SetServerName(selection.Identifier->ServerName());
   if (!classLocked_) SetClassName(selection.Identifier->ClassName());
   if (!actionLocked_) {
-    if (!class_) Fail(RuntimeFailure::ObjectNotSet);
-    SetActionName(selection.ActionName.empty() ? class_->SingleActionName() : selection.ActionName);
+    SetActionName(selection.ActionName.empty() ? SelectedClass().SingleActionName() : selection.ActionName);
   }
   identifier_ = selection.Identifier;
   ClearKeyValues();

@@ -114,6 +114,8 @@ class VELMORIA_API BusinessObjects final : public IBusinessObjects,
   IBusinessObjectPtr BuildAt(std::int64_t row);
   void MoveBuffer(std::int64_t row);
   bool HoldsRow(std::int64_t row) const;
+  bool ReachesRow(std::int64_t row);
+  bool HasKey(IBusinessObject& object, const std::string& key) const;
   IBusinessObjectPtr FindByKey(const std::string& key);
   IBusinessObjectPtr ScanForKey(const std::string& key);
   IBusinessObjectPtr SearchHeld(const std::string& key);

@@ -26,7 +26,8 @@ void BusinessObjects::BuildAll() {
                               .SubjectLabel = "BusinessObject",
                               .StartTime = Now()});
   std::int32_t built = 0;
-  while (built < count) FindAt(built++);
+  // A count of -1 is one that the engine has not told yet: the walk ends at the first row that is not there.
+  for (; count < 0 ? ReachesRow(built) : built < count; ++built) FindAt(built);
   statistic->SetEndTime(Now());
   statistic->SetSubjectCount(built);
 }
@@ -52,16 +53,21 @@ void BusinessObjects::MoveBuffer(std::int64_t row) {
   }
 }
 
+bool BusinessObjects::ReachesRow(std::int64_t row) {
+  MoveBuffer(row);
+  return HoldsRow(row);
+}
+
+/// An object in memory is not read again when its page has been left behind; ahead the page follows it, because asking
+/// for the last object is how a caller gets to the end of the result.
 IBusinessObjectPtr BusinessObjects::FindAt(std::int64_t row) {
-  if (collectionType_ != cltDispatcher) {
-    if (const IBusinessObjectPtr* held = rows_->Find(row)) return *held;
-  }
-  return BuildAt(row);
+  const IBusinessObjectPtr* held = collectionType_ == cltDispatcher ? nullptr : rows_->Find(row);
+  if (!held || row > firstRow_) MoveBuffer(row);
+  return held ? *held : BuildAt(row);
 }
 
 IBusinessObjectPtr BusinessObjects::BuildAt(std::int64_t row) {
-  MoveBuffer(row);
-  const auto pageRow = static_cast<std::int32_t>(row - firstRow_);
+  const auto pageRow = static_cast<std::int32_t>(row < 0 ? row : row - firstRow_);
   const ModelPtr model = BuildModel(recordset_->GetPersistentProperties(pageRow, {}));
   IBusinessObjectPtr object = BuildObject(model, "IBusinessObjects_Item");
   Keep(row, model, object);
@@ -114,21 +120,24 @@ IBusinessObjectPtr BusinessObjects::FindByKey(const std::string& key) {
 
 IBusinessObjectPtr BusinessObjects::ScanForKey(const std::string& key) try {
   for (;; ++scanPosition_) {
-    MoveBuffer(scanPosition_);
-    if (!HoldsRow(scanPosition_) && !rows_->Find(scanPosition_)) return {};
+    if (!ReachesRow(scanPosition_) && !rows_->Find(scanPosition_)) return {};
     IBusinessObjectPtr object = FindAt(scanPosition_);
-    if (object->Key(keyFormat_) == key) return object;
+    if (HasKey(*object, key)) return object;
   }
 } catch (const Error&) {
   return {};  // the first object that cannot be built ends the scan
 }
 
+/// An object whose key cannot be told, because its row has been deleted, answers to none.
+bool BusinessObjects::HasKey(IBusinessObject& object, const std::string& key) const try {
+  return EqualFolded(object.Key(keyFormat_), key);
+} catch (const Error&) { return false; }
+
 IBusinessObjectPtr BusinessObjects::SearchHeld(const std::string& key) {
-  const auto hasKey = [&](const IBusinessObjectPtr& object) { return object->Key(keyFormat_) == key; };
   for (const auto& object : rows_->NewObjects)
-    if (hasKey(object)) return object;
+    if (HasKey(*object, key)) return object;
   for (const auto& object : rows_->InOrder())
-    if (hasKey(object)) return object;
+    if (HasKey(*object, key)) return object;
   return {};
 }
 
@@ -143,7 +152,10 @@ IBusinessObjectPtr BusinessObjects::SetupItem() try {
 IBusinessObjectPtr BusinessObjects::BuildNewRow() {
   const PropertiesPtr properties = recordset_->CreatePersistentProperties({});
   const std::int64_t row = firstRow_ + properties->Row();
-  IBusinessObjectPtr object = BuildObject(BuildModel(properties), "IBusinessObjects_SetupItem");
+  const ModelPtr model = BuildModel(properties);
+  // Unlike Item, only a collection of host objects makes one here; any other object type is served by the Model.
+  IBusinessObjectPtr object =
+      objectType_ == otBusiness ? BuildObject(model, "IBusinessObjects_SetupItem") : IBusinessObjectPtr(model);
   rows_->Add(row, object);
   rows_->NewObjects.push_back(object);
   return object;

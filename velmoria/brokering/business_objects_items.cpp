@@ -53,7 +53,7 @@ IBusinessObjectPtr BusinessObjects::FindTransient(const Variant& index) {
 IBusinessObjectPtr BusinessObjects::FindTransientKey(const std::string& key) {
   if (const IBusinessObjectPtr* found = members_.FindKey(key)) return *found;
   for (const auto& member : members_) {
-    if (member->Key(keyFormat_) == key) return member;
+    if (EqualFolded(member->Key(keyFormat_), key)) return member;
   }
   return {};
 }
@@ -66,6 +66,7 @@ IBusinessObjectPtr BusinessObjects::ItemBound(const Variant& index) {
 
 void BusinessObjects::Add(IBusinessObjectPtr item, const Position& position) try {
   if (noAdd_ || !transient_) Raise(errNotSupported_Add, "IBusinessObjects_Add");
+  if (!item) Fail(RuntimeFailure::ObjectNotSet);
   if (BeforeAdd.Raise(*item)) return;
   const std::string key = keyFormat_->EmptyKey() ? std::string{} : item->Key(keyFormat_);
   if (position.IsBoth()) {

@@ -8,22 +8,10 @@
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/property.h"
 #include "velmoria/properties/property_context.h"
+#include "velmoria/properties/property_texts_impl.h"
 #include "velmoria/runtime/error.h"
 
 namespace velmoria {
-
-namespace {
-
-std::string NotFoundText(const Variant& index) {
-  return IndexText(index, {VarType::Integer, VarType::Long, VarType::Single, VarType::Double, VarType::Currency,
-                           VarType::Decimal, VarType::Byte});
-}
-
-std::string PropertyIndexText(const Variant& index) {
-  return index.IsNumber() ? index.AsText() : Quoted(index.IsText() ? index.AsText() : index.TypeName());
-}
-
-}  // namespace
 
 Model::Model() = default;
 Model::~Model() = default;
@@ -37,6 +25,11 @@ void Model::Setup(PropertyContextPtr propertyContext, IdentifierPtr parentIdenti
 }
 
 PropertyContextPtr Model::PropertyContext() const { return propertyContext_; }
+
+velmoria::PropertyContext& Model::Held() const {
+  if (!propertyContext_) Fail(RuntimeFailure::ObjectNotSet);
+  return *propertyContext_;
+}
 
 BusinessContextPtr Model::BusinessContext() {
   if (!businessContext_) {
@@ -55,53 +48,50 @@ std::int32_t Model::BusinessObjectsCount() { return businessContext_ ? businessC
 IBusinessObjectsPtr Model::BusinessObjects(const Variant& index) try {
   IBusinessObjectsPtr found = BusinessContext()->Find(index);
   if (!found) BusinessObjectsNotFound.Raise(index, found);
-  if (!found) Raise(errItem_BusinessObjects, "BusinessObjects", {NotFoundText(index)});
+  if (!found) Raise(errItem_BusinessObjects, "BusinessObjects", {IndexText(index)});
   return found;
 } catch (...) { Failed("BusinessObjects"); }
 
 PropertiesPtr Model::LoadQuietly(const std::string& actionName) {
   Suspension quiet{"Model.Properties"};
   try {
-    return propertyContext_->LoadProperties(actionName);
+    return Held().LoadProperties(actionName);
   } catch (const Error&) {
     return {};  // the name is no Action that gives one row: the caller goes on to its own error
   }
 }
 
 PropertiesPtr Model::Properties(const Variant& index) try {
-  PropertiesPtr found = propertyContext_->Find(index);
+  PropertiesPtr found = Held().Find(index);
   if (!found && index.IsText()) found = LoadQuietly(index.AsText());
   if (!found) PropertiesNotFound.Raise(index, found);
-  if (!found) Raise(errItem_Properties, "Properties", {NotFoundText(index)});
+  if (!found) Raise(errItem_Properties, "Properties", {IndexText(index)});
   return found;
 } catch (...) { Failed("Properties"); }
 
 PropertyPtr Model::FindProperty(const Variant& index, PropertyPtr parameter) try {
   const PropertyKey key{.Index = index, .Parameter = parameter};
-  PropertyPtr found = propertyContext_->Find(key);
+  PropertyPtr found = Held().Find(key);
   if (!found) PropertyNotFound.Raise(index, parameter, found);
-  if (!found) {
-    const std::string shown = parameter ? parameter->Details() : "(Nothing)";
-    Raise(errItem_Property, "FindProperty", {PropertyIndexText(index), "", "", shown});
-  }
+  if (!found) Raise(errItem_Property, "FindProperty", PropertyKeyTexts(key));
   return found;
 } catch (...) { Failed("FindProperty"); }
 
-std::int32_t Model::PropertyCount() { return propertyContext_->PropertyCount(); }
-std::int32_t Model::PropertiesCount() { return propertyContext_->Count(); }
-IdentifierPtr Model::Identifier() { return propertyContext_->Identifier(); }
+std::int32_t Model::PropertyCount() { return Held().PropertyCount(); }
+std::int32_t Model::PropertiesCount() { return Held().Count(); }
+IdentifierPtr Model::Identifier() { return Held().Identifier(); }
 IdentifierPtr Model::ParentIdentifier() { return parentIdentifier_; }
 
-std::string Model::Key(KeyFormatPtr keyFormat) try { return propertyContext_->Key(std::move(keyFormat)); } catch (...) {
+std::string Model::Key(KeyFormatPtr keyFormat) try { return Held().Key(std::move(keyFormat)); } catch (...) {
   Failed("Key");
 }
 
-bool Model::Dirty() { return propertyContext_->DirtyValues(); }
-bool Model::Modifiable() { return propertyContext_->Modifiable(); }
-zEditFlags Model::EditFlags() { return propertyContext_->EditFlags(); }
-std::string Model::EditFlagsDisplay() { return propertyContext_->EditFlagsDisplay(); }
-zStateFlags Model::StateFlags() { return propertyContext_->StateFlags(); }
-std::string Model::StateFlagsDisplay() { return propertyContext_->StateFlagsDisplay(); }
+bool Model::Dirty() { return Held().DirtyValues(); }
+bool Model::Modifiable() { return Held().Modifiable(); }
+zEditFlags Model::EditFlags() { return Held().EditFlags(); }
+std::string Model::EditFlagsDisplay() { return Held().EditFlagsDisplay(); }
+zStateFlags Model::StateFlags() { return Held().StateFlags(); }
+std::string Model::StateFlagsDisplay() { return Held().StateFlagsDisplay(); }
 
 std::string Model::Details() {
   const IdentifierPtr identifier = Identifier();
@@ -113,19 +103,19 @@ std::string Model::Details() {
 
 void Model::Update(bool recursive) try {
   if (BeforeUpdate.Raise()) return;
-  propertyContext_->Update();
+  Held().Update();
   if (recursive && businessContext_) businessContext_->Update();
   AfterUpdate.Raise();
 } catch (...) { Failed("Update"); }
 
 void Model::Delete(bool recursive) try {
   if (BeforePendingDelete.Raise()) return;
-  propertyContext_->Delete();
+  Held().Delete();
   if (recursive && businessContext_) businessContext_->Delete();
   AfterPendingDelete.Raise();
 } catch (...) { Failed("Delete"); }
 
-void Model::Undo() try { propertyContext_->Undo(); } catch (...) {
+void Model::Undo() try { Held().Undo(); } catch (...) {
   Failed("Undo");
 }
 

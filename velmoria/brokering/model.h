@@ -70,6 +70,7 @@ class VELMORIA_API Model final : public IBusinessObject, public Reporting, publi
   std::string StateDetails() const override;
 
  private:
+  velmoria::PropertyContext& Held() const;
   PropertiesPtr LoadQuietly(const std::string& actionName);
 
   PropertyContextPtr propertyContext_;

@@ -1,5 +1,7 @@
 #include "velmoria/properties/property_context.h"
 
+#include <limits>
+
 #include "velmoria/brokering/business_context_impl.h"
 #include "velmoria/brokering/identifier.h"
 #include "velmoria/brokering/index_text_impl.h"
@@ -9,21 +11,9 @@
 #include "velmoria/core/insert_at_impl.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/property.h"
+#include "velmoria/properties/property_texts_impl.h"
 
 namespace velmoria {
-
-namespace {
-
-std::string NotFoundText(const Variant& index) {
-  return IndexText(index, {VarType::Integer, VarType::Long, VarType::Single, VarType::Double, VarType::Currency,
-                           VarType::Decimal, VarType::Byte});
-}
-
-std::string PropertyIndexText(const Variant& index) {
-  return index.IsNumber() ? index.AsText() : Quoted(index.IsText() ? index.AsText() : index.TypeName());
-}
-
-}  // namespace
 
 PropertyContext::PropertyContext() = default;
 PropertyContext::~PropertyContext() = default;
@@ -55,7 +45,7 @@ PropertiesPtr PropertyContext::Find(const Variant& index) {
 
 PropertiesPtr PropertyContext::Item(const Variant& index) try {
   PropertiesPtr found = Find(index);
-  if (!found) Raise(errItem_Properties, "Item", {NotFoundText(index)});
+  if (!found) Raise(errItem_Properties, "Item", {IndexText(index)});
   return found;
 } catch (...) { Failed("Item"); }
 
@@ -67,10 +57,13 @@ std::int32_t PropertyContext::PropertyCount() const {
   return count;
 }
 
-PropertyPtr PropertyContext::FindByNumber(std::int64_t number) const {
+PropertyPtr PropertyContext::FindByNumber(const Variant& index) const {
+  constexpr double highest = std::numeric_limits<std::int32_t>::max();
+  if (const double asked = index.AsDouble(); !(asked > 0 && asked <= highest)) return {};
+  std::int32_t number = index.AsLong();
   for (const auto& properties : items_) {
     const std::int32_t count = properties->Count();
-    if (number >= 1 && number <= count) return properties->Item(static_cast<std::int32_t>(number));
+    if (number >= 1 && number <= count) return properties->Item(number);
     number -= count;
   }
   return {};
@@ -84,7 +77,7 @@ PropertyPtr PropertyContext::FindByName(const PropertyKey& key) const {
 }
 
 PropertyPtr PropertyContext::Find(const PropertyKey& key) {
-  PropertyPtr found = key.Index.IsNumber() ? FindByNumber(key.Index.AsLong()) : FindByName(key);
+  PropertyPtr found = key.Index.IsNumber() ? FindByNumber(key.Index) : FindByName(key);
   if (!found) PropertyNotFound.Raise(key, found);
   return found;
 }
@@ -93,10 +86,7 @@ PropertyPtr PropertyContext::FindProperty(const Variant& index) { return FindPro
 
 PropertyPtr PropertyContext::FindProperty(const PropertyKey& key) try {
   PropertyPtr found = Find(key);
-  if (!found) {
-    const std::string parameter = key.Parameter ? key.Parameter->Details() : "(Nothing)";
-    Raise(errItem_Property, "FindProperty", {PropertyIndexText(key.Index), key.SourceName, key.SourceKey, parameter});
-  }
+  if (!found) Raise(errItem_Property, "FindProperty", PropertyKeyTexts(key));
   return found;
 } catch (...) { Failed("FindProperty"); }
 
@@ -111,10 +101,13 @@ void PropertyContext::Insert(PropertiesPtr item, const Position& position) {
 
 void PropertyContext::Add(PropertiesPtr item, const Position& position) try {
   if (noAdd_) Raise(errNotSupported_Add, "Add");
+  if (!item) Fail(RuntimeFailure::ObjectNotSet);
   if (BeforeAdd.Raise(*item)) return;
   Insert(item, position);
   AfterAdd.Raise(*item);
 } catch (...) { Failed("Add"); }
+
+void PropertyContext::SetupItem(PropertiesPtr item, const Position& position) { Add(std::move(item), position); }
 
 void PropertyContext::Remove(const Variant& index) try {
   if (noRemove_) Raise(errNotSupported_Remove, "Remove");
@@ -124,14 +117,14 @@ void PropertyContext::Remove(const Variant& index) try {
   AfterRemove.Raise(*item);
 } catch (...) {
   if (noRemove_) Failed("Remove");
-  Failed("Remove", errRemove_Properties, {NotFoundText(index)});
+  Failed("Remove", errRemove_Properties, {IndexText(index)});
 }
 
 BusinessContext& PropertyContext::Broker(std::string_view routine) {
   if (transient_) Raise(errPropertyContext_Transient, routine);
   if (!businessContext_) {
     auto broker = Make<BusinessContext>();
-    broker->Setup({.ServerName = identifier_->ServerName(), .ClassName = identifier_->ClassName()});
+    broker->Setup({.ServerName = Identity().ServerName(), .ClassName = Identity().ClassName()});
     businessContext_ = broker;
   }
   return *businessContext_;
@@ -175,10 +168,15 @@ void PropertyContext::SetParameters(PropertiesPtr value) try {
 
 IdentifierPtr PropertyContext::Identifier() const { return identifier_; }
 
+const Identifier& PropertyContext::Identity() const {
+  if (!identifier_) Fail(RuntimeFailure::ObjectNotSet);
+  return *identifier_;
+}
+
 std::string PropertyContext::PropertiesKey(velmoria::KeyFormat& format) {
   const std::string separator = format.Separator();
   std::string key;
-  if (format.Mixed()) key = identifier_->ServerName() + separator + identifier_->ClassName();
+  if (format.Mixed()) key = Identity().ServerName() + separator + Identity().ClassName();
   for (const auto& member : *format.Properties()) {
     const PropertyPtr found = FindProperty(PropertyKey{.Parameter = member});
     // A separator stands before the first name and two between a name and its value: stored keys compare exactly.
@@ -192,7 +190,7 @@ std::string PropertyContext::PropertiesKey(velmoria::KeyFormat& format) {
 std::string PropertyContext::Key(KeyFormatPtr keyFormat) try {
   if (!keyFormat) keyFormat = Apartment().DefaultKeyFormat;
   const bool byProperties = keyFormat->Properties()->Count() > 0;
-  std::string key = byProperties ? PropertiesKey(*keyFormat) : identifier_->Key(keyFormat);
+  std::string key = byProperties ? PropertiesKey(*keyFormat) : Identity().Key(keyFormat);
   if (keyFormat->EmptyKey()) Raise(errNotSupported_Key, "Key", {key});
   return key;
 } catch (...) { Failed("Key"); }

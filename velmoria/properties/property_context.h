@@ -53,7 +53,7 @@ class VELMORIA_API PropertyContext final : public Object,
 
   /// Raises 15082 when adding is not supported, 15013 when both positions are given.
   void Add(PropertiesPtr item, const Position& position = {});
-  void SetupItem(PropertiesPtr item, const Position& position = {}) { Add(std::move(item), position); }
+  void SetupItem(PropertiesPtr item, const Position& position = {});
   /// Raises 15083 when removing is not supported, 15071 for an unknown index.
   void Remove(const Variant& index);
 
@@ -109,12 +109,13 @@ class VELMORIA_API PropertyContext final : public Object,
   std::string StateDetails() const override;
 
  private:
-  PropertyPtr FindByNumber(std::int64_t number) const;
+  PropertyPtr FindByNumber(const Variant& index) const;
   PropertyPtr FindByName(const PropertyKey& key) const;
   std::string PropertiesKey(velmoria::KeyFormat& format);
   void Insert(PropertiesPtr item, const Position& position);
   void LetSupports(bool& refusal, bool supported, std::string_view routine);
   BusinessContext& Broker(std::string_view routine);
+  const velmoria::Identifier& Identity() const;
 
   KeyedList<PropertiesPtr> items_;
   IdentifierPtr identifier_;

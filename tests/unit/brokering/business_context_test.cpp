@@ -169,7 +169,7 @@ TEST_F(BusinessContextTest, IdentifierSelectsServerClassAndSingleAction) {
 }
 
 TEST_F(BusinessContextTest, KeyValuesFillTheIdentifierInOrder) {
-  const auto context = NewContext({.ClassName = "Line"});
+  const auto context = NewContext({.ClassName = "Line", .ActionName = "Get"});
   context->SetKeyValue1(7);
   context->SetKeyValue2(2);
   EXPECT_EQ(context->Parameters()->Item("OrderId")->Value(), Variant(7));
@@ -177,15 +177,23 @@ TEST_F(BusinessContextTest, KeyValuesFillTheIdentifierInOrder) {
 }
 
 TEST_F(BusinessContextTest, SurplusKeyValueIsIgnored) {
-  const auto context = NewContext({.ClassName = "Line"});
+  const auto context = NewContext({.ClassName = "Line", .ActionName = "Get"});
   context->SetKeyValue1(7);
   context->SetKeyValue2(2);
   context->SetKeyValue3(9);
   EXPECT_EQ(context->Parameters()->Count(), 2);
 }
 
+TEST_F(BusinessContextTest, ParametersWithoutActionTakeTheDefaultActionWhichClearsTheKeyValues) {
+  const auto context = NewContext({.ClassName = "Line"});
+  context->SetKeyValue1(7);
+  EXPECT_EQ(context->Parameters()->Count(), 0);
+  EXPECT_EQ(context->ActionName(), "Get");
+  EXPECT_TRUE(context->KeyValue1().IsEmpty());
+}
+
 TEST_F(BusinessContextTest, ChangedKeyValueEmptiesIdentifierAndParameters) {
-  const auto context = NewContext({.ClassName = "Order"});
+  const auto context = NewContext({.ClassName = "Order", .ActionName = "Get"});
   context->SetKeyValue1(7);
   const PropertiesPtr first = context->Parameters();
   context->SetKeyValue1(7);

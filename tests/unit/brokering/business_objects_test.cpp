@@ -1,0 +1,325 @@
+#include "velmoria/brokering/business_objects.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/expect_raised.h"
+#include "tests/support/scoped_apartment.h"
+#include "velmoria/velmoria.h"
+
+namespace velmoria::test {
+namespace {
+
+/// A business object of a host without a database: it has a key and counts what is done to it.
+class NamedObject final : public BusinessObject {
+ public:
+  explicit NamedObject(std::string key) : key_(std::move(key)) {}
+  std::string Key(KeyFormatPtr) override { return key_; }
+  zEditFlags EditFlags() override { return Edits; }
+  zStateFlags StateFlags() override { return State; }
+  bool Dirty() override { return IsDirty; }
+  bool Modifiable() override { return IsModifiable; }
+  void Update() override {
+    if (Fails) Fail(RuntimeFailure::DeviceError);
+    ++Updates;
+  }
+  void Delete() override { ++Deletes; }
+  void Undo() override { ++Undos; }
+
+  zEditFlags Edits = efAll;
+  zStateFlags State = sfpersistent;
+  bool IsDirty = false;
+  bool IsModifiable = true;
+  bool Fails = false;
+  int Updates = 0;
+  int Deletes = 0;
+  int Undos = 0;
+
+ private:
+  std::string key_;
+};
+
+class BusinessObjectsTest : public testing::Test {
+ protected:
+  static Ref<NamedObject> Named(const std::string& key) { return Make<NamedObject>(key); }
+  static BusinessObjectsPtr NewCollection(KeyFormatPtr format = {}, bool supportsAdd = true, bool locked = false,
+                                          bool supportsRemove = true) {
+    auto collection = Make<BusinessObjects>();
+    collection->SetupTransient("People", std::move(format), supportsAdd, locked, {}, supportsRemove);
+    return collection;
+  }
+  static std::string Keys(IBusinessObjects& collection) {
+    std::string keys;
+    for (const auto& member : collection) keys += member->Key();
+    return keys;
+  }
+
+  ScopedApartment apartment_;
+};
+
+TEST_F(BusinessObjectsTest, TransientCollectionIsCompleteAtOnce) {
+  const auto people = NewCollection();
+  EXPECT_EQ(people->CollectionType(), cltInitialized);
+  EXPECT_EQ(people->Name(), "People");
+  EXPECT_EQ(people->Count(), 0);
+  EXPECT_EQ(people->Details(), "BusinessObjects Count 0  Name: 'People'");
+}
+
+TEST_F(BusinessObjectsTest, TransientCollectionTakesACopyOfTheDefaultFormat) {
+  const auto people = NewCollection();
+  people->KeyFormat()->SetSeparator("/");
+  EXPECT_EQ(NewCollection()->KeyFormat()->Separator(), "");
+}
+
+TEST_F(BusinessObjectsTest, MembersAreFoundByPositionAndKey) {
+  const auto people = NewCollection();
+  const auto anna = Named("anna");
+  people->Add(anna);
+  for (const Variant& index :
+       {Variant(1), Variant(std::int16_t{1}), Variant(1.0), Variant(Decimal::From(std::int64_t{1})), Variant(Byte{1}),
+        Variant("anna"), Variant("ANNA")}) {
+    EXPECT_EQ(people->Item(index), anna) << index.TypeName();
+  }
+}
+
+TEST_F(BusinessObjectsTest, UnknownIndexIsShownByItsType) {
+  const auto people = NewCollection();
+  const std::pair<Variant, const char*> cases[] = {
+      {7, "Index: 7"},           {7.5, "Index: 7.5"},        {"bob", "Index: 'bob'"},
+      {7.0F, "Index: (Single)"}, {true, "Index: (Boolean)"}, {Variant{}, "Index: (Empty)"}};
+  for (const auto& [index, text] : cases) {
+    SCOPED_TRACE(text);
+    ExpectRaised(errItem_BusinessObject, [&] { people->Item(index); }, {.Text = text});
+  }
+}
+
+TEST_F(BusinessObjectsTest, ListenerOfItemNotFoundSuppliesTheObject) {
+  const auto people = NewCollection();
+  const auto bob = Named("bob");
+  people->ItemNotFound += [&](const Variant&, IBusinessObjectPtr& Item) { Item = bob; };
+  EXPECT_EQ(people->Item("bob"), bob);
+}
+
+TEST_F(BusinessObjectsTest, FormatWithoutStringKeysRefusesAKeyOnEveryPath) {
+  const auto people = NewCollection(Framework{}.CreateKeyFormat({.EmptyKey = true}));
+  people->Add(Named("anna"));
+  ExpectRaised(errNotSupported_Key, [&] { people->Item("anna"); }, {.Text = "Key: 'anna'"});
+  ExpectRaised(errNotSupported_Key, [&] { people->Remove("anna"); });
+  EXPECT_NE(people->Item(1), nullptr);
+}
+
+TEST_F(BusinessObjectsTest, AddPlacesByPosition) {
+  const auto people = NewCollection();
+  people->Add(Named("a"));
+  people->Add(Named("c"));
+  people->Add(Named("b"), {.Before = "c"});
+  people->Add(Named("d"), {.After = 3});
+  EXPECT_EQ(Keys(*people), "abcd");
+}
+
+TEST_F(BusinessObjectsTest, AddWithBothPositionsIsRefused) {
+  const auto people = NewCollection();
+  ExpectRaised(
+      errAdd_BusinessObject, [&] { people->Add(Named("a"), {.Before = 1, .After = 2}); },
+      {.Text = "Key: 'a'  Before: '1'  After: '2'\r\nPassing both Before and After arguments is not allowed."});
+}
+
+TEST_F(BusinessObjectsTest, AddIsRefusedWhenNotSupported) {
+  const auto people = NewCollection({}, false);
+  ExpectRaised(errNotSupported_Add, [&] { people->Add(Named("a")); });
+}
+
+TEST_F(BusinessObjectsTest, CancelledAddAndRemoveChangeNothing) {
+  const auto people = NewCollection();
+  people->Add(Named("a"));
+  people->BeforeAdd += [](IBusinessObject&, bool& Cancel) { Cancel = true; };
+  people->BeforeRemove += [](IBusinessObject&, bool& Cancel) { Cancel = true; };
+  people->Add(Named("b"));
+  people->Remove(1);
+  EXPECT_EQ(Keys(*people), "a");
+}
+
+TEST_F(BusinessObjectsTest, RemoveTakesByPositionAndByKey) {
+  const auto people = NewCollection();
+  for (const char* key : {"a", "b", "c"}) people->Add(Named(key));
+  people->Remove(2);
+  people->Remove("C");
+  EXPECT_EQ(Keys(*people), "a");
+}
+
+TEST_F(BusinessObjectsTest, RemoveIsRefusedWhenNotSupported) {
+  const auto people = NewCollection({}, true, false, false);
+  people->Add(Named("a"));
+  ExpectRaised(errNotSupported_Remove, [&] { people->Remove(1); });
+}
+
+TEST_F(BusinessObjectsTest, SetupItemNeedsADatabaseResult) {
+  const auto people = NewCollection();
+  ExpectRaised(errNotSupported_SetupBusinessObject, [&] { people->SetupItem(); });
+}
+
+TEST_F(BusinessObjectsTest, LockedCollectionRefusesItsSettings) {
+  const auto people = NewCollection({}, true, true);
+  ExpectRaised(errVelmoria_Locked, [&] { people->SetName("x"); });
+  ExpectRaised(errVelmoria_Locked, [&] { people->SetSupportsAdd(false); });
+  ExpectRaised(errVelmoria_Locked, [&] { people->SetSupportsRemove(false); });
+  ExpectRaised(errVelmoria_Locked, [&] { people->SetKeyFormat(Framework{}.CreateKeyFormat({})); });
+  people->SetLocked(false);
+  people->SetName("x");
+  EXPECT_EQ(people->Name(), "x");
+}
+
+TEST_F(BusinessObjectsTest, CollectionTypeOfATransientCollectionIsFixed) {
+  const auto people = NewCollection();
+  ExpectRaised(errVelmoria_Locked, [&] { people->SetCollectionType(cltOptimized); },
+               {.Text = "CollectionType must be set before objects are retrieved from the collection"});
+}
+
+TEST_F(BusinessObjectsTest, FormatThatHasBeenUsedIsLocked) {
+  const auto people = NewCollection();
+  EXPECT_FALSE(people->KeyFormat()->Locked());
+  people->Add(Named("a"));
+  EXPECT_TRUE(people->KeyFormat()->Locked());
+  ExpectRaised(errVelmoria_Locked, [&] { people->SetKeyFormat(Framework{}.CreateKeyFormat({})); });
+}
+
+TEST_F(BusinessObjectsTest, SetupAsAHostCollectionIsAlwaysRefused) {
+  const auto people = NewCollection();
+  ExpectRaised(errVelmoria_Locked, [&] { people->Setup(NewCollection()); });
+}
+
+TEST_F(BusinessObjectsTest, ModifiableAsksAllOrAny) {
+  const auto people = NewCollection();
+  EXPECT_TRUE(people->Modifiable(true));
+  EXPECT_FALSE(people->Modifiable(false));
+  const auto fixed = Named("a");
+  fixed->IsModifiable = false;
+  people->Add(fixed);
+  people->Add(Named("b"));
+  EXPECT_FALSE(people->Modifiable(true));
+  EXPECT_TRUE(people->Modifiable(false));
+}
+
+TEST_F(BusinessObjectsTest, FlagsAreThoseOfAllMembersTogether) {
+  const auto people = NewCollection();
+  const auto a = Named("a");
+  const auto b = Named("b");
+  a->Edits = efUpdate;
+  a->State = sfNew;
+  b->Edits = efDelete;
+  people->Add(a);
+  people->Add(b);
+  EXPECT_EQ(people->EditFlags(), efUpdate | efDelete);
+  EXPECT_EQ(people->StateFlags(), sfNew | sfpersistent);
+}
+
+class PersistenceWalkTest : public BusinessObjectsTest {
+ protected:
+  PersistenceWalkTest() {
+    for (const auto& member : {a_, b_, c_}) people_->Add(member);
+    people_->BeforeUpdate += [this](bool&) { heard_ += "<"; };
+    people_->BeforeItemUpdate += [this](IBusinessObject& item, bool&) { heard_ += item.Key(); };
+    people_->AfterItemUpdate += [this](IBusinessObject&) { heard_ += "."; };
+    people_->AfterUpdate += [this] { heard_ += ">"; };
+  }
+
+  BusinessObjectsPtr people_ = NewCollection();
+  Ref<NamedObject> a_ = Named("a");
+  Ref<NamedObject> b_ = Named("b");
+  Ref<NamedObject> c_ = Named("c");
+  std::string heard_;
+};
+
+TEST_F(PersistenceWalkTest, UntouchedMembersAreNotVisited) {
+  people_->Update();
+  EXPECT_EQ(heard_, "<>");
+}
+
+TEST_F(PersistenceWalkTest, DirtyMembersAreUpdatedInOrder) {
+  a_->IsDirty = c_->IsDirty = true;
+  people_->Update();
+  EXPECT_EQ(heard_, "<a.c.>");
+  EXPECT_EQ(a_->Updates + b_->Updates + c_->Updates, 2);
+}
+
+TEST_F(PersistenceWalkTest, CancelledMemberIsSkippedAndTheOthersAreWritten) {
+  a_->IsDirty = b_->IsDirty = c_->IsDirty = true;
+  people_->BeforeItemUpdate += [](IBusinessObject& item, bool& Cancel) { Cancel = item.Key() == "b"; };
+  people_->Update();
+  EXPECT_EQ(heard_, "<a.bc.>");
+  EXPECT_EQ(b_->Updates, 0);
+}
+
+TEST_F(PersistenceWalkTest, CancelledUpdateWritesNothingAndEndsSilently) {
+  a_->IsDirty = true;
+  people_->BeforeUpdate += [](bool& Cancel) { Cancel = true; };
+  people_->Update();
+  EXPECT_EQ(heard_, "<");
+}
+
+TEST_F(PersistenceWalkTest, FailureEndsTheWalkAndWhatWasWrittenStays) {
+  a_->IsDirty = b_->IsDirty = c_->IsDirty = true;
+  b_->Fails = true;
+  ExpectReported(RuntimeFailure::DeviceError, [&] { people_->Update(); });
+  EXPECT_EQ(heard_, "<a.b");
+  EXPECT_EQ(a_->Updates, 1);
+}
+
+TEST_F(PersistenceWalkTest, DirtyMemberWithoutEfUpdateIsPassedSilently) {
+  a_->IsDirty = true;
+  a_->Edits = efInsert;
+  people_->Update();
+  EXPECT_EQ(heard_, "<>");
+}
+
+TEST_F(PersistenceWalkTest, PendingDeleteUnderAnActionWithoutEfDeleteIsNotVisited) {
+  a_->State = b_->State = sfpersistent | sfpendingdelete;
+  b_->Edits = efUpdate;
+  people_->Update();
+  EXPECT_EQ(heard_, "<a.>");
+}
+
+TEST_F(PersistenceWalkTest, DeleteFlagsEachMemberThatMayBeDeleted) {
+  b_->Edits = efUpdate;
+  c_->State = sfdeleted;
+  std::string heard;
+  people_->BeforePendingDelete += [&](bool&) { heard += "<"; };
+  people_->BeforeItemPendingDelete += [&](IBusinessObject& item, bool&) { heard += item.Key(); };
+  people_->AfterItemPendingDelete += [&](IBusinessObject&) { heard += "."; };
+  people_->AfterPendingDelete += [&] { heard += ">"; };
+  people_->Delete();
+  EXPECT_EQ(heard, "<a.>");
+  EXPECT_EQ(a_->Deletes + b_->Deletes + c_->Deletes, 1);
+}
+
+TEST_F(PersistenceWalkTest, DeleteEndsAtTheLastMemberThoughAListenerSuppliesMore) {
+  people_->ItemNotFound += [&](const Variant&, IBusinessObjectPtr& Item) { Item = a_; };
+  people_->Delete();
+  EXPECT_EQ(a_->Deletes, 1);
+}
+
+TEST_F(PersistenceWalkTest, UndoReachesEveryMemberWithoutEvents) {
+  people_->Undo();
+  EXPECT_EQ(a_->Undos + b_->Undos + c_->Undos, 3);
+  EXPECT_EQ(heard_, "");
+}
+
+TEST_F(PersistenceWalkTest, DirtyIsThatOfAnyMember) {
+  EXPECT_FALSE(people_->Dirty());
+  c_->IsDirty = true;
+  EXPECT_TRUE(people_->Dirty());
+}
+
+TEST_F(PersistenceWalkTest, HeldCollectionsOfAContextAreWalkedAlike) {
+  auto context = Make<BusinessContext>();
+  context->Add(people_);
+  a_->IsDirty = true;
+  context->Update();
+  EXPECT_EQ(heard_, "<a.>");
+  context->Undo();
+  EXPECT_EQ(a_->Undos, 1);
+  context->Delete();
+  EXPECT_EQ(b_->Deletes, 1);
+}
+
+}  // namespace
+}  // namespace velmoria::test
