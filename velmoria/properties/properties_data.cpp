@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "velmoria/core/insert_at_impl.h"
 #include "velmoria/core/now.h"
 #include "velmoria/core/statistics.h"
-#include "velmoria/core/insert_at_impl.h"
 #include "velmoria/properties/property.h"
 #include "velmoria/properties/property_data.h"
 #include "velmoria/properties/property_texts_impl.h"

@@ -1,8 +1,8 @@
 #include <utility>
 
+#include "velmoria/core/insert_at_impl.h"
 #include "velmoria/data/recordset_impl.h"
 #include "velmoria/design/source_data.h"
-#include "velmoria/core/insert_at_impl.h"
 #include "velmoria/properties/properties_data.h"
 #include "velmoria/properties/properties_parts_impl.h"
 #include "velmoria/properties/property_data.h"
@@ -12,8 +12,7 @@ namespace velmoria {
 
 void Properties::Insert(const PropertyPtr& item, const Position& position, const char* routine) {
   if (position.IsBoth()) {
-    Raise(errAdd_Property, routine, PropertyAddTexts(item->Name(), position),
-          BothPositionsText);
+    Raise(errAdd_Property, routine, PropertyAddTexts(item->Name(), position), BothPositionsText);
   }
   auto& list = OwnItems().List;
   list.Insert(PlaceOf(list, position), item, item->Data()->Name());
