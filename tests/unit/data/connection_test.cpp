@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
-#include "tests/support/fake_driver.h"
+#include "tests/support/fake_odbc.h"
 #include "tests/support/scoped_apartment.h"
 #include "velmoria/core/messages.h"
 #include "velmoria/core/profile.h"
@@ -34,7 +34,7 @@ class ConnectionTest : public testing::Test {
   }
 
   ScopedApartment scope_;
-  std::shared_ptr<FakeDriver> driver_ = std::make_shared<FakeDriver>();
+  std::shared_ptr<FakeOdbc> driver_ = std::make_shared<FakeOdbc>();
 };
 
 struct TextCase {
@@ -163,18 +163,18 @@ TEST_F(ConnectionTest, DisconnectedItOpensAgainWithTheSameText) {
   connection->Disconnect();
   connection->Connect();
   EXPECT_EQ(driver_->Connects, (std::vector<std::string>{"a=b", "a=b"}));
-  EXPECT_EQ(driver_->Disconnects, 1);
+  EXPECT_EQ(driver_->CallsOf["Disconnect"], 1);
 }
 
 TEST_F(ConnectionTest, ADroppedConnectionClosesItsHandle) {
   Setup({.ConnectionType = ctText})->Connect();
   Apartment().ConnectionContext->Remove("");
-  EXPECT_EQ(driver_->Disconnects, 1);
+  EXPECT_EQ(driver_->CallsOf["Disconnect"], 1);
 }
 
 TEST_F(ConnectionTest, AFailedOpenNamesTheConnectionAndHintsAtTheEmptyPassword) {
-  driver_->FailConnect = true;
-  driver_->Why = {.State = "28000", .Text = "no entry", .Native = 18456};
+  driver_->FailName = "DriverConnect";
+  driver_->Diagnostics = {{"28000", 18456, "no entry"}};
   const auto connection = Setup({.ConnectionType = ctText, .UserName = "u"});
   ExpectRaised(errRDO_Connection, [&] { connection->Connect(); },
                {.Text = "Connections: ''  Database: 'Shop'  Engine: 'Generic ODBC'  Username: 'u'"});
@@ -184,8 +184,8 @@ TEST_F(ConnectionTest, AFailedOpenNamesTheConnectionAndHintsAtTheEmptyPassword) 
 }
 
 TEST_F(ConnectionTest, AFailedOpenKeepsTheDriversWordsAsWarning) {
-  driver_->FailConnect = true;
-  driver_->Why = {.State = "28000", .Text = "no entry", .Native = 18456};
+  driver_->FailName = "DriverConnect";
+  driver_->Diagnostics = {{"28000", 18456, "no entry"}};
   EXPECT_TRUE(Thrown([] { Setup({.ConnectionType = ctText})->Connect(); }));
   const auto message = scope_.Messages().Item("18456");
   ASSERT_TRUE(message);
@@ -194,34 +194,34 @@ TEST_F(ConnectionTest, AFailedOpenKeepsTheDriversWordsAsWarning) {
 }
 
 TEST_F(ConnectionTest, AFailedOpenWithAPasswordGivesNoHint) {
-  driver_->FailConnect = true;
-  driver_->Why = {.State = "28000"};
+  driver_->FailName = "DriverConnect";
+  driver_->Diagnostics = {{"28000", 0, "refused"}};
   const auto error = Thrown([] { Setup({.ConnectionType = ctText, .Password = "p"})->Connect(); });
   ASSERT_TRUE(error);
   EXPECT_EQ(error->Description().find("Password"), std::string::npos);
 }
 
 TEST_F(ConnectionTest, ADriverManagerThatFindsNothingIsHintedAt) {
-  driver_->FailConnect = true;
-  driver_->Why = {.State = "IM002", .Text = "Data source name not found"};
+  driver_->FailName = "DriverConnect";
+  driver_->Diagnostics = {{"IM002", 0, "Data source name not found"}};
   ExpectRaised(errRDO_Connection, [] { Setup({.ConnectionType = ctText})->Connect(); },
                {.Text = "Examine your ConnectionString, Could be a security issue, it may also have a problem finding "
                         "the DSN."});
 }
 
 TEST_F(ConnectionTest, AfterAFailedOpenTheNextUseTriesAgain) {
-  driver_->FailConnect = true;
-  driver_->Why = {.State = "08001"};
+  driver_->FailName = "DriverConnect";
+  driver_->Diagnostics = {{"08001", 0, "refused"}};
   const auto connection = Setup({.ConnectionType = ctText});
   EXPECT_TRUE(Thrown([&] { connection->Connect(); }));
   EXPECT_EQ(connection->Statistics()->Item("Open RDO Connection")->EndTime(), Date{});
-  driver_->FailConnect = false;
+  driver_->FailName.clear();
   connection->Connect();
   EXPECT_TRUE(connection->ConnectionOpen());
 }
 
 TEST_F(ConnectionTest, AFailedEnvironmentIsWhatTheCallerSees) {
-  driver_->FailEnvironment = true;
+  driver_->FailName = "SetEnvAttr";
   ExpectRaised(errRDO_Environment, [] { Setup({.ConnectionType = ctText, .UserName = "u"})->Connect(); },
                {.Text = "Connections: ''  Engine: 'Generic ODBC'  Username: 'u'"});
 }
@@ -261,14 +261,14 @@ TEST_F(ConnectionTest, ATransactionOpensTheConnectionAndSetsItsFlag) {
   connection->TransBegin();
   connection->TransRollback();
   EXPECT_FALSE(connection->TransStarted());
-  EXPECT_EQ(driver_->Ends, (std::vector<std::string>{"commit", "rollback"}));
+  EXPECT_EQ(driver_->Transactions, (std::vector<std::string>{"begin 1", "commit 1", "begin 1", "rollback 1"}));
 }
 
 TEST_F(ConnectionTest, AFailingCommitLeavesTheFlag) {
   const auto connection = Setup({.ConnectionType = ctText});
   connection->TransBegin();
-  driver_->FailEnd = true;
-  driver_->Why = {.State = "40001", .Native = 1205};
+  driver_->FailName = "EndTran";
+  driver_->Diagnostics = {{"40001", 1205, "refused"}};
   EXPECT_TRUE(Thrown([&] { connection->TransCommit(); }));
   EXPECT_TRUE(connection->TransStarted());
 }

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
-#include "tests/support/fake_driver.h"
+#include "tests/support/fake_odbc.h"
 #include "tests/support/scoped_apartment.h"
 #include "velmoria/core/messages.h"
 #include "velmoria/core/statistics.h"
@@ -32,7 +32,7 @@ class ConnectionsTest : public testing::Test {
   static ConnectionsPtr Group() { return Apartment().ConnectionContext->Item(""); }
 
   ScopedApartment scope_;
-  std::shared_ptr<FakeDriver> driver_ = std::make_shared<FakeDriver>();
+  std::shared_ptr<FakeOdbc> driver_ = std::make_shared<FakeOdbc>();
 };
 
 TEST_F(ConnectionsTest, ItemFindsByPositionAndByDatabaseNameInAnyCase) {
@@ -89,9 +89,9 @@ TEST_F(ConnectionsTest, AnEngineNotGivenIsThatOfTheFirstConnection) {
 TEST_F(ConnectionsTest, ConnectionsOfAnEngineShareOneEnvironment) {
   Add("A")->Connect();
   Add("B")->Connect();
-  EXPECT_EQ(driver_->Environments, 1);
+  EXPECT_EQ(driver_->CallsOf["SetEnvAttr"], 1);
   Add("C", engOracle)->Connect();
-  EXPECT_EQ(driver_->Environments, 2);
+  EXPECT_EQ(driver_->CallsOf["SetEnvAttr"], 2);
 }
 
 TEST_F(ConnectionsTest, TheFirstCallersLogOnStaysForTheEnvironment) {
@@ -120,7 +120,7 @@ TEST_F(ConnectionsTest, DisconnectClosesTheConnectionsOfOneEngineOnly) {
   EXPECT_FALSE(odbc->ConnectionOpen());
   EXPECT_TRUE(oracle->ConnectionOpen());
   odbc->Connect();
-  EXPECT_EQ(driver_->Environments, 3);
+  EXPECT_EQ(driver_->CallsOf["SetEnvAttr"], 3);
 }
 
 TEST_F(ConnectionsTest, DisconnectWithoutAnEngineFailsWhenItsEnvironmentIsOpen) {
@@ -147,7 +147,7 @@ TEST_F(ConnectionsTest, ATransactionCoversLaterConnectionsToo) {
   Add("B")->Connect();
   Group()->TransCommit(engODBC);
   EXPECT_FALSE(Group()->TransStarted(engODBC));
-  EXPECT_EQ(driver_->Ends, (std::vector<std::string>{"commit", "commit"}));
+  EXPECT_EQ(driver_->Transactions, (std::vector<std::string>{"begin 1", "begin 2", "commit 1", "commit 2"}));
 }
 
 TEST_F(ConnectionsTest, ATransactionCanBeTakenBack) {
@@ -155,7 +155,7 @@ TEST_F(ConnectionsTest, ATransactionCanBeTakenBack) {
   Group()->TransBegin();
   Group()->TransRollback();
   EXPECT_FALSE(Group()->TransStarted());
-  EXPECT_EQ(driver_->Ends, (std::vector<std::string>{"rollback"}));
+  EXPECT_EQ(driver_->Transactions, (std::vector<std::string>{"begin 1", "rollback 1"}));
 }
 
 TEST_F(ConnectionsTest, ATransactionWithoutAnEnvironmentFailsAndLeavesTheFlag) {
@@ -167,8 +167,8 @@ TEST_F(ConnectionsTest, ATransactionWithoutAnEnvironmentFailsAndLeavesTheFlag) {
 TEST_F(ConnectionsTest, AFailingCommitLeavesTheFlag) {
   Add("A")->Connect();
   Group()->TransBegin();
-  driver_->FailEnd = true;
-  driver_->Why = {.State = "40001"};
+  driver_->FailName = "EndTran";
+  driver_->Diagnostics = {{"40001", 0, "refused"}};
   EXPECT_TRUE(Thrown([] { Group()->TransCommit(); }));
   EXPECT_TRUE(Group()->TransStarted());
 }

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
-#include "tests/support/fake_driver.h"
+#include "tests/support/fake_odbc.h"
 #include "tests/support/one_action.h"
 #include "tests/support/scoped_apartment.h"
 #include "velmoria/brokering/identifier.h"
@@ -65,7 +65,7 @@ class SQLAgentTest : public testing::Test {
   }
 
   ScopedApartment scope_;
-  std::shared_ptr<FakeDriver> driver_ = std::make_shared<FakeDriver>();
+  std::shared_ptr<FakeOdbc> driver_ = std::make_shared<FakeOdbc>();
   std::unique_ptr<OneAction> design_;
   std::unique_ptr<SQLAgent> agent_;
 };
@@ -87,8 +87,7 @@ TEST_F(SQLAgentTest, ASourceTypeThatGivesNoRowsIsRefusedInATextThatNamesNoEngine
   Design();
   design_->Source->SetSourceType(stQueryDef);
   const auto name = design_->Source->SourceTypeName();
-  ExpectRaised(errInvalid_SourceType, [&] { MakeAgent(); },
-               {.Text = "SourceType: " + name + "  Engine: '|1|'"});
+  ExpectRaised(errInvalid_SourceType, [&] { MakeAgent(); }, {.Text = "SourceType: " + name + "  Engine: '|1|'"});
 }
 
 TEST_F(SQLAgentTest, DetailsJoinClassActionSourceConnectionAndParameters) {
@@ -106,7 +105,7 @@ TEST_F(SQLAgentTest, InitializeOpensNothing) {
 
 TEST_F(SQLAgentTest, AnInsertWithoutCounterIsExecutedAndLogged) {
   MakeAgent().InsertPersistentProperties(Row(7, "O'Brien"));
-  EXPECT_EQ(driver_->Statements, (std::vector<std::string>{"INSERT INTO orders ( Id, Name ) VALUES (7, 'O''Brien' )"}));
+  EXPECT_EQ(driver_->Texts, (std::vector<std::string>{"INSERT INTO orders ( Id, Name ) VALUES (7, 'O''Brien' )"}));
   const auto logged = scope_.Messages().Item("15129");
   ASSERT_TRUE(logged);
   EXPECT_EQ(logged->SeverityFlags(), svfInfo);
@@ -122,10 +121,10 @@ TEST_F(SQLAgentTest, OnlyTheLastStatementIsHeldAmongTheMessages) {
 
 TEST_F(SQLAgentTest, StatementsArePreparedUnlessPassedThrough) {
   MakeAgent().InsertPersistentProperties(Row(1, "a"));
-  EXPECT_EQ(driver_->Prepared, 1);
+  EXPECT_EQ(driver_->CallsOf["Prepare"], 1);
   design_->Source->SetOptionFlags(ofRDOPassthru);
   MakeAgent().InsertPersistentProperties(Row(2, "b"));
-  EXPECT_EQ(driver_->Prepared, 1);
+  EXPECT_EQ(driver_->CallsOf["Prepare"], 1);
 }
 
 TEST_F(SQLAgentTest, AnUpdateFindsTheRowByItsOldKey) {
@@ -133,21 +132,21 @@ TEST_F(SQLAgentTest, AnUpdateFindsTheRowByItsOldKey) {
   row->Item("Id")->SetValue(8);
   row->Item("Name")->SetValue("b");
   MakeAgent().UpdatePersistentProperties(row);
-  EXPECT_EQ(driver_->Statements.back(), "UPDATE orders SET Id = 8, Name = 'b' WHERE Id = 7");
+  EXPECT_EQ(driver_->Texts.back(), "UPDATE orders SET Id = 8, Name = 'b' WHERE Id = 7");
 }
 
 TEST_F(SQLAgentTest, ADeleteFindsTheRowByItsPresentKey) {
   const auto row = OldRow(7, "a");
   row->Item("Id")->SetValue(8);
   MakeAgent().DeletePersistentProperties(row);
-  EXPECT_EQ(driver_->Statements.back(), "DELETE FROM orders WHERE Id = 8");
+  EXPECT_EQ(driver_->Texts.back(), "DELETE FROM orders WHERE Id = 8");
 }
 
 TEST_F(SQLAgentTest, AMarkedParameterIsTheKeyInPlaceOfTheIdentifier) {
   const auto parameters = Parameter("Name", 3);
   parameters->Item("Name")->SetCopyMark(true);
   MakeAgent(parameters).DeletePersistentProperties(Row(7, "9"));
-  EXPECT_EQ(driver_->Statements.back().substr(0, 30), "DELETE FROM orders WHERE Name ");
+  EXPECT_EQ(driver_->Texts.back().substr(0, 30), "DELETE FROM orders WHERE Name ");
 }
 
 TEST_F(SQLAgentTest, WritingClearsTheMessages) {
@@ -158,8 +157,8 @@ TEST_F(SQLAgentTest, WritingClearsTheMessages) {
 
 TEST_F(SQLAgentTest, AFailedInsertCarriesTheDriversWordsBesideIt) {
   MakeAgent();
-  driver_->FailStatements = true;
-  driver_->Why = {.State = "23505", .Text = "duplicate", .Native = 2627};
+  driver_->FailName = "Prepare";
+  driver_->Diagnostics = {{"23505", 2627, "duplicate"}};
   EXPECT_TRUE(Thrown([&] { agent_->InsertPersistentProperties(Row(1, "a")); }));
   const auto message = scope_.Messages().Item("2627");
   ASSERT_TRUE(message);
@@ -170,8 +169,8 @@ TEST_F(SQLAgentTest, AFailedInsertCarriesTheDriversWordsBesideIt) {
 
 TEST_F(SQLAgentTest, AFailedUpdateOrDeleteIsNamed) {
   MakeAgent();
-  driver_->FailStatements = true;
-  driver_->Why = {.State = "40001", .Native = 1205};
+  driver_->FailName = "Prepare";
+  driver_->Diagnostics = {{"40001", 1205, "refused"}};
   ExpectRaised(errPersistence_Update, [&] { agent_->UpdatePersistentProperties(OldRow(1, "a")); });
   ExpectRaised(errPersistence_Delete, [&] { agent_->DeletePersistentProperties(Row(1, "a")); },
                {.Text = "Name/SQL: 'orders'"});
@@ -184,7 +183,7 @@ TEST_F(SQLAgentTest, ACounterSendsTheIdentityTextInTheSameRoundTrip) {
   design_->Class->Properties()->Item("Id")->SetFlags(pfcounter);
   ExpectRaised(errRDO_Identity_Insert, [&] { MakeAgent().InsertPersistentProperties(row); },
                {.Text = "Property: 'Id'"});
-  EXPECT_EQ(driver_->Statements.back(), "INSERT INTO orders ( Id, Name ) VALUES ( 1, 'a' ) SELECT 'Id' = @@IDENTITY");
+  EXPECT_EQ(driver_->Texts.back(), "INSERT INTO orders ( Id, Name ) VALUES ( 1, 'a' ) SELECT 'Id' = @@IDENTITY");
 }
 
 TEST_F(SQLAgentTest, ARequiredParameterWithoutValueIsNamed) {
@@ -207,26 +206,27 @@ TEST_F(SQLAgentTest, APassThroughStatementTakesNoOutputParameters) {
 TEST_F(SQLAgentTest, AParameterThatTheStatementDoesNotDeclareIsNotPassedOver) {
   Design({.SourceType = stSQL, .SourceText = "SELECT 1"});
   ExpectRaised(errRDO_Resultset, [&] { MakeAgent(Parameter("Year", 1998)).GetRecordset(nullptr, nullptr, false); });
-  EXPECT_TRUE(driver_->Statements.empty());
+  EXPECT_TRUE(driver_->Texts.empty());
 }
 
 TEST_F(SQLAgentTest, AnUndeclaredParameterWithoutValueIsPassedOver) {
   Design({.SourceType = stSQL, .SourceText = "SELECT 1"});
   const auto error = Thrown([&] { MakeAgent(Parameter("Year", {})).GetRecordset(nullptr, nullptr, false); });
-  EXPECT_EQ(driver_->Statements, (std::vector<std::string>{"SELECT 1"}));
+  EXPECT_EQ(driver_->Texts, (std::vector<std::string>{"SELECT 1"}));
 }
 
 struct OpenCase {
   zSourceTypes Type;
   zErrors Number;
+  const char* Call;
 };
 
 TEST_F(SQLAgentTest, AFailedOpenIsNamedByTheTypeOfTheSource) {
-  driver_->FailStatements = true;
-  driver_->Why = {.State = "42S02", .Native = 208};
+  driver_->Diagnostics = {{"42S02", 208, "no such table"}};
   Design({.SourceText = "t"});
-  for (const auto& row :
-       {OpenCase{stTable, errRDO_Table}, OpenCase{stView, errRDO_View}, OpenCase{stSQL, errRDO_SQL}}) {
+  for (const auto& row : {OpenCase{stTable, errRDO_Table, "ExecDirect"}, OpenCase{stView, errRDO_View, "ExecDirect"},
+                          OpenCase{stSQL, errRDO_SQL, "Prepare"}}) {
+    driver_->FailName = row.Call;
     design_->Source->SetSourceType(row.Type);
     ExpectRaised(row.Number, [&] { MakeAgent().GetRecordset(nullptr, nullptr, false); }, {.Text = ": t"});
   }
