@@ -73,7 +73,8 @@ std::size_t BlockFetch::FetchBlock() {
   const std::size_t rows = std::min<std::size_t>(fetched_, capacity_);
   const bool informed = code == SQL_SUCCESS_WITH_INFO;
   if (informed) RefuseFailedRows();
-  CompleteLongValues(rows, informed);
+  const auto isCut = [&](const Landing& landing) { return landing.HasCut(rows, informed); };
+  if (std::any_of(landings_.begin(), landings_.end(), isCut)) CompleteLongValues(rows, informed);
   return rows;
 }
 
@@ -84,15 +85,13 @@ void BlockFetch::RefuseFailedRows() const {
 }
 
 void BlockFetch::CompleteLongValues(std::size_t rows, bool informed) {
+  statement_.UnbindColumns();
+  SetArraySize(1);
+  repositioned_ = true;
   for (std::size_t row = 0; row < rows; ++row) {
     bool there = false;
     for (auto& landing : landings_) {
       if (!landing.IsCut(row, informed)) continue;
-      if (!repositioned_) {
-        statement_.UnbindColumns();
-        SetArraySize(1);
-        repositioned_ = true;
-      }
       if (!there) {
         statement_.Check(statement_.Calls().FetchScroll(statement_.Get(), SQL_FETCH_ABSOLUTE,
                                                         static_cast<Length>(rowsBefore_ + row + 1)));

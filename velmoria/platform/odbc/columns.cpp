@@ -72,10 +72,10 @@ std::string TextAttribute(Statement& statement, Word column, Word field) {
   return Succeeded(code) ? std::string(text.data()) : std::string();
 }
 
-Length NumberAttribute(Statement& statement, Word column, Word field) {
-  Length number = 0;
+Length NumberAttribute(Statement& statement, Word column, Word field, Length unknown = 0) {
+  Length number = unknown;
   const Code code = statement.Calls().ColAttribute(statement.Get(), column, field, nullptr, 0, nullptr, &number);
-  return Succeeded(code) ? number : 0;
+  return Succeeded(code) ? number : unknown;
 }
 
 void Describe(Statement& statement, Word column, ColumnInfo& info) {
@@ -104,6 +104,8 @@ ColumnInfo DescribeColumn(Statement& statement, Word column) {
   info.IsLong = row.Shape == Form::Long;
   info.IsFixed = row.Shape == Form::Fixed || row.Shape == Form::FixedText;
   info.IsText = row.Storage == Text || info.Type == rdTypeLONGVARCHAR;
+  // A driver may know from the table what it leaves open in the description.
+  if (NumberAttribute(statement, column, SQL_DESC_NULLABLE, SQL_NULLABLE_UNKNOWN) == SQL_NO_NULLS) info.Required = true;
   info.AutoIncrement = NumberAttribute(statement, column, SQL_DESC_AUTO_UNIQUE_VALUE) == SQL_TRUE;
   info.Updatable = NumberAttribute(statement, column, SQL_DESC_UPDATABLE) != SQL_ATTR_READONLY;
   info.BaseTable = TextAttribute(statement, column, SQL_DESC_BASE_TABLE_NAME);

@@ -30,13 +30,14 @@ struct Way {
   std::size_t SlotWidth;
 };
 
+// The narrow numbers land one size wider, because some drivers cut what does not fit without a word.
 constexpr std::array kWays = {
-    Way{ColumnStorage::Integer, SQL_C_SSHORT, true, 2},
-    Way{ColumnStorage::Long, SQL_C_SLONG, true, 4},
+    Way{ColumnStorage::Integer, SQL_C_SLONG, false, 4},
+    Way{ColumnStorage::Long, SQL_C_SBIGINT, false, 8},
     Way{ColumnStorage::BigInteger, SQL_C_SBIGINT, true, 8},
     Way{ColumnStorage::Single, SQL_C_FLOAT, true, 4},
     Way{ColumnStorage::Double, SQL_C_DOUBLE, true, 8},
-    Way{ColumnStorage::Byte, SQL_C_UTINYINT, true, 1},
+    Way{ColumnStorage::Byte, SQL_C_SSHORT, false, 2},
     Way{ColumnStorage::Boolean, SQL_C_BIT, true, 1},
     Way{ColumnStorage::Decimal, SQL_C_CHAR, false, kNumberText},
     Way{ColumnStorage::Date, SQL_C_TYPE_TIMESTAMP, false, sizeof(SQL_TIMESTAMP_STRUCT)},
@@ -58,6 +59,13 @@ T Load(const std::byte* place) {
   T value;
   std::memcpy(&value, place, sizeof value);
   return value;
+}
+
+template <class To, class From>
+To Narrowed(From number) {
+  if (number < std::numeric_limits<To>::min() || number > std::numeric_limits<To>::max())
+    Fail(RuntimeFailure::Overflow);
+  return static_cast<To>(number);
 }
 
 double DaysOf(const SQL_TIMESTAMP_STRUCT& stamp) {
@@ -145,6 +153,14 @@ bool Landing::IsCut(std::size_t row, bool informed) const noexcept {
   return informed && length == static_cast<Length>(slotWidth_) - 1;
 }
 
+bool Landing::HasCut(std::size_t rows, bool informed) const noexcept {
+  if (!CanOverflow()) return false;
+  for (std::size_t row = 0; row < rows; ++row) {
+    if (IsCut(row, informed)) return true;
+  }
+  return false;
+}
+
 std::string_view Landing::SlotAt(std::size_t row) const noexcept {
   return {reinterpret_cast<const char*>(slots_.get() + row * slotWidth_), static_cast<std::size_t>(indicators_[row])};
 }
@@ -153,6 +169,27 @@ std::string_view Landing::TextAt(std::size_t row) const {
   if (IsNull(row)) return {};
   const auto whole = whole_.find(row);
   return whole == whole_.end() ? SlotAt(row) : std::string_view(whole->second);
+}
+
+template <class T, class Conversion>
+void Landing::Convert(RowChunk::Column& column, std::size_t rows, Conversion convert) const {
+  column.Values = std::make_unique_for_overwrite<std::byte[]>(rows * sizeof(T));
+  for (std::size_t row = 0; row < rows; ++row) {
+    T value{};
+    if (!IsNull(row)) {
+      try {
+        value = convert(row);
+      } catch (const Error& error) {
+        throw Error(error.Number(), error.Description() + " in the column '" + name_ + "'");
+      }
+    }
+    std::memcpy(column.Values.get() + row * sizeof(T), &value, sizeof(T));
+  }
+}
+
+template <class From>
+From Landing::Slot(std::size_t row) const {
+  return Load<From>(slots_.get() + row * slotWidth_);
 }
 
 RowChunk::Column Landing::Finish(std::size_t rows) {
@@ -164,18 +201,31 @@ RowChunk::Column Landing::Finish(std::size_t rows) {
     KeepFixed(column, rows);
   } else if (storage_ == ColumnStorage::Text) {
     FinishText(column, rows);
-  } else if (storage_ == ColumnStorage::Decimal) {
-    FinishConverted<Decimal>(column, rows, [this](std::size_t row) { return Decimal::Parse(TextAt(row)); });
-  } else if (cType_ == SQL_C_TYPE_TIME) {
-    FinishConverted<double>(column, rows, [this](std::size_t row) {
-      return DaysOf(Load<SQL_TIME_STRUCT>(slots_.get() + row * slotWidth_));
-    });
   } else {
-    FinishConverted<double>(column, rows, [this](std::size_t row) {
-      return DaysOf(Load<SQL_TIMESTAMP_STRUCT>(slots_.get() + row * slotWidth_));
-    });
+    FinishConverted(column, rows);
   }
   return column;
+}
+
+void Landing::FinishConverted(RowChunk::Column& column, std::size_t rows) const {
+  switch (storage_) {
+    case ColumnStorage::Integer:
+      return Convert<std::int16_t>(column, rows,
+                                   [this](auto row) { return Narrowed<std::int16_t>(Slot<std::int32_t>(row)); });
+    case ColumnStorage::Long:
+      return Convert<std::int32_t>(column, rows,
+                                   [this](auto row) { return Narrowed<std::int32_t>(Slot<std::int64_t>(row)); });
+    case ColumnStorage::Byte:
+      return Convert<Byte>(column, rows, [this](auto row) { return Narrowed<Byte>(Slot<std::int16_t>(row)); });
+    case ColumnStorage::Decimal:
+      return Convert<Decimal>(column, rows, [this](auto row) { return Decimal::Parse(TextAt(row)); });
+    default: break;
+  }
+  if (cType_ == SQL_C_TYPE_TIME) {
+    Convert<double>(column, rows, [this](auto row) { return DaysOf(Slot<SQL_TIME_STRUCT>(row)); });
+  } else {
+    Convert<double>(column, rows, [this](auto row) { return DaysOf(Slot<SQL_TIMESTAMP_STRUCT>(row)); });
+  }
 }
 
 void Landing::KeepFixed(RowChunk::Column& column, std::size_t rows) {
@@ -202,22 +252,6 @@ void Landing::FinishText(RowChunk::Column& column, std::size_t rows) const {
     const std::string_view text = !whole_.empty() ? TextAt(row) : IsNull(row) ? std::string_view() : SlotAt(row);
     if (!text.empty()) std::memcpy(place, text.data(), text.size());
     place += text.size();
-  }
-}
-
-template <class T, class Convert>
-void Landing::FinishConverted(RowChunk::Column& column, std::size_t rows, Convert convert) const {
-  column.Values = std::make_unique_for_overwrite<std::byte[]>(rows * sizeof(T));
-  for (std::size_t row = 0; row < rows; ++row) {
-    T value{};
-    if (!IsNull(row)) {
-      try {
-        value = convert(row);
-      } catch (const Error& error) {
-        throw Error(error.Number(), error.Description() + " in the column '" + name_ + "'");
-      }
-    }
-    std::memcpy(column.Values.get() + row * sizeof(T), &value, sizeof(T));
   }
 }
 

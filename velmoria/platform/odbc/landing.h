@@ -31,6 +31,8 @@ class Landing {
   void Read(Statement& statement, std::size_t row);
   /// Whether the value of a row did not fit; `informed` tells that the driver gave information with the fetch.
   bool IsCut(std::size_t row, bool informed) const noexcept;
+  /// Whether any of the first `rows` values did not fit.
+  bool HasCut(std::size_t rows, bool informed) const noexcept;
   /// The chunk's column, made of the first `rows` rows.
   RowChunk::Column Finish(std::size_t rows);
 
@@ -42,8 +44,11 @@ class Landing {
   void ReadRest(Statement& statement, std::size_t row);
   void KeepFixed(RowChunk::Column& column, std::size_t rows);
   void FinishText(RowChunk::Column& column, std::size_t rows) const;
-  template <class T, class Convert>
-  void FinishConverted(RowChunk::Column& column, std::size_t rows, Convert convert) const;
+  void FinishConverted(RowChunk::Column& column, std::size_t rows) const;
+  template <class T, class Conversion>
+  void Convert(RowChunk::Column& column, std::size_t rows, Conversion convert) const;
+  template <class From>
+  From Slot(std::size_t row) const;
   void MarkNulls(RowChunk::Column& column, std::size_t rows) const;
 
   std::string name_;

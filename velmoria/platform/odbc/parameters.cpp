@@ -87,6 +87,29 @@ bool HasTimeOfDay(const DateParts& parts) noexcept {
 
 bool IsOnDayZero(const DateParts& parts) noexcept { return parts.Year == 1899 && parts.Month == 12 && parts.Day == 30; }
 
+SQL_DATE_STRUCT DateOf(const DateParts& parts) noexcept {
+  SQL_DATE_STRUCT date{};
+  date.year = static_cast<SQLSMALLINT>(parts.Year);
+  date.month = static_cast<SQLUSMALLINT>(parts.Month);
+  date.day = static_cast<SQLUSMALLINT>(parts.Day);
+  return date;
+}
+
+SQL_TIME_STRUCT TimeOf(const DateParts& parts) noexcept {
+  SQL_TIME_STRUCT time{};
+  time.hour = static_cast<SQLUSMALLINT>(parts.Hour);
+  time.minute = static_cast<SQLUSMALLINT>(parts.Minute);
+  time.second = static_cast<SQLUSMALLINT>(parts.Second);
+  return time;
+}
+
+SQL_TIMESTAMP_STRUCT StampOf(const DateParts& parts) noexcept {
+  const auto date = DateOf(parts);
+  const auto time = TimeOf(parts);
+  const auto fraction = static_cast<SQLUINTEGER>(parts.Millisecond) * 1000000U;
+  return {date.year, date.month, date.day, time.hour, time.minute, time.second, fraction};
+}
+
 }  // namespace
 
 ParameterValues::ParameterValues() = default;
@@ -134,32 +157,18 @@ void ParameterValues::AddDate(Slot& slot, velmoria::Date date, std::int32_t type
   if (slot.Type == SQL_TYPE_DATE && !HasTimeOfDay(parts)) {
     slot.CType = SQL_C_TYPE_DATE;
     slot.Size = kDateSize;
-    slot.Indicator =
-        Store(slot.Fixed, SQL_DATE_STRUCT{static_cast<SQLSMALLINT>(parts.Year), static_cast<SQLUSMALLINT>(parts.Month),
-                                          static_cast<SQLUSMALLINT>(parts.Day)});
-    return;
-  }
-  if (slot.Type == SQL_TYPE_TIME && IsOnDayZero(parts)) {
+    slot.Indicator = Store(slot.Fixed, DateOf(parts));
+  } else if (slot.Type == SQL_TYPE_TIME && IsOnDayZero(parts)) {
     slot.CType = SQL_C_TYPE_TIME;
     slot.Size = kTimeSize;
-    slot.Indicator = Store(
-        slot.Fixed, SQL_TIME_STRUCT{static_cast<SQLUSMALLINT>(parts.Hour), static_cast<SQLUSMALLINT>(parts.Minute),
-                                    static_cast<SQLUSMALLINT>(parts.Second)});
-    return;
+    slot.Indicator = Store(slot.Fixed, TimeOf(parts));
+  } else {
+    slot.CType = SQL_C_TYPE_TIMESTAMP;
+    if (type == 0 || slot.Type == SQL_TYPE_DATE || slot.Type == SQL_TYPE_TIME) slot.Type = SQL_TYPE_TIMESTAMP;
+    slot.Size = kTimestampSize;
+    slot.Digits = kMillisecondDigits;
+    slot.Indicator = Store(slot.Fixed, StampOf(parts));
   }
-  slot.CType = SQL_C_TYPE_TIMESTAMP;
-  if (type == 0 || slot.Type == SQL_TYPE_DATE || slot.Type == SQL_TYPE_TIME) slot.Type = SQL_TYPE_TIMESTAMP;
-  slot.Size = kTimestampSize;
-  slot.Digits = kMillisecondDigits;
-  SQL_TIMESTAMP_STRUCT stamp{};
-  stamp.year = static_cast<SQLSMALLINT>(parts.Year);
-  stamp.month = static_cast<SQLUSMALLINT>(parts.Month);
-  stamp.day = static_cast<SQLUSMALLINT>(parts.Day);
-  stamp.hour = static_cast<SQLUSMALLINT>(parts.Hour);
-  stamp.minute = static_cast<SQLUSMALLINT>(parts.Minute);
-  stamp.second = static_cast<SQLUSMALLINT>(parts.Second);
-  stamp.fraction = static_cast<SQLUINTEGER>(parts.Millisecond) * 1000000U;
-  slot.Indicator = Store(slot.Fixed, stamp);
 }
 
 void ParameterValues::SetText(Slot& slot, std::string text) {

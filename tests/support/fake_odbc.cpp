@@ -1,0 +1,291 @@
+#include "tests/support/fake_odbc.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include <sql.h>
+#include <sqlext.h>
+
+namespace velmoria::test {
+namespace {
+
+std::string TextOf(const odbc::Char* text, odbc::Number length) {
+  const auto* const begin = reinterpret_cast<const char*>(text);
+  return length == SQL_NTS ? std::string(begin) : std::string(begin, static_cast<std::size_t>(length));
+}
+
+odbc::Small CopyText(const std::string& text, void* target, odbc::Length capacity) {
+  auto* const place = static_cast<char*>(target);
+  const std::size_t given = std::min(text.size(), static_cast<std::size_t>(capacity - 1));
+  std::memcpy(place, text.data(), given);
+  place[given] = '\0';
+  return static_cast<odbc::Small>(text.size());
+}
+
+template <class T>
+void Put(void* target, std::size_t row, T value) {
+  std::memcpy(static_cast<std::byte*>(target) + row * sizeof(T), &value, sizeof value);
+}
+
+SQL_TIMESTAMP_STRUCT StampOf(const std::string& text) {
+  SQL_TIMESTAMP_STRUCT stamp{};
+  unsigned year = 0;
+  std::sscanf(text.c_str(), "%u-%hu-%hu %hu:%hu:%hu", &year, &stamp.month, &stamp.day, &stamp.hour, &stamp.minute,
+              &stamp.second);
+  stamp.year = static_cast<SQLSMALLINT>(year);
+  return stamp;
+}
+
+odbc::ULength NumberOf(void* value) { return reinterpret_cast<std::uintptr_t>(value); }
+
+}  // namespace
+
+bool FakeOdbc::Enter(std::string_view name, Handle handle) {
+  ++CallCount;
+  const int ofName = ++CallsOf[std::string(name)];
+  if (handle != nullptr && !handles_.contains(handle)) {
+    ++Misuses;
+    return false;
+  }
+  return CallCount != FailAt && !(name == FailName && ofName >= FailNameFrom);
+}
+
+FakeOdbc::Code FakeOdbc::AllocHandle(Small kind, Handle parent, Handle* made) {
+  *made = nullptr;
+  if (!Enter("AllocHandle", parent)) return SQL_ERROR;
+  *made = reinterpret_cast<Handle>(++lastHandle_);
+  State state{};
+  state.Kind = kind;
+  state.Parent = parent;
+  if (kind == SQL_HANDLE_DBC) state.Number = ++connections_;
+  handles_.emplace(*made, std::move(state));
+  return SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::FreeHandle(Small, Handle handle) {
+  const bool hasChildren =
+      std::any_of(handles_.begin(), handles_.end(), [&](const auto& entry) { return entry.second.Parent == handle; });
+  if (hasChildren || handles_.erase(handle) == 0) ++Misuses;
+  return SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::GetDiagRec(Small, Handle, Small record, Char* state, Number* native, Char* text,
+                                    Small capacity, Small* length) {
+  if (static_cast<std::size_t>(record) > Diagnostics.size()) return SQL_NO_DATA;
+  const auto& diagnostic = Diagnostics[static_cast<std::size_t>(record) - 1];
+  CopyText(diagnostic.State, state, 6);
+  *native = diagnostic.Native;
+  *length = CopyText(diagnostic.Text, text, capacity);
+  return *length < capacity ? SQL_SUCCESS : SQL_SUCCESS_WITH_INFO;
+}
+
+FakeOdbc::Code FakeOdbc::SetEnvAttr(Handle environment, Number, Handle, Number) {
+  return Enter("SetEnvAttr", environment) ? SQL_SUCCESS : SQL_ERROR;
+}
+
+FakeOdbc::Code FakeOdbc::SetConnectAttr(Handle connection, Number attribute, Handle value, Number) {
+  if (!Enter("SetConnectAttr", connection)) return SQL_ERROR;
+  if (attribute == SQL_ATTR_ACCESS_MODE) ReadOnly = NumberOf(value) == SQL_MODE_READ_ONLY;
+  if (attribute == SQL_ATTR_AUTOCOMMIT && NumberOf(value) == SQL_AUTOCOMMIT_OFF) {
+    Transactions.push_back("begin " + std::to_string(Of(connection).Number));
+  }
+  return SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::DriverConnect(Handle connection, Handle, Char* text, Small length, Char*, Small, Small*,
+                                       Word completion) {
+  if (!Enter("DriverConnect", connection)) return SQL_ERROR;
+  Connects.push_back(TextOf(text, length));
+  Completions.push_back(completion);
+  return SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::Disconnect(Handle connection) {
+  return Enter("Disconnect", connection) ? SQL_SUCCESS : SQL_ERROR;
+}
+
+FakeOdbc::Code FakeOdbc::GetInfo(Handle connection, Word information, Handle value, Small capacity, Small* length) {
+  if (!Enter("GetInfo", connection)) return SQL_ERROR;
+  if (information == SQL_TXN_CAPABLE) {
+    Put<Word>(value, 0, TransactionCapable);
+  } else {
+    *length = CopyText(information == SQL_DBMS_NAME ? Server : "\"", value, capacity);
+  }
+  return SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::EndTran(Small, Handle handle, Small completion) {
+  if (!Enter("EndTran", handle)) return SQL_ERROR;
+  Transactions.push_back((completion == SQL_COMMIT ? "commit " : "rollback ") + std::to_string(Of(handle).Number));
+  return SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::SetStmtAttr(Handle statement, Number attribute, Handle value, Number) {
+  if (!Enter("SetStmtAttr", statement)) return SQL_ERROR;
+  State& state = Of(statement);
+  if (attribute == SQL_ATTR_CURSOR_TYPE) state.Scrolling = Scrolls && NumberOf(value) != SQL_CURSOR_FORWARD_ONLY;
+  if (attribute == SQL_ATTR_ROW_ARRAY_SIZE) state.ArraySize = NumberOf(value);
+  if (attribute == SQL_ATTR_ROW_STATUS_PTR) state.Status = static_cast<Word*>(value);
+  if (attribute == SQL_ATTR_ROWS_FETCHED_PTR) state.Fetched = static_cast<ULength*>(value);
+  LargestArray = std::max(LargestArray, state.ArraySize);
+  return SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::GetStmtAttr(Handle statement, Number, Handle value, Number, Number*) {
+  if (!Enter("GetStmtAttr", statement)) return SQL_ERROR;
+  Put<ULength>(value, 0, Of(statement).Scrolling ? SQL_CURSOR_STATIC : SQL_CURSOR_FORWARD_ONLY);
+  return SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::BindParameter(Handle statement, Word, Small, Small cType, Small type, ULength, Small,
+                                       Handle value, Length, Length* indicator) {
+  if (!Enter("BindParameter", statement)) return SQL_ERROR;
+  Of(statement).Bound.push_back({cType, type, value, indicator});
+  return SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::Prepare(Handle statement, Char* text, Number length) {
+  if (!Enter("Prepare", statement)) return SQL_ERROR;
+  Texts.push_back(TextOf(text, length));
+  return SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::Execute(Handle statement) {
+  return Enter("Execute", statement) ? Ran(statement) : Code{SQL_ERROR};
+}
+
+FakeOdbc::Code FakeOdbc::ExecDirect(Handle statement, Char* text, Number length) {
+  if (!Enter("ExecDirect", statement)) return SQL_ERROR;
+  Texts.push_back(TextOf(text, length));
+  return Ran(statement);
+}
+
+FakeOdbc::Code FakeOdbc::Ran(Handle statement) {
+  Parameters.clear();
+  for (const auto& bound : Of(statement).Bound) {
+    const bool isNull = *bound.Indicator == SQL_NULL_DATA;
+    const auto length = isNull ? std::size_t{0} : static_cast<std::size_t>(*bound.Indicator);
+    Parameters.push_back({bound.CType, bound.Type, isNull, std::string(static_cast<const char*>(bound.Value), length)});
+  }
+  Of(statement).Next = 0;
+  return NothingAffected ? SQL_NO_DATA : SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::RowCount(Handle statement, Length* rows) {
+  if (!Enter("RowCount", statement)) return SQL_ERROR;
+  *rows = static_cast<Length>(Rows.size());
+  return SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::FreeStmt(Handle statement, Word option) {
+  if (!handles_.contains(statement)) {
+    ++Misuses;
+    return SQL_INVALID_HANDLE;
+  }
+  if (option == SQL_UNBIND) Of(statement).Bindings.clear();
+  if (option == SQL_RESET_PARAMS) Of(statement).Bound.clear();
+  return SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::NumResultCols(Handle statement, Small* columns) {
+  if (!Enter("NumResultCols", statement)) return SQL_ERROR;
+  *columns = static_cast<Small>(Columns.size());
+  return SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::DescribeCol(Handle statement, Word column, Char* name, Small capacity, Small* nameLength,
+                                     Small* type, ULength* size, Small* digits, Small* nullable) {
+  if (!Enter("DescribeCol", statement)) return SQL_ERROR;
+  const Column& described = Columns.at(column - 1U);
+  *nameLength = CopyText(described.Name, name, capacity);
+  *type = described.Type;
+  *size = described.Size;
+  *digits = 0;
+  *nullable = SQL_NULLABLE;
+  return SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::ColAttribute(Handle statement, Word column, Word field, Handle text, Small capacity, Small*,
+                                      Length* number) {
+  if (!Enter("ColAttribute", statement)) return SQL_ERROR;
+  if (text != nullptr) CopyText("", text, capacity);
+  if (number != nullptr) *number = field == SQL_DESC_UNSIGNED && Columns.at(column - 1U).WithoutSign ? SQL_TRUE : 0;
+  if (number != nullptr && field == SQL_DESC_NULLABLE) *number = SQL_NULLABLE;
+  return SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::BindCol(Handle statement, Word column, Small cType, Handle value, Length capacity,
+                                 Length* indicator) {
+  if (!Enter("BindCol", statement)) return SQL_ERROR;
+  Of(statement).Bindings[column] = {cType, value, capacity, indicator};
+  return SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::Fetch(Handle statement) {
+  if (!Enter("Fetch", statement)) return SQL_ERROR;
+  return Give(Of(statement), Of(statement).Next);
+}
+
+FakeOdbc::Code FakeOdbc::FetchScroll(Handle statement, Small direction, Length offset) {
+  if (!Enter("FetchScroll", statement)) return SQL_ERROR;
+  State& state = Of(statement);
+  if (direction == SQL_FETCH_NEXT) return Give(state, state.Next);
+  return state.Scrolling ? Give(state, static_cast<std::size_t>(offset - 1)) : Code{SQL_ERROR};
+}
+
+FakeOdbc::Code FakeOdbc::Give(State& statement, std::size_t first) {
+  const std::size_t rows = first >= Rows.size() ? 0 : std::min<std::size_t>(statement.ArraySize, Rows.size() - first);
+  if (statement.Fetched != nullptr) *statement.Fetched = rows;
+  statement.Current = first;
+  statement.Next = first + rows;
+  statement.Given.clear();
+  if (rows == 0) return SQL_NO_DATA;
+  bool informed = false;
+  for (std::size_t row = 0; row < rows; ++row) {
+    const bool fails = FailingRow == first + row;
+    if (statement.Status != nullptr) statement.Status[row] = fails ? SQL_ROW_ERROR : SQL_ROW_SUCCESS;
+    informed = informed || fails;
+    for (const auto& [column, binding] : statement.Bindings) {
+      if (Deliver(Rows[first + row][column - 1U], binding, row) == SQL_SUCCESS_WITH_INFO) informed = true;
+    }
+  }
+  return informed ? SQL_SUCCESS_WITH_INFO : SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::GetData(Handle statement, Word column, Small cType, Handle value, Length capacity,
+                                 Length* indicator) {
+  if (!Enter("GetData", statement)) return SQL_ERROR;
+  State& state = Of(statement);
+  const auto& whole = Rows.at(state.Current).at(column - 1U);
+  std::size_t& given = state.Given[column];
+  if (!whole || cType != SQL_C_CHAR) return Deliver(whole, {cType, value, capacity, indicator}, 0);
+  const Code code = Deliver(whole->substr(given), {cType, value, capacity, indicator}, 0);
+  given += std::min(whole->size() - given, static_cast<std::size_t>(capacity - 1));
+  return code;
+}
+
+FakeOdbc::Code FakeOdbc::Deliver(const std::optional<std::string>& value, const Binding& binding, std::size_t row) {
+  Length& indicator = binding.Indicator[row];
+  indicator = SQL_NULL_DATA;
+  if (!value) return SQL_SUCCESS;
+  indicator = static_cast<Length>(value->size());
+  switch (binding.CType) {
+    case SQL_C_SLONG: Put(binding.Value, row, static_cast<std::int32_t>(std::atol(value->c_str()))); break;
+    case SQL_C_SSHORT: Put(binding.Value, row, static_cast<std::int16_t>(std::atol(value->c_str()))); break;
+    case SQL_C_SBIGINT: Put(binding.Value, row, std::int64_t{std::atoll(value->c_str())}); break;
+    case SQL_C_DOUBLE: Put(binding.Value, row, std::strtod(value->c_str(), nullptr)); break;
+    case SQL_C_FLOAT: Put(binding.Value, row, std::strtof(value->c_str(), nullptr)); break;
+    case SQL_C_BIT: Put(binding.Value, row, static_cast<unsigned char>(*value == "1" ? 1 : 0)); break;
+    case SQL_C_TYPE_TIMESTAMP: Put(binding.Value, row, StampOf(*value)); break;
+    default: {
+      auto* const slot = static_cast<std::byte*>(binding.Value) + row * static_cast<std::size_t>(binding.Capacity);
+      CopyText(*value, slot, binding.Capacity);
+      return indicator < binding.Capacity ? SQL_SUCCESS : SQL_SUCCESS_WITH_INFO;
+    }
+  }
+  return SQL_SUCCESS;
+}
+
+}  // namespace velmoria::test
