@@ -1,5 +1,5 @@
-#include <algorithm>
 #include <array>
+#include <cstddef>
 
 #include "velmoria/properties/typed_value_impl.h"
 
@@ -27,9 +27,17 @@ constexpr std::array kStorages{
     TypedStorage{dtByteArray, VarType::Array, [](const Variant& value) { return value; }},
 };
 
+// The rows stand in the order of their codes, from 1 on: every read of a Value comes by here.
+static_assert([] {
+  for (std::size_t place = 0; place < kStorages.size(); ++place) {
+    if (static_cast<std::size_t>(kStorages[place].DataType) != place + 1) return false;
+  }
+  return true;
+}());
+
 const TypedStorage* FindStorage(zDataTypes dataType) noexcept {
-  const auto found = std::ranges::find(kStorages, dataType, &TypedStorage::DataType);
-  return found == kStorages.end() ? nullptr : &*found;
+  const auto place = static_cast<std::size_t>(dataType) - 1;  // far out of range for dtVariant and other codes below 1
+  return place < kStorages.size() ? &kStorages[place] : nullptr;
 }
 
 }  // namespace
