@@ -49,7 +49,7 @@ class FakeOdbc final : public odbc::Calls {
   std::vector<Diagnostic> Diagnostics = {{"HY000", 7, "fake failure"}};
   std::string Server = "Fake";
   bool Scrolls = true;
-  Word TransactionCapable = 2;  // all statements
+  Word TransactionCapable = 2;   // all statements
   bool NothingAffected = false;  // an execution ends with "no data"
   std::optional<std::size_t> FailingRow;
 

@@ -8,11 +8,17 @@
 namespace velmoria::odbc {
 namespace {
 
-static_assert(std::is_same_v<Handle, SQLHANDLE> && std::is_same_v<Handle, SQLPOINTER>);
-static_assert(std::is_same_v<Code, SQLRETURN> && std::is_same_v<Small, SQLSMALLINT>);
-static_assert(std::is_same_v<Word, SQLUSMALLINT> && std::is_same_v<Char, SQLCHAR>);
+static_assert(std::is_same_v<Handle, SQLHANDLE>);
+static_assert(std::is_same_v<Handle, SQLPOINTER>);
+// NOLINTBEGIN(misc-redundant-expression)
+static_assert(std::is_same_v<Code, SQLRETURN>);
+static_assert(std::is_same_v<Small, SQLSMALLINT>);
+static_assert(std::is_same_v<Word, SQLUSMALLINT>);
+// NOLINTEND(misc-redundant-expression)
 static_assert(std::is_same_v<Number, SQLINTEGER>);
-static_assert(std::is_same_v<Length, SQLLEN> && std::is_same_v<ULength, SQLULEN>);
+static_assert(std::is_same_v<Length, SQLLEN>);
+static_assert(std::is_same_v<ULength, SQLULEN>);
+static_assert(std::is_same_v<Char, SQLCHAR>);
 
 class UnixOdbcCalls final : public Calls {
  public:

@@ -6,8 +6,8 @@ namespace velmoria {
 
 rdoEngine::rdoEngine() : rdoEngine(nullptr) {}
 
-rdoEngine::rdoEngine(std::shared_ptr<odbc::Calls> calls)
-    : driver_{.Calls = calls ? std::move(calls) : odbc::UnixOdbc(), .Errors = std::make_shared<odbc::EngineErrors>()} {}
+rdoEngine::rdoEngine(const std::shared_ptr<odbc::Calls>& calls)
+    : driver_{.Calls = calls ? calls : odbc::UnixOdbc(), .Errors = std::make_shared<odbc::EngineErrors>()} {}
 
 std::string_view rdoEngine::ReportedType() const noexcept { return "rdoEngine"; }
 

@@ -17,7 +17,8 @@ namespace velmoria {
 class rdoEngine : public Object {
  public:
   rdoEngine();
-  explicit rdoEngine(std::shared_ptr<odbc::Calls> calls);
+  /// Without a table the engine works with unixODBC.
+  explicit rdoEngine(const std::shared_ptr<odbc::Calls>& calls);
   std::string_view ReportedType() const noexcept override;
 
   /// What the driver said about the last failure, the first record first. Every call that talks to a driver empties it.

@@ -9,15 +9,15 @@ namespace {
 
 using BlockFetchTest = RdoTest;
 
+const std::string kStreet = "Stra\xC3\x9F" + std::string("e");  // the hexadecimal digits must not go on
+
 std::string Long(int row) { return std::string(static_cast<std::size_t>(5000 + row), 'x') + std::to_string(row); }
 
 TEST_F(BlockFetchTest, EveryStorageArrivesAsItsValue) {
   odbc->Columns = {{"i", 4},  {"s", 5},  {"b", -5}, {"d", 8},  {"r", 7}, {"n", 3},
                    {"t", 12}, {"y", -6}, {"f", -7}, {"w", 93}, {"l", -4}};
-  odbc->Rows = {{"-7", "300", "9007199254740993", "1.5", "2.5", "12.50",
-                 "Stra\xC3\x9F"
-                 "e",
-                 "200", "1", "2026-11-20 14:03:05", "never fetched"}};
+  odbc->Rows = {{"-7", "300", "9007199254740993", "1.5", "2.5", "12.50", kStreet, "200", "1", "2026-11-20 14:03:05",
+                 "never fetched"}};
   const auto block = OpenRows()->GetRows(5);
   EXPECT_EQ(block.Rows(), 1U);
   EXPECT_EQ(block.Value(0, 0), Variant(-7));
@@ -26,8 +26,7 @@ TEST_F(BlockFetchTest, EveryStorageArrivesAsItsValue) {
   EXPECT_EQ(block.Value(3, 0), Variant(1.5));
   EXPECT_EQ(block.Value(4, 0), Variant(2.5F));
   EXPECT_EQ(block.Value(5, 0).AsText(), "12.50");
-  EXPECT_EQ(block.Value(6, 0), Variant("Stra\xC3\x9F"
-                                       "e"));
+  EXPECT_EQ(block.Value(6, 0), Variant(kStreet));
   EXPECT_EQ(block.Value(7, 0), Variant(Byte{200}));
   EXPECT_EQ(block.Value(8, 0), Variant(true));
   EXPECT_EQ(block.Value(9, 0), Variant(Date::From(2026, 11, 20, 14, 3, 5)));

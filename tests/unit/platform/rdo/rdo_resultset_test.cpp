@@ -11,6 +11,7 @@ class RdoResultsetTest : public RdoTest {
  protected:
   static std::vector<int> Numbers(const RowBlock& block) {
     std::vector<int> numbers;
+    numbers.reserve(block.Rows());
     for (std::size_t row = 0; row < block.Rows(); ++row) numbers.push_back(block.Value(0, row).AsLong());
     return numbers;
   }
