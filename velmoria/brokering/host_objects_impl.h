@@ -16,7 +16,7 @@ Ref<Face> CreateHostObject(const std::string& component, std::string_view routin
   Suspension quiet{routine};
   try {
     return Ref<Face>(dynamic_cast<Face*>(Apartment().Platform.Components->Create(component).get()));
-  } catch (const std::exception&) {
+  } catch (...) {
     return {};  // a host class that fails while it is made counts as not created: the caller raises its own number
   }
 }

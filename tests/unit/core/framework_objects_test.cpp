@@ -1,3 +1,5 @@
+#include <new>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
@@ -12,11 +14,18 @@ constexpr const char* kNoClass = "\r\nCan't find Class in registered Servers.";
 
 class Stranger : public Object {};
 
+template <class Thrown>
+class Stillborn : public Object {
+ public:
+  Stillborn() { throw Thrown{}; }
+};
+
 class FrameworkObjectsTest : public testing::Test {
  protected:
   FrameworkObjectsTest() { Components::Register<HostCollection>("Sales.Orders"); }
   ~FrameworkObjectsTest() override {
-    for (const char* name : {"Sales.Orders", "Sales.Refusing", "Sales.Stranger"}) Components::Unregister(name);
+    for (const char* name : {"Sales.Orders", "Sales.Refusing", "Sales.Stranger", "Sales.Stillborn"})
+      Components::Unregister(name);
   }
 
   ScopedApartment apartment_;
@@ -108,6 +117,30 @@ TEST_F(FrameworkObjectsTest, MissingHostCollectionIsNamedAsTheClassNamesIt) {
   ASSERT_TRUE(error);
   EXPECT_EQ(error->CatalogueNumber(), 15167);
   EXPECT_EQ(error->Description().find("Sales.Unknown"), std::string::npos);
+}
+
+TEST_F(FrameworkObjectsTest, HostCollectionThatFailsWhileItIsMadeCountsAsNotThere) {
+  design_.Order->SetActiveXCollection("Sales.Stillborn");
+  const auto create = [&] { framework_.CreateBusinessObjects({.ClassName = "Order"}); };
+  Components::Register<Stillborn<std::bad_alloc>>("Sales.Stillborn");
+  ExpectRaised(errBusinessCollection_Create, create, {.Text = "Sales.Stillborn", .Count = 1});
+  Components::Register<Stillborn<int>>("Sales.Stillborn");
+  ExpectRaised(errBusinessCollection_Create, create, {.Text = "Sales.Stillborn", .Count = 1});
+}
+
+TEST_F(FrameworkObjectsTest, NothingStaysSuspendedBehindASearch) {
+  EXPECT_TRUE(Thrown([&] { framework_.CreateIdentifier("Nothing"); }));
+  EXPECT_EQ(framework_.Messages()->SuspendRoutine(), "");
+  EXPECT_TRUE(Thrown([&] { framework_.CreateBusinessObjects({.ClassName = "Nothing"}); }));
+  EXPECT_EQ(framework_.Messages()->SuspendRoutine(), "");
+}
+
+TEST_F(FrameworkObjectsTest, RefusalNamesTheOperationOfTheFront) {
+  EXPECT_TRUE(Thrown([&] { framework_.CreateIdentifier("Nothing"); }));
+  const auto message = framework_.Messages()->Item("15065");
+  EXPECT_EQ(message->TypeName() + "." + message->RoutineName(), "Framework.CreateIdentifier");
+  EXPECT_EQ(message->TypeFlags(), tfVelmoria);
+  EXPECT_EQ(message->StateDetails(), "");
 }
 
 TEST_F(FrameworkObjectsTest, HostCollectionThatRefusesItsSetup) {

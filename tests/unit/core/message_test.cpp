@@ -44,6 +44,33 @@ TEST_F(MessageTest, SettersChangeTheirField) {
   EXPECT_EQ(message->HelpContextID(), 3);
 }
 
+TEST_F(MessageTest, EverySetterOfATextChangesItsOwnField) {
+  const auto message = Made({});
+  message->SetTypeName("T");
+  message->SetRoutineName("R");
+  message->SetStateDetails("S");
+  message->SetErrLine(12);
+  message->SetExtraText("x");
+  message->SetReplace1("1");
+  message->SetReplace2("2");
+  message->SetReplace3("3");
+  message->SetReplace4("4");
+  message->SetHelpFile("h");
+  EXPECT_EQ(message->TypeName() + message->RoutineName() + message->StateDetails() + message->ExtraText(), "TRSx");
+  EXPECT_EQ(message->Replace1() + message->Replace2() + message->Replace3() + message->Replace4(), "1234");
+  EXPECT_EQ(message->ErrLine(), 12);
+  EXPECT_EQ(message->HelpFile(), "h");
+}
+
+TEST_F(MessageTest, DescriptionGivenStandsOverTheCatalogueText) {
+  EXPECT_EQ(Made({.Number = errVelmoria_Locked, .Description = "d"})->Description(), "d");
+}
+
+TEST_F(MessageTest, TextOfACatalogueNumberDoesNotNeedTheFlag) {
+  EXPECT_EQ(Made({.Number = errItem_Class, .TypeFlags = tfRDO, .Replace1 = "7"})->Description(),
+            "Problem finding Class.  Index: 7");
+}
+
 TEST_F(MessageTest, EmptyDescriptionTakesTheCatalogueText) {
   EXPECT_EQ(Made({.Number = errVelmoria_Locked})->Description(), "This property is locked and cannot be changed.");
 }

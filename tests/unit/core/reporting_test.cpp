@@ -36,6 +36,12 @@ class Reporter : public Reporting {
     Foreign(thrown);
   } catch (...) { Failed("ForeignTwoDeep"); }
   template <class Thrown>
+  void ForeignFourDeep(const Thrown& thrown) const try {
+    try {
+      ForeignTwoDeep(thrown);
+    } catch (...) { Failed("ForeignThreeDeep"); }
+  } catch (...) { Failed("ForeignFourDeep"); }
+  template <class Thrown>
   void Owner(const Thrown& thrown) const try {
     throw thrown;
   } catch (...) { Failed("Owner", errDAO_Database, {"c", "d", "e", "u"}, "hint"); }
@@ -107,6 +113,13 @@ TEST_F(ReportingTest, ForeignFailureLeavesTwoMessagesAndTheTextOfTheFirst) {
   EXPECT_EQ(messages_.Item(1)->RoutineName(), "Foreign");
   EXPECT_EQ(messages_.Item(2)->Number(), ErrorBase + 15000);
   EXPECT_EQ(messages_.Item(2)->RoutineName(), "ForeignTwoDeep");
+  EXPECT_EQ(NumberOf(error), ErrorBase + 15000);
+  EXPECT_EQ(TextOf(error), messages_.Item(1)->Details());
+}
+
+TEST_F(ReportingTest, HandlersFurtherUpAddNothingToAForeignFailure) {
+  const auto error = Thrown([&] { reporter_.ForeignFourDeep(kTypeMismatch); });
+  EXPECT_EQ(messages_.Count(), 2);
   EXPECT_EQ(NumberOf(error), ErrorBase + 15000);
   EXPECT_EQ(TextOf(error), messages_.Item(1)->Details());
 }

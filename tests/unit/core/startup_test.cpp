@@ -77,7 +77,11 @@ TEST(StartupTest, DefaultContextSupportsEverythingAndSelectsNothing) {
   EXPECT_TRUE(context.SupportsRemove());
   EXPECT_TRUE(context.SupportsLoad());
   EXPECT_EQ(context.ServerName(), "");
+  EXPECT_EQ(context.ClassName(), "");
+  EXPECT_EQ(context.ActionName(), "");
   EXPECT_FALSE(context.ServerLocked());
+  EXPECT_FALSE(context.ClassLocked());
+  EXPECT_FALSE(context.ActionLocked());
   EXPECT_FALSE(context.Locked());
   EXPECT_EQ(context.CollectionType(), cltDefault);
   EXPECT_EQ(context.ObjectType(), otDefault);
@@ -89,6 +93,7 @@ TEST(StartupTest, FailingStepBecomesOneWarningUnderItsOwnNumber) {
   const auto warning = apartment.Messages().Item(1);
   EXPECT_EQ(warning->Number(), 70);
   EXPECT_EQ(warning->SeverityFlags(), svfWarning);
+  EXPECT_EQ(warning->TypeFlags(), tfUnknown);
   EXPECT_EQ(warning->TypeName(), "FrameworkGlobals");
   EXPECT_EQ(warning->RoutineName(), "Main");
   EXPECT_NE(warning->ErrLine(), 0);
