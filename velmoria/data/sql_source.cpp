@@ -35,7 +35,7 @@ std::optional<Refusal> RefusalOf(const Source& source, const char* statement) {
 }
 
 /// The collection in which a counter is looked for.
-const PropertiesPtr& CounterColumns(const PropertiesPtr& properties, const PropertiesPtr& parameters) {
+PropertiesPtr CounterColumns(const PropertiesPtr& properties, const PropertiesPtr& parameters) {
   if (!parameters || parameters->Count() == 0) return properties;
   return (*parameters->begin())->Flags() != pfNone ? parameters : properties;
 }

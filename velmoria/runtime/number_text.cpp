@@ -107,7 +107,7 @@ int NumberInText::DigitAt(long long place) const noexcept {
 }
 
 bool NumberInText::AnyDigitFrom(long long place) const noexcept {
-  const auto count = static_cast<long long>(Whole.size() + Fraction.size());
+  const auto count = static_cast<long long>(Whole.size()) + static_cast<long long>(Fraction.size());
   for (; place < count; ++place) {
     if (DigitAt(place) != 0) return true;
   }

@@ -124,13 +124,13 @@ Variant Variant::Element(std::int32_t index1, std::int32_t index2) const {
 void Variant::SetElement(std::int32_t index, const Variant& value) {
   const std::size_t place = HeldArray().PlaceOf({index});
   // An array put into itself is an element that shares what is written to, so the copy comes first.
-  const Variant kept(value);
+  const Variant kept(value);  // NOLINT(performance-unnecessary-copy-initialization)
   WritableArray().SetValue(place, kept);
 }
 
 void Variant::SetElement(std::int32_t index1, std::int32_t index2, const Variant& value) {
   const std::size_t place = HeldArray().PlaceOf({index1, index2});
-  const Variant kept(value);
+  const Variant kept(value);  // NOLINT(performance-unnecessary-copy-initialization)
   WritableArray().SetValue(place, kept);
 }
 
