@@ -35,7 +35,8 @@ zEngines EngineFor(const Property& property, zEngines engine) {
                                    .SeverityFlags = svfInfo,
                                    .Replace1 = data.Operator(),
                                    .Replace2 = data.Name()};
-  auto message = Apartment().Messages->SetupItem(arguments);
+  const auto messages = Apartment().Messages;
+  auto message = messages ? messages->SetupItem(arguments) : MessagePtr();
   if (!message) message = Make<Message>(arguments);
   throw Error(message->ErrNo(), message->Description(), message->HelpFile(), message->HelpContextID());
 }

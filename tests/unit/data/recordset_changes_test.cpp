@@ -99,6 +99,12 @@ TEST_F(RecordsetChangesTest, StatesOfARow) {
   EXPECT_EQ(rows.Rows->StateFlags(row), sfdeleted);
 }
 
+TEST_F(RecordsetChangesTest, RowPendingDeleteIsStillPersistent) {
+  const SampleRows rows;
+  rows.Rows->DeletePersistentProperties(0);
+  EXPECT_TRUE(has(rows.Rows->StateFlags(0), sfpersistent));
+}
+
 TEST_F(RecordsetChangesTest, RowMinusOneSumsUpThePage) {
   const SampleRows rows;
   EXPECT_EQ(rows.Rows->StateFlags(-1), sfpersistent);

@@ -26,7 +26,7 @@ class LiteralTest : public testing::TestWithParam<LiteralCase> {};
 
 TEST_P(LiteralTest, FollowsTypeAndEngine) {
   const auto& row = GetParam();
-  for (const auto engine : {engODBC, engSQLServer, engSybase, engOracle})
+  for (const auto engine : {engODBC, engSQLServer, engSybase, engOracle, engInformix, engRMS})
     EXPECT_EQ(Literal(row.Value, row.DataType, engine), row.Server);
   EXPECT_EQ(Literal(row.Value, row.DataType, engAccess), row.Access);
 }

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
@@ -94,6 +96,23 @@ TEST_F(SqlPropertyTest, TheRefusedOperatorIsRecordedAsInformation) {
   EXPECT_EQ(message->TypeName(), "Property");
   EXPECT_EQ(message->RoutineName(), "OperatorValue (Get)");
   EXPECT_EQ(message->StateDetails(), "Name: 'N'");
+}
+
+TEST_F(SqlPropertyTest, TheRefusedOperatorIsRaisedAsItselfWhateverIsHeld) {
+  const auto property = Setup({.Name = "N", .Value = Variant::Null(), .Operator = "<"});
+  scope_.Messages().SetupItem({.Number = zErrors{13}, .Description = "earlier", .SeverityFlags = svfError});
+  const auto error = Thrown([&] { property->OperatorValue(engODBC); });
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->CatalogueNumber(), 15096);
+}
+
+TEST_F(SqlPropertyTest, TheRefusedOperatorIsRaisedWhereNothingCanBeRecorded) {
+  const auto property = Setup({.Name = "N", .Value = Variant::Null(), .Operator = "<"});
+  const auto messages = std::exchange(scope_.State().Messages, nullptr);
+  const auto error = Thrown([&] { property->OperatorValue(engODBC); });
+  scope_.State().Messages = messages;
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->CatalogueNumber(), 15096);
 }
 
 }  // namespace

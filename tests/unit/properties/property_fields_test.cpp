@@ -88,6 +88,8 @@ TEST_F(PropertyMetadataTest, LockedIsPlain) {
 TEST_F(PropertyMetadataTest, LockedRefusesOtherAttributes) {
   const auto property = Framework().CreateProperty({.Name = "X"});
   property->SetLocked(true);
+  EXPECT_THROW(property->SetAttributes({}), Error);
+  EXPECT_EQ(Framework().Messages()->Item("15002")->RoutineName(), "Attributes (Let)");
   ExpectRaised(errVelmoria_Locked, [&] { property->SetAttributes({}); });
 }
 

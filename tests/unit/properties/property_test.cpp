@@ -221,6 +221,15 @@ TEST_F(PropertyTest, DeletedRowRefusesItsValues) {
   EXPECT_FALSE(property->DirtyValue());
 }
 
+TEST_F(PropertyTest, ReadOnlyIsToldBeforeDeletedAndDeletedBeforeABadValue) {
+  const SampleRows rows;
+  const auto property = rows.Row(1)->Item("Id");
+  rows.Rows->FlagDeleted(1);
+  ExpectRaised(errPersistence_Deleted, [&] { property->SetValue("abc"); }, {.Text = "Identifier: '1'"});
+  property->SetModifiable(false);
+  ExpectRaised(errProperty_Modify, [&] { property->SetValue("abc"); }, {.Text = "Property: 'Id'"});
+}
+
 TEST_F(PropertyTest, CopyOfABoundPropertyCarriesTheRowsValue) {
   const SampleRows rows;
   const auto property = rows.Row(0)->Item("Id");

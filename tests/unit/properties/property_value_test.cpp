@@ -79,6 +79,17 @@ TEST_F(PropertyValueTest, NullReadsAsNullInSpiteOfADefaultValue) {
   EXPECT_TRUE(property->Value().IsNull());
 }
 
+TEST_F(PropertyValueTest, EmptyWithADefaultOfNullReadsAsNull) {
+  const auto property = New({.Name = "X", .DataType = dtLongInteger, .DefaultValue = Variant::Null()});
+  EXPECT_TRUE(property->DefaultValue().IsNull());
+  EXPECT_TRUE(property->Value().IsNull());
+}
+
+TEST_F(PropertyValueTest, EmptyBinaryReadsAsItsDefaultValueUnconverted) {
+  const auto property = New({.Name = "X", .DataType = dtByteArray, .DefaultValue = "raw"});
+  EXPECT_TRUE(property->Value() == Variant("raw"));
+}
+
 TEST_F(PropertyValueTest, EmptyAndNullAreLegalForEveryDataType) {
   for (int code = 0; code <= 11; ++code) {
     const auto property = Of(static_cast<zDataTypes>(code));
@@ -192,6 +203,19 @@ TEST_F(PropertyValueTest, FailedConversionIsHeldAsAWarningUnderItsOwnNumber) {
   const auto warning = Framework().Messages()->Item("13");
   ASSERT_TRUE(warning);
   EXPECT_EQ(warning->SeverityFlags(), svfWarning);
+}
+
+TEST_F(PropertyValueTest, RefusalNamesThePropertyAndAFailedDefaultItsDefinition) {
+  const auto property = Of(dtLongInteger);
+  const auto& messages = *Framework().Messages();
+  EXPECT_THROW(property->SetValue("abc"), Error);
+  for (const char* number : {"13", "15059"}) {
+    EXPECT_EQ(messages.Item(number)->TypeName() + "." + messages.Item(number)->RoutineName(), "Property.Value (Let)");
+  }
+  Framework().Messages()->Clear();
+  EXPECT_THROW(property->SetDefaultValue("abc"), Error);
+  EXPECT_EQ(messages.Item("15059")->TypeName(), "PropertyData");
+  EXPECT_EQ(messages.Item("15059")->RoutineName(), "DefaultValue (Let)");
 }
 
 TEST_F(PropertyValueTest, FailureOfAListenerIsAProblemOfAMatchingValue) {
@@ -339,6 +363,9 @@ TEST_F(PropertyValueTest, EmptyDefaultValueIsStoredEvenWhenRequired) {
 TEST_F(PropertyValueTest, LockedDefinitionRefusesADefaultValueAndLockedPropertyDoesNot) {
   const auto locked = New({.Name = "X", .DataType = dtLongInteger, .Locked = true});
   EXPECT_FALSE(locked->Locked());
+  EXPECT_THROW(locked->SetDefaultValue(1), Error);
+  EXPECT_EQ(Framework().Messages()->Item("15002")->TypeName(), "PropertyData");
+  EXPECT_EQ(Framework().Messages()->Item("15002")->RoutineName(), "DefaultValue (Let)");
   ExpectRaised(errVelmoria_Locked, [&] { locked->SetDefaultValue(1); });
   const auto free = Of(dtLongInteger);
   free->SetLocked(true);
