@@ -3,12 +3,21 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
+#include "tests/support/one_action.h"
 #include "tests/support/scoped_apartment.h"
 #include "velmoria/core/messages.h"
 #include "velmoria/core/statistics.h"
 #include "velmoria/data/connection.h"
 #include "velmoria/data/connections.h"
+#include "velmoria/design/action.h"
+#include "velmoria/design/action_data.h"
+#include "velmoria/design/class.h"
 #include "velmoria/design/connector.h"
+#include "velmoria/design/connectors.h"
+#include "velmoria/design/database.h"
+#include "velmoria/design/server.h"
+#include "velmoria/design/source.h"
+#include "velmoria/properties/parents_data.h"
 
 namespace velmoria::test {
 
@@ -97,6 +106,21 @@ TEST_F(ConnectionContextTest, RemoveHandsTheGroupBack) {
   const auto group = context_->SetupItem("A");
   EXPECT_EQ(context_->Remove("a"), group);
   EXPECT_EQ(context_->Count(), 1U);
+}
+
+TEST_F(ConnectionContextTest, AConnectionStaysForEverybodyWhenTheDatabaseChangesItsEngine) {
+  const OneAction design;
+  const auto fresh = [&] {
+    auto action = Make<Action>();
+    action->Bind(design.Action->Data(), design.Action->HeldParents());
+    return action;
+  };
+  EXPECT_EQ(fresh()->Connection()->Engine(), engODBC);
+  design.Database->Connectors()->SetupItem({.Engine = engOracle, .ConnectionType = ctText});
+  design.Database->SetEngine(engOracle);
+  EXPECT_EQ(fresh()->Connection()->Engine(), engODBC);
+  Apartment().ConnectionContext->Remove("");
+  EXPECT_EQ(fresh()->Connection()->Engine(), engOracle);
 }
 
 TEST_F(ConnectionContextTest, RemovingWhatIsNotThereIsRaised) {

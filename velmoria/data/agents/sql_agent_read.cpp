@@ -32,18 +32,10 @@ namespace {
 
 /// Empty at both ends of the result.
 Variant PositionOf(const rdoResultset& result) {
-  if (result.AtBOF() || result.AtEOF()) return {};
-  return result.Bookmarkable() ? result.Bookmark() : Variant(static_cast<std::int32_t>(result.AbsolutePosition()));
+  return result.AtBOF() || result.AtEOF() ? Variant() : result.Bookmark();
 }
 
 bool IsUsable(const Variant& position) { return !position.IsEmpty() && !position.IsNull(); }
-
-void GoTo(rdoResultset& result, const Variant& position) {
-  if (result.Bookmarkable())
-    result.SetBookmark(position);
-  else
-    result.SetAbsolutePosition(position.AsLong());
-}
 
 /// Reads the rows and then the positions behind and at the last of them.
 void Fetch(rdoResultset& result, long long rows, ResultPage& page) {
@@ -60,11 +52,11 @@ void FetchAll(rdoResultset& result, const RecordsetPtr& previous, ResultPage& pa
   const auto rows = result.RowCount();
   if (rows == 0) return;
   if (previous && IsUsable(previous->NextBookmark())) {
-    GoTo(result, previous->NextBookmark());
+    result.SetBookmark(previous->NextBookmark());
     page.First = PositionOf(result);
     if (!result.AtBOF()) result.MovePrevious();
     page.Prev = PositionOf(result);
-    GoTo(result, page.First);
+    result.SetBookmark(page.First);
   } else {
     result.MoveFirst();
     page.First = PositionOf(result);
@@ -76,7 +68,7 @@ void FetchNext(rdoResultset& result, long long rows, const RecordsetPtr& previou
   if (previous) {
     page.Prev = previous->LastBookmark();
     page.First = previous->NextBookmark();
-    if (IsUsable(page.First)) GoTo(result, page.First);
+    if (IsUsable(page.First)) result.SetBookmark(page.First);
   } else {
     result.MoveFirst();
     page.First = PositionOf(result);

@@ -110,6 +110,36 @@ TEST_F(SQLAgentReadTest, PagesFollowOneAnotherWithoutAGapAndAreNumberedOneShort)
   EXPECT_EQ(driver_->Texts.size(), 1U);
 }
 
+TEST_F(SQLAgentReadTest, EverythingAskedForAgainIsReadAgain) {
+  Design({});
+  const auto agent = design_->Agent();
+  const auto again = agent->GetRecordset(0, agent->GetRecordset(0, nullptr, false), false);
+  EXPECT_EQ(again->Count(), 25);
+  EXPECT_TRUE(again->PrevBookmark().IsEmpty());
+  EXPECT_EQ(driver_->Texts.size(), 2U);
+}
+
+TEST_F(SQLAgentReadTest, EverythingBehindAPageGoesFromItsNextRowToTheEnd) {
+  Design({.ObjectBuffer = 10});
+  const auto first = design_->Read();
+  design_->Action->SetObjectBuffer(0);
+  const auto rest = design_->Agent()->GetRecordset(0, first, false);
+  EXPECT_EQ(rest->Count(), 15);
+  EXPECT_EQ(IdAt(rest, 0), 11);
+  EXPECT_EQ(rest->PrevBookmark().AsLong(), 10);
+  EXPECT_EQ(rest->FirstBookmark().AsLong(), 11);
+}
+
+TEST_F(SQLAgentReadTest, AskedBeyondTheEndItGivesTheLastRowAgain) {
+  Design({.ObjectBuffer = 20});
+  const auto agent = design_->Agent();
+  auto page = agent->GetRecordset(0, nullptr, false);
+  page = agent->GetRecordset(0, page, false);
+  page = agent->GetRecordset(0, page, false);
+  EXPECT_EQ(page->Count(), 1);
+  EXPECT_EQ(IdAt(page, 0), 25);
+}
+
 TEST_F(SQLAgentReadTest, APageThatEndsAtTheLastRowHasNoNextPosition) {
   SetRows(10);
   Design({.ObjectBuffer = 10});
@@ -288,6 +318,19 @@ TEST_F(SQLAgentReadTest, AnIdentityThatComesBackIsTakenByTheRow) {
   EXPECT_TRUE(written);
   EXPECT_EQ(row->Item("Id")->Value().AsLong(), 42);
   EXPECT_EQ(driver_->Texts.back(), "INSERT INTO orders ( Name ) VALUES ( 'x' ) SELECT 'Id' = @@IDENTITY");
+}
+
+TEST_F(SQLAgentReadTest, AnIdentityOfABoundRowGoesIntoItsColumn) {
+  Design({});
+  design_->Class->Properties()->Item("Id")->SetFlags(pfcounter);
+  const auto page = design_->Read();
+  const auto row = page->CreatePersistentProperties("");
+  row->Item("Name")->SetValue("x");
+  driver_->Columns = {{"Id", kInteger}};
+  driver_->Rows = {{"42"}};
+  row->Update();
+  EXPECT_EQ(IdAt(page, 25), 42);
+  EXPECT_EQ(row->StateFlags(), sfpersistent);
 }
 
 TEST_F(SQLAgentReadTest, NoRowBehindTheIdentityTextLeavesTheRowAsItIs) {
