@@ -224,6 +224,56 @@ TEST_F(BusinessContextTest, ParametersOfADatabaseWithoutAutoConnectAreReported) 
   ExpectRaised(errNotSupported_AutoConnect, [&] { context->Parameters(); }, {.Text = "Database: Shop"});
 }
 
+TEST_F(BusinessContextTest, IdentifierOfNoneIsAnObjectNotSet) {
+  const auto context = NewContext({.ClassName = "Order"});
+  ExpectReported(RuntimeFailure::ObjectNotSet, [&] { context->SetIdentifier({}); });
+  EXPECT_EQ(context->ClassName(), "Order");
+}
+
+TEST_F(BusinessContextTest, ClassFoundByTheWalkPinsItsServerForTheNextName) {
+  const auto context = NewContext({.ClassName = "Order"});
+  ExpectRaised(errItem_Class, [&] { context->SetClassName("Item"); }, {.Text = "Index: 'Item'"});
+}
+
+TEST_F(BusinessContextTest, ParametersOfALockedActionAreUsedAgainForAnotherClass) {
+  const auto context = NewContext({.ClassName = "Line", .ActionName = "Get", .ActionLocked = true});
+  context->SetKeyValue1(7);
+  context->SetKeyValue2(2);
+  const PropertiesPtr parameters = context->Parameters();
+  context->SetClassName("Order");
+  EXPECT_EQ(context->Parameters(), parameters);
+  EXPECT_EQ(context->KeyValue2(), Variant(2));
+}
+
+TEST_F(BusinessContextTest, IdentifierBuildsTheParametersBeforeTheUsageOfTheActionIsAsked) {
+  Framework{}.Databases()->Item("Shop")->SetAutoConnect(false);
+  design_.Order->Actions()->Item("Get")->SetUsageFlags(ufProperties);
+  const auto context = NewContext();
+  ExpectRaised(errNotSupported_BusinessObjects,
+               [&] { context->GetBusinessObject({.ClassName = "Order", .KeyValue1 = 1}); });
+  ExpectRaised(errNotSupported_AutoConnect,
+               [&] { context->GetBusinessObject({.Identifier = design_.Order->CreateIdentifier()}); });
+}
+
+TEST_F(BusinessContextTest, KeyValuesCountOnlyBehindTheOneBefore) {
+  const auto context = NewContext({.ClassName = "Line"});
+  Thrown([&] { context->GetBusinessObject({.ClassName = "Line", .KeyValue1 = 7, .KeyValue3 = 9}); });
+  EXPECT_EQ(context->KeyValue1(), Variant(7));
+  EXPECT_TRUE(context->KeyValue2().IsEmpty());
+  EXPECT_TRUE(context->KeyValue3().IsEmpty());
+}
+
+TEST_F(BusinessContextTest, LockedSelectionIsKeptSilentlyByARequest) {
+  const auto context = NewContext({.ServerName = "Sales",
+                                   .ServerLocked = true,
+                                   .ClassName = "Order",
+                                   .ClassLocked = true,
+                                   .ActionName = "All",
+                                   .ActionLocked = true});
+  Thrown([&] { context->GetBusinessObjects({.ClassName = "Item", .ActionName = "Get", .ServerName = "Stock"}); });
+  EXPECT_EQ(context->ServerName() + context->ClassName() + context->ActionName(), "SalesOrderAll");
+}
+
 TEST_F(BusinessContextTest, HeldCollectionIsFoundByNameAndPosition) {
   const auto context = NewContext();
   const auto lines = Collection("Lines");

@@ -272,6 +272,20 @@ TEST_F(DispatcherTest, RefusesWhatNeedsMembersBeforeAnyEvent) {
   EXPECT_FALSE(asked);
 }
 
+TEST_F(DispatcherTest, RefusalNamesTheOperationOfTheInterface) {
+  const std::pair<const char*, void (*)(BusinessObjects&)> operations[] = {
+      {"IBusinessObjects_Update", [](BusinessObjects& each) { each.Update(); }},
+      {"IBusinessObjects_Delete", [](BusinessObjects& each) { each.Delete(); }},
+      {"IBusinessObjects_Undo", [](BusinessObjects& each) { each.Undo(); }},
+      {"IBusinessObjects_Dirty (Get)", [](BusinessObjects& each) { each.Dirty(); }},
+  };
+  for (const auto& [routine, operation] : operations) {
+    EXPECT_TRUE(Thrown([&] { operation(*dispatcher_); }));
+    EXPECT_EQ(apartment_.Messages().Item("15098")->RoutineName(), routine);
+    apartment_.Messages().Clear();
+  }
+}
+
 TEST_F(DispatcherTest, StateFlagsStayThoseOfTheRows) {
   const auto order = dispatcher_->Item(1);
   order->FindProperty("Name")->SetValue("changed");

@@ -1,0 +1,124 @@
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/bound_orders.h"
+#include "tests/support/expect_raised.h"
+#include "tests/support/fake_odbc.h"
+#include "tests/support/one_action.h"
+#include "tests/support/scoped_apartment.h"
+#include "velmoria/velmoria.h"
+
+namespace velmoria::test {
+namespace {
+
+/// Operations of the broker over a driver in memory, which tells what was asked of it.
+class BusinessContextBrokerTest : public testing::Test {
+ protected:
+  BusinessContextBrokerTest() {
+    apartment_.State().Platform.Odbc = driver_;
+    driver_->Columns = {{"Id", kInteger}, {"Name", kVarchar, 40}};
+  }
+  void Design(int rows, const OneActionFields& fields = {}) {
+    for (int id = 1; id <= rows; ++id) driver_->Rows.push_back({std::to_string(id), "Order " + std::to_string(id)});
+    design_ = std::make_unique<OneAction>(fields);
+  }
+  std::size_t Statements() const { return driver_->Texts.size(); }
+
+  static constexpr short kInteger = 4;
+  static constexpr short kVarchar = 12;
+  ScopedApartment apartment_;
+  std::shared_ptr<FakeOdbc> driver_ = std::make_shared<FakeOdbc>();
+  std::unique_ptr<OneAction> design_;
+  BusinessContextPtr context_ = Framework{}.CreateBusinessContext();
+};
+
+TEST_F(BusinessContextBrokerTest, RefusedUsageReachesNoDatabase) {
+  Design(1);
+  design_->Action->SetUsageFlags(ufExecute);
+  ExpectRaised(errNotSupported_BusinessObjects, [&] { context_->GetBusinessObject({.ClassName = "Order"}); });
+  ExpectRaised(errNotSupported_BusinessObjects, [&] { context_->GetBusinessObjects({.ClassName = "Order"}); });
+  EXPECT_TRUE(driver_->Connects.empty());
+}
+
+TEST_F(BusinessContextBrokerTest, OneObjectIsOneStatement) {
+  Design(1);
+  EXPECT_EQ(IdOf(*context_->GetBusinessObject({.ClassName = "Order", .KeyValue1 = 1})), 1);
+  EXPECT_EQ(Statements(), 1U);
+}
+
+TEST_F(BusinessContextBrokerTest, SecondLoadUnderTheSameNameIsNoStatement) {
+  Design(3);
+  const auto first = context_->LoadBusinessObjects({.ClassName = "Order", .Name = "Mine"});
+  const auto statements = Statements();
+  EXPECT_EQ(context_->LoadBusinessObjects({.ClassName = "Order", .Name = "Mine"}), first);
+  EXPECT_EQ(Statements(), statements);
+}
+
+TEST_F(BusinessContextBrokerTest, SecondLoadOfPropertiesIsNoStatement) {
+  Design(1);
+  const auto order = context_->GetBusinessObject({.ClassName = "Order", .KeyValue1 = 1});
+  const auto context = order->GetModel()->PropertyContext();
+  const auto detail = context->LoadProperties("Get", {}, "Detail");
+  const auto statements = Statements();
+  EXPECT_EQ(context->LoadProperties("Get", {}, "Detail"), detail);
+  EXPECT_EQ(Statements(), statements);
+}
+
+TEST_F(BusinessContextBrokerTest, ParametersAloneDoNotSelectProperties) {
+  Design(1);
+  const auto order = context_->GetBusinessObject({.ClassName = "Order", .KeyValue1 = 1});
+  const auto context = order->GetModel()->PropertyContext();
+  context->GetProperties("Get");
+  const PropertiesPtr before = context->Parameters();
+  context->GetProperties("", design_->Key(9));
+  EXPECT_EQ(context->Parameters(), before);
+}
+
+TEST_F(BusinessContextBrokerTest, WalkOverPagesIsOneStatement) {
+  Design(500, {.ObjectBuffer = 50});
+  const auto orders = context_->GetBusinessObjects({.ClassName = "Order"});
+  EXPECT_EQ(orders->NewEnum().size(), 500U);
+  EXPECT_EQ(Statements(), 1U);
+}
+
+TEST_F(BusinessContextBrokerTest, DatabaseThatVanishesBetweenTwoPagesIsReportedAndTheNextCallWorks) {
+  Design(3000, {.ObjectBuffer = 20});
+  const auto orders = context_->GetBusinessObjects({.ClassName = "Order"});
+  const auto first = orders->Item(1);
+  driver_->FailName = "FetchScroll";
+  ExpectRaised(errRDO_Resultset, [&] { orders->Item(2900); });
+  EXPECT_EQ(orders->Item(1), first);
+  EXPECT_EQ(first->FindProperty("Name")->Value(), Variant("Order 1"));
+  driver_->FailName.clear();
+  EXPECT_EQ(IdOf(*orders->Item(2900)), 2900);
+  EXPECT_EQ(IdOf(*orders->Item(30)), 30);
+}
+
+TEST_F(BusinessContextBrokerTest, DriversOwnWordsStandBesideTheNumberAsWarnings) {
+  Design(3000, {.ObjectBuffer = 20});
+  const auto orders = context_->GetBusinessObjects({.ClassName = "Order"});
+  orders->Item(1);
+  driver_->FailName = "FetchScroll";
+  driver_->Diagnostics = {{"08S01", 17, "the line is cut"}};
+  EXPECT_TRUE(Thrown([&] { orders->Item(2900); }));
+  const MessagePtr told = apartment_.Messages().Item("17");
+  ASSERT_NE(told, nullptr) << apartment_.Messages().Details();
+  EXPECT_EQ(told->SeverityFlags(), svfWarning);
+  EXPECT_NE(told->Description().find("the line is cut"), std::string::npos);
+}
+
+TEST_F(BusinessContextBrokerTest, NothingStaysOpenBehindTheObjects) {
+  Design(3);
+  const auto idle = [&] { context_->GetBusinessObject({.ClassName = "Order", .KeyValue1 = 1, .ActionName = "Get"}); };
+  EXPECT_TRUE(Thrown(idle));
+  apartment_.Messages().Clear();
+  const auto handles = driver_->OpenHandles();
+  for (int i = 0; i < 5; ++i) Thrown(idle);
+  EXPECT_EQ(driver_->OpenHandles(), handles);
+  EXPECT_EQ(driver_->Misuses, 0);
+}
+
+}  // namespace
+}  // namespace velmoria::test
