@@ -1,6 +1,7 @@
 #include "velmoria/data/connection.h"
 
 #include <memory>
+#include <ostream>
 
 #include <gtest/gtest.h>
 
@@ -45,6 +46,8 @@ struct TextCase {
   const char* Password;
   const char* Sent;
 };
+
+void PrintTo(const TextCase& row, std::ostream* stream) { *stream << row.What; }
 
 class ConnectTextTest : public ConnectionTest, public testing::WithParamInterface<TextCase> {};
 

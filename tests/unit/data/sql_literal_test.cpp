@@ -1,3 +1,5 @@
+#include <ostream>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
@@ -21,6 +23,8 @@ struct LiteralCase {
   const char* Server;
   const char* Access;
 };
+
+void PrintTo(const LiteralCase& row, std::ostream* stream) { *stream << row.What; }
 
 class LiteralTest : public testing::TestWithParam<LiteralCase> {};
 
