@@ -43,8 +43,9 @@ std::string BusinessContext::ClassName() const { return class_ ? class_->Name() 
 
 void BusinessContext::SetClassName(const std::string& value) try {
   ChangeClass({});
-  if (!serverName_.empty()) return ChangeClass(Apartment().Servers->Item(serverName_)->Classes()->Item(value));
-  for (const auto& server : *Apartment().Servers) {
+  const auto servers = Present(Apartment().Servers);
+  if (!serverName_.empty()) return ChangeClass(servers->Item(serverName_)->Classes()->Item(value));
+  for (const auto& server : *servers) {
     if (ClassPtr found = server->Classes()->Find(value)) {
       ChangeClass(std::move(found));
       serverName_ = server->Name();

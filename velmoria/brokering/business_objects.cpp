@@ -29,7 +29,7 @@ void BusinessObjects::SetupTransient(std::string name, KeyFormatPtr keyFormat, b
   name_ = std::move(name);
   noAdd_ = !supportsAdd;
   noRemove_ = !supportsRemove;
-  keyFormat_ = keyFormat ? std::move(keyFormat) : Apartment().DefaultKeyFormat->Copy(false);
+  keyFormat_ = keyFormat ? std::move(keyFormat) : Present(Apartment().DefaultKeyFormat)->Copy(false);
   statistics_ = statistics ? std::move(statistics) : Make<velmoria::Statistics>();
   locked_ = locked;
 } catch (...) { Failed("SetupTransient"); }

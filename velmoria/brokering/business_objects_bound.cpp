@@ -18,7 +18,7 @@
 namespace velmoria {
 
 void BusinessObjects::BuildAll() {
-  Apartment().Messages->Clear();
+  if (const auto messages = Apartment().Messages) messages->Clear();
   const std::int32_t count = Count();
   if (count == 0) return;
   const StatisticPtr statistic =

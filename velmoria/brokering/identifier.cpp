@@ -24,8 +24,7 @@ void Identifier::Setup(ServerDataPtr server, ClassDataPtr classData, PropertiesP
 }
 
 std::string Identifier::Key(const KeyFormatPtr& keyFormat) const try {
-  const auto format = keyFormat ? keyFormat : Apartment().DefaultKeyFormat;
-  if (!format) Fail(RuntimeFailure::ObjectNotSet);
+  const auto format = keyFormat ? keyFormat : Present(Apartment().DefaultKeyFormat);
   const auto separator = format->Separator();
   const bool includeNames = format->IncludeNames();
   std::string key;

@@ -4,6 +4,7 @@
 
 #include "velmoria/fwd.h"
 #include "velmoria/platform/platform.h"
+#include "velmoria/runtime/error.h"
 
 namespace velmoria {
 
@@ -38,6 +39,13 @@ struct ApartmentState {
 /// The state of the calling thread's apartment; the first call runs Main. The thread's end ends it. What is released
 /// even later finds a state without globals.
 ApartmentState& Apartment();
+
+/// A global that may be missing, because it could not be made at the start or has ended: raises 91 then.
+template <class Global>
+const Ref<Global>& Present(const Ref<Global>& global) {
+  if (!global) Fail(RuntimeFailure::ObjectNotSet);
+  return global;
+}
 
 /// Builds the apartment's globals, once; a failing step becomes a Warning in Messages and the next step follows.
 void Main(ApartmentState& apartment);

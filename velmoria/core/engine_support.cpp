@@ -33,8 +33,7 @@ constexpr std::array kEngineSettings{
 bool SupportsDatabaseEngine(zEngines engine) {
   const auto setting = std::ranges::find(kEngineSettings, engine, &EngineSetting::Engine);
   if (setting == kEngineSettings.end()) return false;
-  const auto profile = Apartment().Profile;
-  if (!profile) Fail(RuntimeFailure::ObjectNotSet);
+  const auto profile = Present(Apartment().Profile);
   const auto attribute =
       profile->Item({.Index = setting->Name, .DefaultValue = setting->Default, .DefaultDataType = dtBoolean});
   if (!attribute) Fail(RuntimeFailure::ObjectNotSet);

@@ -14,19 +14,8 @@
 #include "velmoria/design/databases.h"
 #include "velmoria/design/servers.h"
 #include "velmoria/properties/properties.h"
-#include "velmoria/runtime/error.h"
 
 namespace velmoria {
-
-namespace {
-
-template <class T>
-Ref<T> Present(const Ref<T>& global) {
-  if (!global) Fail(RuntimeFailure::ObjectNotSet);
-  return global;
-}
-
-}  // namespace
 
 std::string Framework::Version() const { return std::string(ProductVersion); }
 

@@ -18,11 +18,7 @@ namespace {
 
 constexpr std::string_view kNoClassText = "Can't find Class in registered Servers.";
 
-ServersPtr RegisteredServers() {
-  auto servers = Apartment().Servers;
-  if (!servers) Fail(RuntimeFailure::ObjectNotSet);
-  return servers;
-}
+ServersPtr RegisteredServers() { return Present(Apartment().Servers); }
 
 // The class of the named server, or of the first server that has it; none on a miss.
 ClassPtr FindClass(const std::string& className, const std::string& serverName, std::string_view routine) {

@@ -71,7 +71,7 @@ Ref<rdoConnection> Connection::GetConnection() try {
 // After a failure the connection stays set up and its statistic has no end.
 void Connection::Open() try {
   const auto statistic = AddStatistic("Open RDO Connection");
-  const auto group = Apartment().ConnectionContext->Item(connectionsName_);
+  const auto group = Present(Apartment().ConnectionContext)->Item(connectionsName_);
   const auto environment = group->GetEnvironment(engine_, userName_, password_);
   SetDriver(*environment, cursorDriver_);
   const auto prompt = connectionType_ == ctPrompt ? rdDriverPrompt : rdDriverNoPrompt;

@@ -85,7 +85,7 @@ void Properties::PrepareValues(const PrepareValuesArguments& arguments) try {
       // A member that refuses its value keeps what it has; whoever asked for the parameters sees that it is missing.
     }
   }
-  Apartment().Messages->Clear();
+  if (const auto messages = Apartment().Messages) messages->Clear();
 } catch (...) { Failed("PrepareValues"); }
 
 }  // namespace velmoria

@@ -35,7 +35,7 @@ void Properties::UpdateRow() {
 void Properties::UpdateByIdentifier() {
   if (!identifier_ || identifier_->Properties()->Count() == 0) Raise(errProperties_Update, "Update");
   if (BeforeUpdate.Raise()) return;
-  const auto server = Apartment().Servers->Item(identifier_->ServerName());
+  const auto server = Present(Apartment().Servers)->Item(identifier_->ServerName());
   const auto classObject = server->Classes()->Item(identifier_->ClassName());
   const auto action = classObject->Actions()->Item(ActionName());
   auto agent = Make<DatabaseAgent>();

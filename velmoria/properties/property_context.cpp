@@ -188,7 +188,7 @@ std::string PropertyContext::PropertiesKey(velmoria::KeyFormat& format) {
 }
 
 std::string PropertyContext::Key(KeyFormatPtr keyFormat) try {
-  if (!keyFormat) keyFormat = Apartment().DefaultKeyFormat;
+  if (!keyFormat) keyFormat = Present(Apartment().DefaultKeyFormat);
   const bool byProperties = keyFormat->Properties()->Count() > 0;
   std::string key = byProperties ? PropertiesKey(*keyFormat) : Identity().Key(keyFormat);
   if (keyFormat->EmptyKey()) Raise(errNotSupported_Key, "Key", {key});

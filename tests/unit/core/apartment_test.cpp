@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/expect_raised.h"
 #include "tests/support/scoped_apartment.h"
 #include "tests/support/temporary_folder.h"
 #include "velmoria/velmoria.h"
@@ -92,7 +93,7 @@ TEST(ApartmentTest, ObjectsThatOutliveTheirApartmentDoNoHarm) {
     servers = apartment.State().Servers;
     apartment.State().End();
     servers->SetupItem({.Name = "Late"});
-    EXPECT_EQ(servers->Count(), 1U);
+    EXPECT_EQ(servers->Count(), 1);
     servers = nullptr;
     messages = nullptr;
   }
@@ -106,6 +107,30 @@ TEST(ApartmentTest, FailureInAnEndedApartmentIsRaisedWithItsOwnNumber) {
     static_cast<void>(servers->Item("x"));
     FAIL() << "nothing was raised";
   } catch (const Error& error) { EXPECT_EQ(error.CatalogueNumber(), 15074); }
+}
+
+TEST(ApartmentTest, MissingGlobalIsAnOrdinaryFailureWhereItIsNeeded) {
+  const ScopedApartment apartment;
+  const Framework framework;
+  const auto context = framework.CreateBusinessContext();
+  auto& state = apartment.State();
+  state.Servers = nullptr;
+  state.DefaultKeyFormat = nullptr;
+  ExpectReported(RuntimeFailure::ObjectNotSet, [&] { context->SetClassName("Order"); });
+  ExpectReported(RuntimeFailure::ObjectNotSet, [&] { framework.CreateIdentifier("Order"); });
+  ExpectReported(RuntimeFailure::ObjectNotSet, [&] { framework.CreateBusinessObjects(); });
+}
+
+TEST(ApartmentTest, WhatClearsMessagesDoesWithoutThem) {
+  const ScopedApartment apartment;
+  const Framework framework;
+  const auto values = framework.CreateProperties();
+  values->SetupItem({.Name = "Id", .Value = 7, .DataType = dtLongInteger});
+  const auto parameters = values->Copy();
+  values->Item("Id")->SetValue(8);
+  apartment.State().Messages = nullptr;
+  parameters->PrepareValues({.Properties = values});
+  EXPECT_EQ(parameters->Item("Id")->Value(), Variant(8));
 }
 
 TEST(ApartmentTest, NestedScopeGivesTheFormerStateBack) {

@@ -15,10 +15,9 @@ namespace {
 
 class SqlSourceTest : public testing::Test {
  protected:
-  static SourcePtr Setup(zSourceTypes type, const std::string& text, zOptionFlags options = ofNone,
-                         zEngines engine = engODBC) {
+  static SourcePtr Setup(zSourceTypes type, const std::string& text, zOptionFlags options = ofNone) {
     const auto source = Make<Sources>()->SetupItem(
-        {.Engine = engine, .SourceType = stTable, .SourceText = text, .OptionFlags = options});
+        {.Engine = engODBC, .SourceType = stTable, .SourceText = text, .OptionFlags = options});
     source->SetSourceType(type);
     return source;
   }
@@ -213,74 +212,6 @@ TEST_F(SqlSourceTest, ANullCriterionWithAnOrderingOperatorEndsTheStatement) {
     EXPECT_NE(error->Description().find("Operator: '>'  Property: 'a'"), std::string::npos);
   }
 }
-
-// Each statement as each engine gets it
-
-class SqlEnginesTest : public SqlSourceTest, public testing::WithParamInterface<zEngines> {
- protected:
-  static std::string Either(const char* access, const char* server) {
-    return GetParam() == engAccess ? access : server;
-  }
-  static SourcePtr Table() { return Setup(stTable, "orders", ofNone, GetParam()); }
-  static PropertiesPtr Row() {
-    auto row = Make<Properties>();
-    row->SetupItem({.Name = "Name", .Value = "O'Brien", .DataType = dtString});
-    row->SetupItem({.Name = "Placed", .Value = Date::From(2026, 11, 20, 14, 3, 5), .DataType = dtDate});
-    row->SetupItem({.Name = "Open", .Value = true, .DataType = dtBoolean});
-    row->SetupItem({.Name = "Amount", .Value = Decimal::Parse("1.50"), .DataType = dtDecimal});
-    row->SetupItem({.Name = "Note", .Value = Variant::Null(), .DataType = dtString});
-    row->SetupItem({.Name = "Kept", .DataType = dtLongInteger});
-    return row;
-  }
-  static PropertiesPtr Criteria() {
-    auto criteria = Make<Properties>();
-    criteria->SetupItem({.Name = "Placed", .Value = Date::From(2026, 11, 20), .DataType = dtDate, .Operator = ">="});
-    criteria->SetupItem({.Name = "Open", .Value = false, .DataType = dtBoolean, .OrFlag = true});
-    criteria->SetupItem({.Name = "Note", .Value = Variant::Null(), .DataType = dtString});
-    criteria->SetupItem({.Name = "Gone", .Value = Variant::Null(), .DataType = dtDate, .Operator = "<>"});
-    return criteria;
-  }
-  static std::string Where() {
-    return Either("Placed >= #2026-11-20# Or Open = False And Note IsNull And Gone Not IsNull",
-                  "Placed >= '2026-11-20' Or Open = 0 And Note is Null And Gone is not Null");
-  }
-  static std::string Values() {
-    return Either("'O''Brien', #2026-11-20 14:03:05#, True, 1.50, NULL",
-                  "'O''Brien', '2026-11-20 14:03:05', 1, 1.50, NULL");
-  }
-};
-
-TEST_P(SqlEnginesTest, Select) { EXPECT_EQ(Table()->SQLSelect(Criteria()), "SELECT * FROM orders WHERE " + Where()); }
-
-TEST_P(SqlEnginesTest, InsertWithoutACounter) {
-  EXPECT_EQ(Insert(Table(), Row()),
-            "INSERT INTO orders ( Name, Placed, Open, Amount, Note ) VALUES (" + Values() + " )");
-}
-
-TEST_P(SqlEnginesTest, InsertWithACounter) {
-  const auto row = Row();
-  row->Item("Kept")->SetFlags(pfcounter);
-  EXPECT_EQ(Insert(Table(), row), "INSERT INTO orders ( Name, Placed, Open, Amount, Note ) VALUES ( " + Values() +
-                                      " ) SELECT 'Kept' = @@IDENTITY [identity]");
-}
-
-TEST_P(SqlEnginesTest, Update) {
-  const auto set = Either("Name = 'O''Brien', Placed = #2026-11-20 14:03:05#, Open = True, Amount = 1.50, Note = NULL",
-                          "Name = 'O''Brien', Placed = '2026-11-20 14:03:05', Open = 1, Amount = 1.50, Note = NULL");
-  EXPECT_EQ(Table()->SQLUpdate(Row(), Criteria()), "UPDATE orders SET " + set + " WHERE " + Where());
-}
-
-TEST_P(SqlEnginesTest, Delete) {
-  EXPECT_EQ(Table()->SQLDelete(Make<Properties>(), Criteria()), "DELETE FROM orders WHERE " + Where());
-}
-
-TEST_P(SqlEnginesTest, ExecuteWithPassThrough) {
-  const auto source = Setup(stSQL, "EXEC p ?, ?, ?, ?, ?", ofRDOPassthru, GetParam());
-  EXPECT_EQ(source->SQLExecute(Row()), "EXEC p " + Values());
-}
-
-INSTANTIATE_TEST_SUITE_P(Table, SqlEnginesTest, testing::Values(engAccess, engODBC, engSQLServer, engSybase, engOracle),
-                         [](const auto& each) { return "Engine" + std::to_string(static_cast<int>(each.param)); });
 
 }  // namespace
 

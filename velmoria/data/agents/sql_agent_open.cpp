@@ -134,15 +134,17 @@ void SQLAgent::BindParameters(rdoQuery& query) const {
 }
 
 void SQLAgent::LogStatement(const char* routine, const rdoQuery& query) const {
+  const auto messages = Apartment().Messages;
+  if (!messages) return;
   auto text = query.SQL();
   if (!query.rdoParameters().empty()) text += "\r\nParameters:";
   for (const auto& parameter : query.rdoParameters()) AppendParameter(text, *parameter);
-  Apartment().Messages->SetupItem({.Number = errRDO_Info,
-                                   .TypeName = std::string(ReportedType()),
-                                   .RoutineName = routine,
-                                   .TypeFlags = tfVelmoria,
-                                   .SeverityFlags = svfInfo,
-                                   .ExtraText = std::move(text)});
+  messages->SetupItem({.Number = errRDO_Info,
+                       .TypeName = std::string(ReportedType()),
+                       .RoutineName = routine,
+                       .TypeFlags = tfVelmoria,
+                       .SeverityFlags = svfInfo,
+                       .ExtraText = std::move(text)});
 }
 
 }  // namespace velmoria
