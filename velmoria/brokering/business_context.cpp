@@ -99,7 +99,7 @@ IBusinessObjectsPtr BusinessContext::Item(const Variant& index) try {
 
 std::int32_t BusinessContext::Count() const { return static_cast<std::int32_t>(items_.Count()); }
 
-void BusinessContext::Add(IBusinessObjectsPtr item, const Position& position) try {
+void BusinessContext::Add(const IBusinessObjectsPtr& item, const Position& position) try {
   if (noAdd_) Raise(errNotSupported_Add, "Add");
   if (!item) Fail(RuntimeFailure::ObjectNotSet);
   if (BeforeAdd.Raise(*item)) return;

@@ -133,7 +133,7 @@ class VELMORIA_API BusinessContext final : public Object, public Reporting, publ
   KeyedList<IBusinessObjectsPtr>::Iterator begin() const { return items_.begin(); }
   KeyedList<IBusinessObjectsPtr>::Iterator end() const { return items_.end(); }
   /// Raises 15082 when adding is not supported and 15005 when both positions are given.
-  void Add(IBusinessObjectsPtr item, const Position& position = {});
+  void Add(const IBusinessObjectsPtr& item, const Position& position = {});
   /// Raises 15083 when removing is not supported, 15063 for an unknown index.
   void Remove(const Variant& index);
   void Update();

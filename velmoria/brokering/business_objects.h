@@ -121,7 +121,7 @@ class VELMORIA_API BusinessObjects final : public IBusinessObjects,
   IBusinessObjectPtr SearchHeld(const std::string& key);
   void BuildAll();
 
-  ModelPtr BuildModel(PropertiesPtr properties);
+  ModelPtr BuildModel(const PropertiesPtr& properties);
   IBusinessObjectPtr BuildObject(const ModelPtr& model, std::string_view routine);
   void Keep(std::int64_t row, const ModelPtr& model, const IBusinessObjectPtr& object);
   IBusinessObjectPtr BuildNewRow();

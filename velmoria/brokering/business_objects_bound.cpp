@@ -74,9 +74,9 @@ IBusinessObjectPtr BusinessObjects::BuildAt(std::int64_t row) {
   return object;
 }
 
-ModelPtr BusinessObjects::BuildModel(PropertiesPtr properties) {
+ModelPtr BusinessObjects::BuildModel(const PropertiesPtr& properties) {
   auto context = Make<PropertyContext>();
-  context->SetupWith(std::move(properties));
+  context->SetupWith(properties);
   auto model = Make<Model>();
   model->Setup(std::move(context), parentIdentifier_);
   return model;
@@ -85,9 +85,9 @@ ModelPtr BusinessObjects::BuildModel(PropertiesPtr properties) {
 IBusinessObjectPtr BusinessObjects::BuildObject(const ModelPtr& model, std::string_view routine) {
   if (objectType_ == otModel) return model;
   const std::string component = databaseAgent_->Class()->ActiveXProgId();
-  const auto object = component.empty()
-                          ? IBusinessObjectPtr{}
-                          : CreateHostObject<IBusinessObject>(component, "BusinessObjects.IBusinessObjects_Item");
+  auto object = component.empty()
+                    ? IBusinessObjectPtr{}
+                    : CreateHostObject<IBusinessObject>(component, "BusinessObjects.IBusinessObjects_Item");
   if (!object) {
     // Without an object type of its own the collection serves the Model itself.
     if (objectType_ != otBusiness) return model;

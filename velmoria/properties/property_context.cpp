@@ -30,7 +30,7 @@ void PropertyContext::Setup(bool locked, bool supportsAdd, bool supportsRemove) 
   locked_ = locked;
 } catch (...) { Failed("Setup"); }
 
-void PropertyContext::SetupWith(PropertiesPtr properties) try {
+void PropertyContext::SetupWith(const PropertiesPtr& properties) try {
   transient_ = false;
   Add(properties);
   identifier_ = properties->Identifier();
@@ -99,7 +99,7 @@ void PropertyContext::Insert(PropertiesPtr item, const Position& position) {
   InsertAt(items_, std::move(item), name, position);
 }
 
-void PropertyContext::Add(PropertiesPtr item, const Position& position) try {
+void PropertyContext::Add(const PropertiesPtr& item, const Position& position) try {
   if (noAdd_) Raise(errNotSupported_Add, "Add");
   if (!item) Fail(RuntimeFailure::ObjectNotSet);
   if (BeforeAdd.Raise(*item)) return;
@@ -107,7 +107,7 @@ void PropertyContext::Add(PropertiesPtr item, const Position& position) try {
   AfterAdd.Raise(*item);
 } catch (...) { Failed("Add"); }
 
-void PropertyContext::SetupItem(PropertiesPtr item, const Position& position) { Add(std::move(item), position); }
+void PropertyContext::SetupItem(const PropertiesPtr& item, const Position& position) { Add(item, position); }
 
 void PropertyContext::Remove(const Variant& index) try {
   if (noRemove_) Raise(errNotSupported_Remove, "Remove");
@@ -180,7 +180,7 @@ std::string PropertyContext::PropertiesKey(velmoria::KeyFormat& format) {
   for (const auto& member : *format.Properties()) {
     const PropertyPtr found = FindProperty(PropertyKey{.Parameter = member});
     // A separator stands before the first name and two between a name and its value: stored keys compare exactly.
-    if (format.IncludeNames()) key += separator + found->Name() + separator;
+    if (format.IncludeNames()) key.append(separator).append(found->Name()).append(separator);
     if (!key.empty()) key += separator;
     key += found->Value().AsText();
   }

@@ -52,8 +52,8 @@ class VELMORIA_API PropertyContext final : public Object,
   PropertyPtr FindProperty(const PropertyKey& key);
 
   /// Raises 15082 when adding is not supported, 15013 when both positions are given.
-  void Add(PropertiesPtr item, const Position& position = {});
-  void SetupItem(PropertiesPtr item, const Position& position = {});
+  void Add(const PropertiesPtr& item, const Position& position = {});
+  void SetupItem(const PropertiesPtr& item, const Position& position = {});
   /// Raises 15083 when removing is not supported, 15071 for an unknown index.
   void Remove(const Variant& index);
 
@@ -100,7 +100,7 @@ class VELMORIA_API PropertyContext final : public Object,
   /// Library: a transient context. Raises 15002 when locked.
   void Setup(bool locked, bool supportsAdd, bool supportsRemove);
   /// Library: the context of an object, from the collection that made it.
-  void SetupWith(PropertiesPtr properties);
+  void SetupWith(const PropertiesPtr& properties);
   /// Library: as Item and FindProperty, their events included, but none instead of an error.
   PropertiesPtr Find(const Variant& index);
   PropertyPtr Find(const PropertyKey& key);
