@@ -1,6 +1,5 @@
 #include "velmoria/design/connector_data.h"
 
-#include "velmoria/data/connection_recipe_impl.h"
 #include "velmoria/design/connection_text_impl.h"
 #include "velmoria/design/design_data_impl.h"
 #include "velmoria/design/engine_list_impl.h"
@@ -26,6 +25,16 @@ void CompleteForServer(ConnectorFields& fields) {
       GivenOrMachineDefault(fields.ConnectionType, "Default ConnectionType for Engine ", fields.Engine);
   fields.CursorDriver = GivenOrMachineDefault(fields.CursorDriver, "Default CursorDriver for Engine ", fields.Engine);
   fields.CursorType = GivenOrMachineDefault(fields.CursorType, "Default CursorType for Engine ", fields.Engine);
+}
+
+// A semicolon stands in front even where the text ends in one; a Connection adds none there.
+void AppendPart(std::string& text, std::string_view key, const std::string& value) {
+  if (!text.empty()) text += ';';
+  text.append(key).append(value);
+}
+
+void AppendLogOnPart(std::string& text, std::string_view key, const std::string& value) {
+  if (!value.empty() && !ContainsFolded(text, key)) AppendPart(text, key, value);
 }
 
 }  // namespace
@@ -63,7 +72,13 @@ std::string ConnectorData::ODBCConnectionString() const {
     Raise(ErrInvalid_ConnectionType, "ODBCConnectionString (Get)",
           {NumberText(static_cast<std::int32_t>(type)), EngineName()});
   }
-  return ComposeConnectString(type, Fields().ConnectionString, {Fields().UserName, Fields().Password});
+  const auto& given = Fields().ConnectionString;
+  if (type == ctFile || type == ctPrompt) return given;
+  std::string text = type == ctText ? given : std::string();
+  AppendLogOnPart(text, "UID=", Fields().UserName);
+  AppendLogOnPart(text, "PWD=", Fields().Password);
+  if (type == ctDSN) AppendPart(text, "DSN=", given);
+  return text;
 }
 
 }  // namespace velmoria

@@ -151,6 +151,18 @@ TEST_F(ConnectorTest, WhatTheDriverManagerGets) {
   }
 }
 
+TEST_F(ConnectorTest, AUserInTheTextStaysInWhateverCase) {
+  EXPECT_EQ(AddText("Driver=X;uid=bert", "anna")->Data()->ODBCConnectionString(), "Driver=X;uid=bert");
+}
+
+TEST_F(ConnectorTest, APasswordWithASemicolonGoesIntoTheTextUntouched) {
+  EXPECT_EQ(AddText("Driver=X", "anna", "a;b")->Data()->ODBCConnectionString(), "Driver=X;UID=anna;PWD=a;b");
+}
+
+TEST_F(ConnectorTest, ASemicolonAtTheEndOfTheTextIsDoubled) {
+  EXPECT_EQ(AddText("DSN=x;", "anna", "secret")->Data()->ODBCConnectionString(), "DSN=x;;UID=anna;PWD=secret");
+}
+
 TEST_F(ConnectorTest, WithoutConnectionTypeThereIsNoConnectString) {
   for (const int type : {0, 5, -1}) {
     const auto connector = AddText("Driver=X");
