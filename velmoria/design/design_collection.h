@@ -44,7 +44,8 @@ class VELMORIA_API DesignCollection : public Object, public Reporting {
   Iterator end() const { return Members().end(); }
 
   /// Takes an object in under its key. Raises 15082 when adding is not supported, 15100 to 15108 when the object
-  /// belongs elsewhere, and the kind's "Problem adding" error for both positions at once and for anything else.
+  /// belongs elsewhere, which "Problem adding" is recorded beside, and the kind's "Problem adding" error for both
+  /// positions at once and for anything else.
   void Add(const Member& item, const Position& position = {});
   /// Makes an object of these fields and adds it. Raises as Add, and what the fields are refused with.
   Member SetupItem(const typename Kind::Fields& fields, const Position& position = {});
@@ -111,6 +112,7 @@ class VELMORIA_API DesignCollection : public Object, public Reporting {
  private:
   const KeyedList<Member>& BuildMembers() const;
   Member FindResolved(const Index& resolved) const;
+  void JoinDefinitions(const Member& item, const Position& position);
   void Insert(std::string_view routine, const Member& item, const Position& position);
   void Take(const Index& index);
   void Rekey(const Key& key, const Key& newKey);

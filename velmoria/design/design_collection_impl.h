@@ -39,12 +39,15 @@ void DesignCollection<Kind>::Add(const Member& item, const Position& position) t
   if (noAdd_) Raise(errNotSupported_Add, "Add");
   if (!item) Raise(Kind::Numbers.Adding, "Add", ShownForAdding({}, position));
   static_cast<void>(Members());
-  if (data_) {
-    item->SetParents(*parents_);
-    data_->Add(item->Data(), position);
-  }
+  if (data_) JoinDefinitions(item, position);
   Insert("Add", item, position);
 } catch (...) { Failed("Add"); }
+
+template <class Kind>
+void DesignCollection<Kind>::JoinDefinitions(const Member& item, const Position& position) try {
+  item->SetParents(*parents_);
+  data_->Add(item->Data(), position);
+} catch (...) { Failed("Add", Kind::Numbers.Adding, ShownForAdding(item->Data()->KeyText(), position)); }
 
 template <class Kind>
 auto DesignCollection<Kind>::SetupItem(const typename Kind::Fields& fields, const Position& position) -> Member try {
@@ -159,7 +162,7 @@ Ref<typename Kind::CollectionData> DesignCollection<Kind>::Data() const {
 
 template <class Kind>
 void DesignCollection<Kind>::SetParents(const Parents& given) try {
-  if (const auto conflict = parents_->Take(given)) {
+  if (const auto conflict = parents_->TakeInTurn(given)) {
     Raise(conflict->Number, Kind::SetParentsRoutine, {conflict->Name});
   }
   if (!members_) return;

@@ -111,7 +111,7 @@ Ref<typename Kind::Data> DesignObject<Kind>::Data() const {
 
 template <class Kind>
 void DesignObject<Kind>::SetParents(const Parents& given) try {
-  if (const auto conflict = parents_->Take(given)) {
+  if (const auto conflict = parents_->TakeInTurn(given)) {
     Raise(conflict->Number, Kind::SetParentsRoutine, {conflict->Name});
   }
   PassOn(ParentChange(given));

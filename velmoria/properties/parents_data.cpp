@@ -48,15 +48,23 @@ Parents& Parents::operator=(Parents&& other) noexcept = default;
 Parents::~Parents() = default;
 
 std::optional<ParentConflict> Parents::Take(const Parents& given) {
+  auto taken = *this;
+  auto conflict = taken.TakeInTurn(given);
+  if (!conflict) *this = std::move(taken);
+  return conflict;
+}
+
+std::optional<ParentConflict> Parents::TakeInTurn(const Parents& given) {
   std::optional<ParentConflict> conflict;
   ForEachSlot([&](auto slot, auto, zErrors number) {
-    if (!conflict && given.*slot && this->*slot) conflict = ParentConflict{number, NameOf(*(this->*slot))};
+    if (conflict || !(given.*slot)) return;
+    if (this->*slot) {
+      conflict = ParentConflict{number, NameOf(*(this->*slot))};
+    } else {
+      this->*slot = given.*slot;
+    }
   });
-  if (conflict) return conflict;
-  ForEachSlot([&](auto slot, auto, zErrors) {
-    if (given.*slot) this->*slot = given.*slot;
-  });
-  return std::nullopt;
+  return conflict;
 }
 
 void Parents::Clear(const ParentSlots& slots) {

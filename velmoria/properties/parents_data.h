@@ -48,6 +48,8 @@ struct Parents {
   /// Takes each parent given. A parent is given once: when any slot is already filled, even with the same parent, it
   /// tells the first such one and takes nothing.
   std::optional<ParentConflict> Take(const Parents& given);
+  /// The same, but slot by slot: what was taken ahead of the first filled slot stays.
+  std::optional<ParentConflict> TakeInTurn(const Parents& given);
   void Clear(const ParentSlots& slots);
   /// Whether no slot is filled.
   bool IsEmpty() const noexcept;

@@ -10,6 +10,7 @@
 #include "tests/support/expect_raised.h"
 #include "tests/support/scoped_apartment.h"
 #include "velmoria/brokering/key_format.h"
+#include "velmoria/core/messages.h"
 #include "velmoria/properties/properties.h"
 
 namespace velmoria::test {
@@ -193,11 +194,28 @@ TEST_F(DesignObjectTest, ASecondParentOfEveryKindIsRefusedByName) {
   const auto other = MakeDesign<ServerKind>({.Name = "Stock"});
   const auto free = MakeDesign<ClassKind>({.Name = "Free"});
   const auto freeAction = MakeDesign<ActionKind>({.Name = "FreeGet"});
-  ExpectRaised(zErrors{15108}, [&] { other->Classes()->Add(object); }, {.Text = "Server: 'Sales'", .Count = 1});
-  ExpectRaised(zErrors{15101}, [&] { free->Actions()->Add(action); }, {.Text = "Class: 'Order'", .Count = 1});
-  ExpectRaised(zErrors{15100}, [&] { freeAction->Sources()->Add(source); }, {.Text = "Action: 'Get'", .Count = 1});
+  ExpectRaised(zErrors{15108}, [&] { other->Classes()->Add(object); }, {.Text = "Server: 'Sales'", .Count = 2});
+  ExpectRaised(zErrors{15101}, [&] { free->Actions()->Add(action); }, {.Text = "Class: 'Order'", .Count = 2});
+  ExpectRaised(zErrors{15100}, [&] { freeAction->Sources()->Add(source); }, {.Text = "Action: 'Get'", .Count = 2});
   ExpectRaised(zErrors{15103}, [&] { Make<Database>()->Connectors()->Add(connector); },
-               {.Text = "Database: 'Shop'", .Count = 1});
+               {.Text = "Database: 'Shop'", .Count = 2});
+}
+
+TEST_F(DesignObjectTest, ARefusedParentIsRecordedAsAProblemOfAddingToo) {
+  const auto object = MakeDesign<ServerKind>({.Name = "Sales"})->Classes()->SetupItem({.Name = "Order"});
+  EXPECT_THROW(Make<Server>()->Classes()->Add(object), Error);
+  const auto message = Apartment().Messages->Item("15007");
+  ASSERT_TRUE(message);
+  EXPECT_NE(message->Description().find("Name: 'Order'"), std::string::npos);
+}
+
+TEST_F(DesignObjectTest, AParentTakenBeforeTheRefusedOneStays) {
+  const auto server = MakeDesign<ServerKind>({.Name = "Sales"});
+  const auto order = server->Classes()->SetupItem({.Name = "Order"});
+  const auto action = MakeDesign<ClassKind>({.Name = "Free"})->Actions()->SetupItem({.Name = "Get"});
+  ExpectRaised(zErrors{15101}, [&] { order->Actions()->Add(action); }, {.Text = "Class: 'Free'"});
+  EXPECT_EQ(action->ServerName(), "Sales");
+  EXPECT_EQ(action->ClassName(), "Free");
 }
 
 TEST_F(DesignObjectTest, TheSameParentAgainIsRefusedToo) {

@@ -76,6 +76,16 @@ TEST_F(ParentsTest, ConflictTakesNothing) {
   EXPECT_FALSE(parents.Server);
 }
 
+TEST_F(ParentsTest, TakenInTurnWhatCameBeforeTheConflictStays) {
+  Parents parents;
+  parents.Class = all_.Class;
+  const auto conflict = parents.TakeInTurn(all_);
+  ASSERT_TRUE(conflict);
+  EXPECT_EQ(conflict->Number, errParent_Class);
+  EXPECT_EQ(parents.Server, all_.Server);
+  EXPECT_FALSE(parents.Action);
+}
+
 TEST_F(ParentsTest, ClearEmptiesTheSlotsNamed) {
   Parents parents = all_;
   parents.Clear({.Server = true, .Database = true});
