@@ -72,6 +72,12 @@ TEST_F(ActionOperationsTest, CreatePropertiesNeedsAnIdentifierDefinition) {
   ExpectRaised(zErrors{15160}, [&] { action_->CreateProperties(); });
 }
 
+TEST_F(ActionOperationsTest, CreatePropertiesNeedsTheValuesOfRequiredParameters) {
+  action_->Sources()->Item()->Parameters()->SetupItem(
+      {.Name = "id", .DataType = dtLongInteger, .Flags = pfInput | pfRequired});
+  ExpectRaised(zErrors{15119}, [&] { action_->CreateProperties(); });
+}
+
 TEST_F(ActionOperationsTest, CreatePropertiesOfAMissingTableFails) {
   action_->Sources()->Item()->SetSourceText("nowhere");
   ExpectRaised(zErrors{15120}, [&] { action_->CreateProperties(); });

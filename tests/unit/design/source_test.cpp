@@ -171,6 +171,14 @@ TEST_F(SourceTest, ParametersBelongToTheDefinition) {
   EXPECT_EQ(source->Data()->ParametersData()->Count(), 1);
 }
 
+TEST_F(SourceTest, AParameterIsInputByDefaultAndRequiresAValueOnlyWhenTold) {
+  const auto parameters = Add({.Engine = engODBC, .SourceType = stTable})->Parameters();
+  const auto byDefault = parameters->SetupItem({.Name = "Id", .DataType = dtLongInteger});
+  EXPECT_EQ(byDefault->Flags(), pfInput);
+  EXPECT_FALSE(byDefault->RequiresValue());
+  EXPECT_TRUE(parameters->SetupItem({.Name = "Year", .Flags = pfInput | pfRequired})->RequiresValue());
+}
+
 TEST_F(SourceTest, CopyOfEngineZeroKeepsTheEngine) {
   EXPECT_EQ(Add({.Engine = engODBC, .SourceType = stTable})->Copy(engUnknown)->Engine(), engODBC);
 }

@@ -92,6 +92,11 @@ TEST_F(PropertiesTest, ModifiableAsksAllOrOne) {
   EXPECT_TRUE(SampleRows().Row(0)->Modifiable(true));
 }
 
+TEST_F(PropertiesTest, AnEmptyCollectionAnswersModifiableWithTheQuestion) {
+  EXPECT_FALSE(Transient()->Modifiable(false));
+  EXPECT_TRUE(Transient()->Modifiable(true));
+}
+
 TEST_F(PropertiesTest, EmptyValuesNeedsEveryMemberEmpty) {
   const auto properties = Transient();
   EXPECT_TRUE(properties->EmptyValues());
@@ -158,6 +163,12 @@ TEST_F(PropertiesTest, BoundNamesComeFromTheRow) {
   EXPECT_EQ(row->EngineName(), "Generic ODBC");
   EXPECT_EQ(row->EditFlags(), efUpdate);
   EXPECT_EQ(row->EditFlagsDisplay(), "Update");
+}
+
+TEST_F(PropertiesTest, APropertiesNameOfTheActionIsConsultedByNothing) {
+  const SampleRows rows;
+  rows.Action->SetPropertiesName("Row");
+  EXPECT_EQ(rows.Row(0)->Name(), "Get");
 }
 
 TEST_F(PropertiesTest, FreeEditFlagsAreTheOrOfTheMembers) {
