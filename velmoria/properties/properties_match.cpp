@@ -61,6 +61,7 @@ const MatchOperator* FindMatchOperator(const std::string& text, const Variant& c
 }  // namespace
 
 bool Properties::PropertiesMatch(const PropertiesPtr& properties) try {
+  if (!properties) Fail(RuntimeFailure::ObjectNotSet);
   for (const auto& criterion : *this) {
     if (criterion->EmptyValue()) continue;
     const auto member = properties->Item(PropertyKey{.Parameter = criterion});
@@ -74,12 +75,13 @@ bool Properties::PropertiesMatch(const PropertiesPtr& properties) try {
 } catch (...) { Failed("PropertiesMatch"); }
 
 void Properties::PrepareValues(const PrepareValuesArguments& arguments) try {
+  if (!arguments.Properties) Fail(RuntimeFailure::ObjectNotSet);
   for (const auto& given : *arguments.Properties) {
-    if (arguments.DirtyOnly && !given->DirtyValue()) continue;
-    const auto member = FindRaising(PropertyKey{.Parameter = given});
-    if (!member || (member->Flags() & arguments.PropertyFlags) != arguments.PropertyFlags) continue;
-    Suspension quiet{"Properties.PrepareValues"};
     try {
+      if (arguments.DirtyOnly && !given->DirtyValue()) continue;
+      const auto member = FindRaising(PropertyKey{.Parameter = given});
+      if (!member || (member->Flags() & arguments.PropertyFlags) != arguments.PropertyFlags) continue;
+      Suspension quiet{"Properties.PrepareValues"};
       member->SetValue(arguments.UseOldValue ? given->OldValue() : given->Value());
     } catch (const Error&) {
       // A member that refuses its value keeps what it has; whoever asked for the parameters sees that it is missing.

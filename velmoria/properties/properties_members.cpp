@@ -20,6 +20,7 @@ void Properties::Insert(const PropertyPtr& item, const Position& position, const
 
 void Properties::Add(const PropertyPtr& item, const Position& position) try {
   if (noAdd_) Raise(errNotSupported_Add, "Add");
+  if (!item) Fail(RuntimeFailure::ObjectNotSet);
   OwnItems();
   if (BeforeAdd.Raise(*item)) return;
   if (data_) {
@@ -107,8 +108,9 @@ void Properties::RemoveMember(const PropertyPtr& item) {
 void Properties::RenameItem(const std::string& name, const std::string& newName) try {
   auto& list = OwnItems().List;
   if (!data_) Raise(errNotSupported_Rename, "RenameItem");
-  const auto item = Item(name);
-  if (item->Locked()) Raise(errVelmoria_Locked, "RenameItem");
+  // A taken or unknown name is the definition's to refuse; a Locked member is refused before anything changes.
+  const auto item = Find({.Index = name});
+  if (item && item->Locked() && data_->PositionOf(newName) == 0) Raise(errVelmoria_Locked, "RenameItem");
   data_->RenameItem(name, newName);
   list.Rename(list.PositionOf(std::string_view(name)), newName);
 } catch (...) { Failed("RenameItem"); }

@@ -154,5 +154,20 @@ TEST_F(PropertiesCriteriaTest, PrepareValuesClearsTheMessagesOfEarlierFailures) 
   EXPECT_EQ(Framework().Messages()->Count(), 0);
 }
 
+TEST_F(PropertiesCriteriaTest, PrepareValuesPassesOverAListenerThatFails) {
+  const auto parameters = One({.Name = "A"});
+  parameters->SetupItem({.Name = "B"});
+  parameters->ItemNotFound += [](const PropertyKey&, PropertyPtr&) { Fail(RuntimeFailure::DivisionByZero); };
+  const auto given = One({.Name = "x", .SourceName = "A", .SourceColumn = "c", .SourceTable = "t"});
+  given->SetupItem({.Name = "B", .Value = 2});
+  parameters->PrepareValues({.Properties = given});
+  EXPECT_EQ(parameters->Item("B")->Value().AsLong(), 2);
+}
+
+TEST_F(PropertiesCriteriaTest, NoCollectionIsAnObjectNotSet) {
+  ExpectReported(RuntimeFailure::ObjectNotSet, [] { One({.Name = "A"})->PropertiesMatch({}); });
+  ExpectReported(RuntimeFailure::ObjectNotSet, [] { One({.Name = "A"})->PrepareValues({.Properties = {}}); });
+}
+
 }  // namespace
 }  // namespace velmoria::test

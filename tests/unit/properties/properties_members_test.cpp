@@ -88,6 +88,10 @@ TEST_F(PropertiesMembersTest, DuplicateInSetupItemLeavesTheFirstDefinition) {
   EXPECT_EQ(data_->Item("A")->Caption(), "first");
 }
 
+TEST_F(PropertiesMembersTest, AddOfNothingIsAnObjectNotSet) {
+  ExpectReported(RuntimeFailure::ObjectNotSet, [&] { transient_->Add({}); });
+}
+
 TEST_F(PropertiesMembersTest, AddWithoutSupportIsRefusedAndMakesNothing) {
   user_->SetSupportsAdd(false);
   ExpectRaised(errNotSupported_Add, [&] { user_->Add(New("A")); });
@@ -223,6 +227,19 @@ TEST_F(PropertiesMembersTest, RenameToATakenNameIsRefused) {
   for (const char* name : {"A", "B"}) user_->SetupItem({.Name = name});
   ExpectRaised(errRename_Property, [&] { user_->RenameItem("A", "b"); }, {.Text = "Name: 'A'  NewName: 'b'"});
   EXPECT_EQ(Order(user_), "AB");
+}
+
+TEST_F(PropertiesMembersTest, ATakenNameIsRefusedAheadOfAnUnknownOrLockedMember) {
+  for (const char* name : {"A", "B"}) user_->SetupItem({.Name = name})->SetLocked(true);
+  ExpectRaised(errRename_Property, [&] { user_->RenameItem("A", "b"); });
+  ExpectRaised(errRename_Property, [&] { user_->RenameItem("X", "b"); });
+}
+
+TEST_F(PropertiesMembersTest, RenameOfAnUnknownMemberTellsNoListener) {
+  int events = 0;
+  user_->ItemNotFound += [&](const PropertyKey&, PropertyPtr&) { ++events; };
+  ExpectRaised(errItem_Property, [&] { user_->RenameItem("X", "Y"); }, {.Text = "Index: 'X'"});
+  EXPECT_EQ(events, 0);
 }
 
 TEST_F(PropertiesMembersTest, RenameOfALockedMemberChangesNothing) {
