@@ -110,7 +110,7 @@ void Properties::RenameItem(const std::string& name, const std::string& newName)
   if (!data_) Raise(errNotSupported_Rename, "RenameItem");
   // A taken or unknown name is the definition's to refuse; a Locked member is refused before anything changes.
   const auto item = Find({.Index = name});
-  if (item && item->Locked() && data_->PositionOf(newName) == 0) Raise(errVelmoria_Locked, "RenameItem");
+  if (item && item->Locked() && data_->PositionOf(newName) == 0) item->SetName(newName);
   data_->RenameItem(name, newName);
   list.Rename(list.PositionOf(std::string_view(name)), newName);
 } catch (...) { Failed("RenameItem"); }

@@ -244,7 +244,7 @@ TEST_F(PropertiesMembersTest, RenameOfAnUnknownMemberTellsNoListener) {
 
 TEST_F(PropertiesMembersTest, RenameOfALockedMemberChangesNothing) {
   user_->SetupItem({.Name = "A"})->SetLocked(true);
-  ExpectRaised(errVelmoria_Locked, [&] { user_->RenameItem("A", "B"); });
+  ExpectRaised(errVelmoria_Locked, [&] { user_->RenameItem("A", "B"); }, {.Text = "Property.Name (Let)", .Count = 1});
   EXPECT_EQ(DefinedOrder(), "A");
 }
 
