@@ -4,9 +4,9 @@
 
 #include "velmoria/brokering/ibusiness_objects.h"
 #include "velmoria/brokering/identifier.h"
-#include "velmoria/brokering/index_text_impl.h"
 #include "velmoria/brokering/key_format.h"
 #include "velmoria/core/display.h"
+#include "velmoria/core/index_text_impl.h"
 #include "velmoria/core/insert_at_impl.h"
 #include "velmoria/design/action.h"
 #include "velmoria/design/class.h"

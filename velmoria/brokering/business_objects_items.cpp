@@ -1,8 +1,8 @@
 #include "velmoria/brokering/business_objects.h"
 #include "velmoria/brokering/business_objects_impl.h"
 #include "velmoria/brokering/identifier.h"
-#include "velmoria/brokering/index_text_impl.h"
 #include "velmoria/brokering/key_format.h"
+#include "velmoria/core/index_text_impl.h"
 #include "velmoria/core/insert_at_impl.h"
 #include "velmoria/core/statistics.h"
 #include "velmoria/data/database_agent_impl.h"
@@ -70,8 +70,7 @@ void BusinessObjects::Add(IBusinessObjectPtr item, const Position& position) try
   if (BeforeAdd.Raise(*item)) return;
   const std::string key = keyFormat_->EmptyKey() ? std::string{} : item->Key(keyFormat_);
   if (position.IsBoth()) {
-    Raise(errAdd_BusinessObject, "IBusinessObjects_Add",
-          {key, Quoted(position.Before.AsText()), Quoted(position.After.AsText())}, BothPositionsText);
+    Raise(errAdd_BusinessObject, "IBusinessObjects_Add", AddTexts(key, position), BothPositionsText);
   }
   const std::size_t place = PlaceOf(members_, position);
   if (key.empty()) {

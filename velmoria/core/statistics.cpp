@@ -4,6 +4,7 @@
 
 #include "velmoria/core/duration_text_impl.h"
 #include "velmoria/core/errors_ignored_impl.h"
+#include "velmoria/core/index_text_impl.h"
 #include "velmoria/core/insert_at_impl.h"
 #include "velmoria/runtime/error.h"
 #include "velmoria/runtime/text.h"
@@ -11,10 +12,6 @@
 namespace velmoria {
 
 namespace {
-
-std::string PositionText(const Variant& position) {
-  return position.IsNumber() || position.IsText() ? position.AsText() : "(" + position.TypeName() + ")";
-}
 
 // The seconds pass through 16 bits here: a greater number overflows and leaves no text.
 std::string ShortDurationText(std::int64_t seconds) {
@@ -30,8 +27,7 @@ void Statistics::Add(const StatisticPtr& item, const Position& position) try {
   const auto name = item->Name();
   items_.RemoveKey(name);
   if (position.IsBoth()) {
-    Raise(errAdd_Statistic, "Add", {name, PositionText(position.Before), PositionText(position.After)},
-          BothPositionsText);
+    Raise(errAdd_Statistic, "Add", {name, PlaceText(position.Before), PlaceText(position.After)}, BothPositionsText);
   }
   InsertAt(items_, item, name, position);
 } catch (...) { Failed("Add"); }

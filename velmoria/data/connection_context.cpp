@@ -1,13 +1,23 @@
 #include "velmoria/data/connection_context.h"
 
+#include "velmoria/core/index_text_impl.h"
 #include "velmoria/core/insert_at_impl.h"
 #include "velmoria/core/statistics.h"
 #include "velmoria/data/connection.h"
 #include "velmoria/data/connections.h"
-#include "velmoria/data/index_text_impl.h"
 #include "velmoria/design/connector.h"
 
 namespace velmoria {
+
+namespace {
+
+std::string ShownIndex(const Variant& index) { return IndexText(index, AnyNumberOrBoolean); }
+
+Replacements ShownForAdding(const std::string& name, const Position& position) {
+  return {name, ShownIndex(position.Before), ShownIndex(position.After)};
+}
+
+}  // namespace
 
 ConnectionContext::ConnectionContext() : statistics_(Make<velmoria::Statistics>()) {
   items_.Add(Make<Connections>(), "");
@@ -40,24 +50,19 @@ ConnectionPtr ConnectionContext::FindConnection(const std::string& databaseName,
 
 ConnectionsPtr ConnectionContext::Item(const Variant& index) const try {
   const auto found = Find(index);
-  if (!found) Raise(errItem_Connections, "Item", {DataIndexText(index)});
+  if (!found) Raise(errItem_Connections, "Item", {ShownIndex(index)});
   return found;
 } catch (...) { Failed("Item"); }
 
 void ConnectionContext::Add(const ConnectionsPtr& item, const Position& position) try {
   if (!item) Fail(RuntimeFailure::ObjectNotSet);
-  if (position.IsBoth())
-    Raise(errAdd_Connections, "Add", {item->Name(), DataIndexText(position.Before), DataIndexText(position.After)},
-          "Passing both Before and After arguments is not allowed.");
+  if (position.IsBoth()) Raise(errAdd_Connections, "Add", ShownForAdding(item->Name(), position), BothPositionsText);
   InsertAt(items_, item, item->Name(), position);
-} catch (...) {
-  Failed("Add", errAdd_Connections,
-         {item ? item->Name() : std::string(), DataIndexText(position.Before), DataIndexText(position.After)});
-}
+} catch (...) { Failed("Add", errAdd_Connections, ShownForAdding(item ? item->Name() : std::string(), position)); }
 
 ConnectionsPtr ConnectionContext::Remove(const Variant& index) try {
   const auto place = items_.PositionOf(index);
-  if (place == 0) Raise(errRemove_Connections, "Remove", {DataIndexText(index)});
+  if (place == 0) Raise(errRemove_Connections, "Remove", {ShownIndex(index)});
   auto item = items_.At(place);
   items_.RemoveAt(place);
   return item;

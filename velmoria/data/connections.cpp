@@ -1,10 +1,10 @@
 #include "velmoria/data/connections.h"
 
 #include "velmoria/core/display.h"
+#include "velmoria/core/index_text_impl.h"
 #include "velmoria/core/statistics.h"
 #include "velmoria/data/connection.h"
 #include "velmoria/data/connection_recipe_impl.h"
-#include "velmoria/data/index_text_impl.h"
 #include "velmoria/data/rdo_engine_impl.h"
 #include "velmoria/design/connector.h"
 #include "velmoria/design/connector_data.h"
@@ -54,7 +54,7 @@ ConnectionPtr Connections::Find(const Variant& index) const {
 
 ConnectionPtr Connections::Item(const Variant& index) const try {
   const auto found = Find(index);
-  if (!found) Raise(errItem_Connection, "Item", {DataIndexText(index)});
+  if (!found) Raise(errItem_Connection, "Item", {IndexText(index, AnyNumberOrBoolean)});
   return found;
 } catch (...) { Failed("Item"); }
 

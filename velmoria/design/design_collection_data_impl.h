@@ -1,5 +1,6 @@
 #pragma once
 
+#include "velmoria/core/index_text_impl.h"
 #include "velmoria/core/insert_at_impl.h"
 #include "velmoria/core/now.h"
 #include "velmoria/design/design_collection_data.h"
@@ -37,10 +38,10 @@ template <class Kind>
 void DesignCollectionData<Kind>::Insert(std::string_view routine, const Member& item, const Position& position) {
   const auto key = item->KeyText();
   try {
-    if (position.IsBoth()) { Raise(Kind::Numbers.Adding, routine, ShownForAdding(key, position), BothPositionsText); }
+    if (position.IsBoth()) { Raise(Kind::Numbers.Adding, routine, AddTexts(key, position), BothPositionsText); }
     InsertAt(members_, item, key, Kind::KeyPolicy::ListPosition(position));
     Stamp();
-  } catch (...) { Failed(routine, Kind::Numbers.Adding, ShownForAdding(key, position)); }
+  } catch (...) { Failed(routine, Kind::Numbers.Adding, AddTexts(key, position)); }
 }
 
 template <class Kind>

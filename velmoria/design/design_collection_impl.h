@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "velmoria/core/index_text_impl.h"
 #include "velmoria/core/insert_at_impl.h"
 #include "velmoria/design/design_collection.h"
 #include "velmoria/design/parent_change_impl.h"
@@ -37,7 +38,7 @@ auto DesignCollection<Kind>::FindResolved(const Index& resolved) const -> Member
 template <class Kind>
 void DesignCollection<Kind>::Add(const Member& item, const Position& position) try {
   if (noAdd_) Raise(errNotSupported_Add, "Add");
-  if (!item) Raise(Kind::Numbers.Adding, "Add", ShownForAdding({}, position));
+  if (!item) Raise(Kind::Numbers.Adding, "Add", AddTexts({}, position));
   static_cast<void>(Members());
   if (data_) JoinDefinitions(item, position);
   Insert("Add", item, position);
@@ -47,7 +48,7 @@ template <class Kind>
 void DesignCollection<Kind>::JoinDefinitions(const Member& item, const Position& position) try {
   item->SetParents(*parents_);
   data_->Add(item->Data(), position);
-} catch (...) { Failed("Add", Kind::Numbers.Adding, ShownForAdding(item->Data()->KeyText(), position)); }
+} catch (...) { Failed("Add", Kind::Numbers.Adding, AddTexts(item->Data()->KeyText(), position)); }
 
 template <class Kind>
 auto DesignCollection<Kind>::SetupItem(const typename Kind::Fields& fields, const Position& position) -> Member try {
@@ -70,9 +71,9 @@ template <class Kind>
 void DesignCollection<Kind>::Insert(std::string_view routine, const Member& item, const Position& position) {
   const auto key = item->Data()->KeyText();
   try {
-    if (position.IsBoth()) { Raise(Kind::Numbers.Adding, routine, ShownForAdding(key, position), BothPositionsText); }
+    if (position.IsBoth()) { Raise(Kind::Numbers.Adding, routine, AddTexts(key, position), BothPositionsText); }
     InsertAt(*members_, item, key, Kind::KeyPolicy::ListPosition(position));
-  } catch (...) { Failed(routine, Kind::Numbers.Adding, ShownForAdding(key, position)); }
+  } catch (...) { Failed(routine, Kind::Numbers.Adding, AddTexts(key, position)); }
 }
 
 template <class Kind>

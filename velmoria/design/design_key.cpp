@@ -1,17 +1,11 @@
 #include "velmoria/design/design_key.h"
 
-#include "velmoria/brokering/index_text_impl.h"
+#include "velmoria/core/index_text_impl.h"
 #include "velmoria/runtime/text.h"
 
 namespace velmoria {
 
 namespace {
-
-std::string PlaceText(const Variant& place) {
-  if (place.IsMissing()) return "(Missing)";
-  if (place.IsText() || place.IsNumber()) return place.AsText();
-  return "(" + place.TypeName() + ")";
-}
 
 Variant KeyPlace(const Variant& place) { return place.IsGiven() ? Variant(place.AsText()) : place; }
 
@@ -28,9 +22,5 @@ Position KeyedByEngine::ListPosition(const Position& position) {
 }
 
 Replacements KeyedByEngine::Shown(Index resolved, Index given) { return {Text(resolved), Text(given)}; }
-
-Replacements ShownForAdding(const std::string& key, const Position& position) {
-  return {key, Quoted(PlaceText(position.Before)), Quoted(PlaceText(position.After))};
-}
 
 }  // namespace velmoria

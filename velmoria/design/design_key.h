@@ -49,7 +49,4 @@ concept NamedKind = std::is_same_v<typename Kind::KeyPolicy, KeyedByName>;
 template <class Kind>
 concept EngineKind = std::is_same_v<typename Kind::KeyPolicy, KeyedByEngine>;
 
-/// The values of a "Problem adding" text; an argument not given reads '(Missing)' or '(Empty)'.
-VELMORIA_API Replacements ShownForAdding(const std::string& key, const Position& position);
-
 }  // namespace velmoria

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "velmoria/core/index_text_impl.h"
 #include "velmoria/core/insert_at_impl.h"
 #include "velmoria/properties/attribute_data.h"
-#include "velmoria/properties/attribute_texts_impl.h"
 #include "velmoria/properties/attributes_data.h"
 #include "velmoria/properties/property_data.h"
 #include "velmoria/runtime/error.h"
@@ -37,7 +37,7 @@ const KeyedList<AttributePtr>& Attributes::Members() const {
 
 void Attributes::CheckAdd(std::string_view routine, const std::string& name, const Position& position) const {
   if (noAdd_) Raise(errNotSupported_Add, routine);
-  if (position.IsBoth()) Raise(errAdd_Attribute, routine, AttributeAddTexts(name, position), BothPositionsText);
+  if (position.IsBoth()) Raise(errAdd_Attribute, routine, AddTexts(name, position), BothPositionsText);
 }
 
 void Attributes::Add(const AttributePtr& item, const Position& position) {
@@ -48,7 +48,7 @@ void Attributes::Add(const AttributePtr& item, const Position& position) {
     Members();
     if (data_) data_->Add(item->Data(), position);
     InsertAt(items_, item, name, position);
-  } catch (...) { Failed("Add", errAdd_Attribute, AttributeAddTexts(name, position)); }
+  } catch (...) { Failed("Add", errAdd_Attribute, AddTexts(name, position)); }
 }
 
 AttributePtr Attributes::SetupItem(const AttributeFields& fields, const Position& position) {
@@ -56,7 +56,7 @@ AttributePtr Attributes::SetupItem(const AttributeFields& fields, const Position
   auto item = SetupData(fields, position);
   try {
     InsertAt(items_, item, fields.Name, position);
-  } catch (...) { Failed("SetupItem", errAdd_Attribute, AttributeAddTexts(fields.Name, position)); }
+  } catch (...) { Failed("SetupItem", errAdd_Attribute, AddTexts(fields.Name, position)); }
   return item;
 }
 
@@ -75,7 +75,7 @@ AttributePtr Attributes::Find(const Variant& index) const {
 
 AttributePtr Attributes::Item(const Variant& index) const try {
   auto found = Find(index);
-  if (!found) Raise(errItem_Attribute, "Item", {AttributeIndexText(index)});
+  if (!found) Raise(errItem_Attribute, "Item", {QuotingIndexText(index, AnyNumberOrBoolean)});
   return found;
 } catch (...) { Failed("Item"); }
 
@@ -85,7 +85,7 @@ void Attributes::Remove(const Variant& index) {
     const auto name = Item(index)->Name();
     if (data_) data_->Remove(name);
     items_.RemoveAt(items_.PositionOf(index));
-  } catch (...) { Failed("Remove", errRemove_Attribute, {AttributeIndexText(index)}); }
+  } catch (...) { Failed("Remove", errRemove_Attribute, {QuotingIndexText(index, AnyNumberOrBoolean)}); }
 }
 
 void Attributes::RenameItem(const std::string& name, const std::string& newName) try {

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "velmoria/core/index_text_impl.h"
 #include "velmoria/core/insert_at_impl.h"
 #include "velmoria/core/now.h"
 #include "velmoria/properties/attribute_data.h"
-#include "velmoria/properties/attribute_texts_impl.h"
 #include "velmoria/runtime/error.h"
 #include "velmoria/runtime/text.h"
 
@@ -17,30 +17,28 @@ AttributesData::~AttributesData() = default;
 
 AttributeDataPtr AttributesData::Item(const Variant& index) const {
   const auto* found = items_.Find(index);
-  if (!found) Raise(errItem_Attribute, "Item", {AttributeIndexText(index)});
+  if (!found) Raise(errItem_Attribute, "Item", {QuotingIndexText(index, AnyNumberOrBoolean)});
   return *found;
 }
 
 void AttributesData::Add(const AttributeDataPtr& item, const Position& position) {
   const auto name = item ? item->Name() : std::string();
-  if (position.IsBoth()) Raise(errAdd_Attribute, "Add", AttributeAddTexts(name, position), BothPositionsText);
+  if (position.IsBoth()) Raise(errAdd_Attribute, "Add", AddTexts(name, position), BothPositionsText);
   try {
     if (!item) Fail(RuntimeFailure::ObjectNotSet);
     InsertAt(items_, item, name, position);
     Stamp();
-  } catch (...) { Failed("Add", errAdd_Attribute, AttributeAddTexts(name, position)); }
+  } catch (...) { Failed("Add", errAdd_Attribute, AddTexts(name, position)); }
 }
 
 AttributeDataPtr AttributesData::SetupItem(const AttributeFields& fields, const Position& position, bool clean) {
-  if (position.IsBoth()) {
-    Raise(errAdd_Attribute, "SetupItem", AttributeAddTexts(fields.Name, position), BothPositionsText);
-  }
+  if (position.IsBoth()) { Raise(errAdd_Attribute, "SetupItem", AddTexts(fields.Name, position), BothPositionsText); }
   auto item = Make<AttributeData>();
   item->Setup(fields, clean);
   try {
     InsertAt(items_, item, fields.Name, position);
     if (!clean) Stamp();
-  } catch (...) { Failed("SetupItem", errAdd_Attribute, AttributeAddTexts(fields.Name, position)); }
+  } catch (...) { Failed("SetupItem", errAdd_Attribute, AddTexts(fields.Name, position)); }
   return item;
 }
 
@@ -48,7 +46,7 @@ void AttributesData::Remove(const Variant& index) try {
   const auto name = Item(index)->Name();
   items_.RemoveKey(name);
   Stamp();
-} catch (...) { Failed("Remove", errRemove_Attribute, {AttributeIndexText(index)}); }
+} catch (...) { Failed("Remove", errRemove_Attribute, {QuotingIndexText(index, AnyNumberOrBoolean)}); }
 
 void AttributesData::RenameItem(const std::string& name, const std::string& newName) try {
   if (items_.FindKey(newName)) Raise(errRename_Attribute, "RenameItem", {name, newName});

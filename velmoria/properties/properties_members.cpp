@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "velmoria/core/index_text_impl.h"
 #include "velmoria/core/insert_at_impl.h"
 #include "velmoria/data/recordset_impl.h"
 #include "velmoria/design/source_data.h"
@@ -11,9 +12,7 @@
 namespace velmoria {
 
 void Properties::Insert(const PropertyPtr& item, const Position& position, const char* routine) {
-  if (position.IsBoth()) {
-    Raise(errAdd_Property, routine, PropertyAddTexts(item->Name(), position), BothPositionsText);
-  }
+  if (position.IsBoth()) { Raise(errAdd_Property, routine, AddTexts(item->Name(), position), BothPositionsText); }
   auto& list = OwnItems().List;
   list.Insert(PlaceOf(list, position), item, item->Data()->Name());
 }

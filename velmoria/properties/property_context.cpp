@@ -4,10 +4,10 @@
 
 #include "velmoria/brokering/business_context_impl.h"
 #include "velmoria/brokering/identifier.h"
-#include "velmoria/brokering/index_text_impl.h"
 #include "velmoria/brokering/key_format.h"
 #include "velmoria/core/apartment_impl.h"
 #include "velmoria/core/display.h"
+#include "velmoria/core/index_text_impl.h"
 #include "velmoria/core/insert_at_impl.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/property.h"
@@ -91,10 +91,7 @@ PropertyPtr PropertyContext::FindProperty(const PropertyKey& key) try {
 } catch (...) { Failed("FindProperty"); }
 
 void PropertyContext::Insert(PropertiesPtr item, const Position& position) {
-  if (position.IsBoth()) {
-    Raise(errAdd_Properties, "Add", {item->Name(), Quoted(position.Before.AsText()), Quoted(position.After.AsText())},
-          BothPositionsText);
-  }
+  if (position.IsBoth()) { Raise(errAdd_Properties, "Add", AddTexts(item->Name(), position), BothPositionsText); }
   const std::string name = item->Name();
   InsertAt(items_, std::move(item), name, position);
 }

@@ -3,7 +3,6 @@
 #include <string>
 #include <string_view>
 
-#include "velmoria/core/position.h"
 #include "velmoria/core/reporting.h"
 #include "velmoria/properties/property_key.h"
 
@@ -15,8 +14,5 @@ inline constexpr std::string_view kDetailsIndent = "\r\n    ";
 /// The placeholders of "Problem finding Property" and "Problem removing Property". A number shows plain, a text in
 /// single quotes, any other index as the name of its type in single quotes.
 Replacements PropertyKeyTexts(const PropertyKey& key);
-
-/// The placeholders of "Problem adding Property".
-Replacements PropertyAddTexts(const std::string& name, const Position& position);
 
 }  // namespace velmoria
