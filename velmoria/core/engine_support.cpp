@@ -4,6 +4,7 @@
 #include <array>
 
 #include "velmoria/core/apartment_impl.h"
+#include "velmoria/core/engine_list_impl.h"
 #include "velmoria/core/profile.h"
 #include "velmoria/properties/attribute.h"
 #include "velmoria/runtime/error.h"
@@ -43,14 +44,7 @@ bool SupportsDatabaseEngine(zEngines engine) {
 Variant SupportedEnginesList() {
   Variant engines;
   for (const auto& setting : kEngineSettings) {
-    if (!SupportsDatabaseEngine(setting.Engine)) continue;
-    const Variant engine = static_cast<std::int16_t>(setting.Engine);
-    if (engines.IsEmpty()) {
-      engines = Variant::Array(0, 0);
-    } else {
-      engines.ResizeLast(engines.UpperBound() + 1);
-    }
-    engines.SetElement(engines.UpperBound(), engine);
+    if (SupportsDatabaseEngine(setting.Engine)) AppendEngine(engines, setting.Engine);
   }
   return engines;
 }

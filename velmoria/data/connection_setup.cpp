@@ -10,9 +10,9 @@ void Connection::SetupServerEngine(const ConnectionRecipe& recipe) {
   if (!IsServerEngine(recipe.Engine))
     Raise(errInvalid_Engine, "Setup", {NumberText(static_cast<std::int32_t>(recipe.Engine))});
   engine_ = recipe.Engine;
-  connectionType_ = GivenOrMachineDefault(recipe.ConnectionType, "Default ConnectionType for Engine ", engine_);
-  cursorDriver_ = GivenOrMachineDefault(recipe.CursorDriver, "Default CursorDriver for Engine ", engine_);
-  cursorType_ = GivenOrMachineDefault(recipe.CursorType, "Default CursorType for Engine ", engine_);
+  connectionType_ = GivenOrMachineDefault(recipe.ConnectionType, "ConnectionType", engine_);
+  cursorDriver_ = GivenOrMachineDefault(recipe.CursorDriver, "CursorDriver", engine_);
+  cursorType_ = GivenOrMachineDefault(recipe.CursorType, "CursorType", engine_);
 }
 
 void Connection::Setup(const ConnectionRecipe& recipe) try {
@@ -20,7 +20,7 @@ void Connection::Setup(const ConnectionRecipe& recipe) try {
   databaseName_ = recipe.DatabaseName;
   // The key names the engine held so far, so on a new Connection it always ends in 0.
   userName_ = recipe.UserName;
-  if (userName_.empty()) userName_ = MachineDefault("Default Username for Engine ", engine_, "", dtString).AsText();
+  if (userName_.empty()) userName_ = MachineDefault("Username", engine_, "", dtString).AsText();
   password_ = recipe.Password;
   if (recipe.Engine == engAccess) {
     engine_ = engAccess;

@@ -1,8 +1,8 @@
 #include "velmoria/design/connector_data.h"
 
+#include "velmoria/core/engine_list_impl.h"
 #include "velmoria/design/connection_text_impl.h"
 #include "velmoria/design/design_data_impl.h"
-#include "velmoria/design/engine_list_impl.h"
 #include "velmoria/design/machine_default_impl.h"
 #include "velmoria/properties/parents_data.h"
 #include "velmoria/runtime/text.h"
@@ -21,10 +21,9 @@ void CompleteForAccess(ConnectorFields& fields) {
 }
 
 void CompleteForServer(ConnectorFields& fields) {
-  fields.ConnectionType =
-      GivenOrMachineDefault(fields.ConnectionType, "Default ConnectionType for Engine ", fields.Engine);
-  fields.CursorDriver = GivenOrMachineDefault(fields.CursorDriver, "Default CursorDriver for Engine ", fields.Engine);
-  fields.CursorType = GivenOrMachineDefault(fields.CursorType, "Default CursorType for Engine ", fields.Engine);
+  fields.ConnectionType = GivenOrMachineDefault(fields.ConnectionType, "ConnectionType", fields.Engine);
+  fields.CursorDriver = GivenOrMachineDefault(fields.CursorDriver, "CursorDriver", fields.Engine);
+  fields.CursorType = GivenOrMachineDefault(fields.CursorType, "CursorType", fields.Engine);
 }
 
 // A semicolon stands in front even where the text ends in one; a Connection adds none there.
@@ -46,9 +45,7 @@ void ConnectorData::Setup(ConnectorFields fields) try {
   const auto engine = fields.Engine;
   if (!IsDefinableEngine(engine)) Raise(errInvalid_Engine, "Setup", {KeyedByEngine::Text(engine)});
   engine == engAccess ? CompleteForAccess(fields) : CompleteForServer(fields);
-  if (fields.UserName.empty()) {
-    fields.UserName = MachineDefault("Default Username for Engine ", engine, "", dtString).AsText();
-  }
+  if (fields.UserName.empty()) { fields.UserName = MachineDefault("Username", engine, "", dtString).AsText(); }
   Adopt(std::move(fields));
   SetUserProperties({});
 } catch (...) { Failed("Setup"); }

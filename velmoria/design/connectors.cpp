@@ -1,12 +1,12 @@
 #include "velmoria/design/connectors.h"
 
+#include "velmoria/core/engine_list_impl.h"
 #include "velmoria/core/engine_support.h"
 #include "velmoria/design/connector.h"
 #include "velmoria/design/connector_data.h"
 #include "velmoria/design/connectors_data.h"
 #include "velmoria/design/database_data.h"
 #include "velmoria/design/design_collection_impl.h"
-#include "velmoria/design/engine_list_impl.h"
 
 namespace velmoria {
 

@@ -10,9 +10,9 @@ namespace velmoria {
 Variant MachineDefault(std::string_view name, zEngines engine, const Variant& standard, zDataTypes type) {
   const auto profile = Apartment().Profile;
   if (!profile) Fail(RuntimeFailure::ObjectNotSet);
-  const auto setting = profile->Item({.Index = std::string(name) + NumberText(static_cast<std::int32_t>(engine)),
-                                      .DefaultValue = standard,
-                                      .DefaultDataType = type});
+  std::string index = "Default ";
+  index.append(name).append(" for Engine ").append(NumberText(static_cast<std::int32_t>(engine)));
+  const auto setting = profile->Item({.Index = index, .DefaultValue = standard, .DefaultDataType = type});
   if (!setting) Fail(RuntimeFailure::ObjectNotSet);
   return setting->Value();
 }

@@ -8,8 +8,8 @@
 
 namespace velmoria {
 
-/// The value of a setting of this machine that is kept for each engine; made with the standard value when it is asked
-/// for the first time. The name ends with a blank, behind which the engine's number goes.
+/// The machine's setting "Default <name> for Engine <number>"; made with the standard value when it is asked for the
+/// first time. Raises 91 when there is no Profile.
 Variant MachineDefault(std::string_view name, zEngines engine, const Variant& standard, zDataTypes type);
 
 /// A value that is given wins; 0 takes the setting, whose standard is 1.

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "velmoria/core/engine_list_impl.h"
 #include "velmoria/design/design_data_impl.h"
-#include "velmoria/design/engine_list_impl.h"
 #include "velmoria/design/machine_default_impl.h"
 #include "velmoria/properties/parents_data.h"
 #include "velmoria/properties/property_data.h"
@@ -44,7 +44,7 @@ void SourceData::Setup(SourceFields fields) try {
   const auto engine = fields.Engine;
   if (!IsDefinableEngine(engine)) Raise(errInvalid_Engine, "Setup", {KeyedByEngine::Text(engine)});
   if (fields.SourceType == stNone) {
-    fields.SourceType = GivenOrMachineDefault(stNone, "Default SourceType for Engine ", engine);
+    fields.SourceType = GivenOrMachineDefault(stNone, "SourceType", engine);
   } else if (!IsAllowed(engine, fields.SourceType)) {
     Raise(errInvalid_SourceType, "Setup", {ShownType(fields.SourceType), velmoria::EngineName(engine)});
   }

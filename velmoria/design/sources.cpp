@@ -1,12 +1,12 @@
 #include "velmoria/design/sources.h"
 
+#include "velmoria/core/engine_list_impl.h"
 #include "velmoria/core/engine_support.h"
 #include "velmoria/design/action_data.h"
 #include "velmoria/design/class_data.h"
 #include "velmoria/design/connectors.h"
 #include "velmoria/design/database.h"
 #include "velmoria/design/design_collection_impl.h"
-#include "velmoria/design/engine_list_impl.h"
 #include "velmoria/design/server_data.h"
 #include "velmoria/design/source.h"
 #include "velmoria/design/source_data.h"

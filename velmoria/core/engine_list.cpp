@@ -1,4 +1,4 @@
-#include "velmoria/design/engine_list_impl.h"
+#include "velmoria/core/engine_list_impl.h"
 
 namespace velmoria {
 
