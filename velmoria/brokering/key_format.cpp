@@ -13,61 +13,52 @@
 
 namespace velmoria {
 
-struct KeyFormat::Family {
-  Parents Held;
-};
-
-KeyFormat::KeyFormat() : family_(std::make_unique<Family>()) {}
+KeyFormat::KeyFormat() : parents_(std::make_unique<Parents>()) {}
 
 KeyFormat::~KeyFormat() = default;
 
 void KeyFormat::Bind(KeyFormatDataPtr data, const Parents& parents) {
   data_ = std::move(data);
-  family_->Held = parents;
+  *parents_ = parents;
 }
 
 KeyFormatDataPtr KeyFormat::Data() const { return data_; }
 
 void KeyFormat::SetParents(const Parents& parents) try {
-  if (auto conflict = family_->Held.Take(parents)) Raise(conflict->Number, "SetParents", {conflict->Name});
+  if (auto conflict = parents_->Take(parents)) Raise(conflict->Number, "SetParents", {conflict->Name});
   if (properties_) properties_->SetParents(psNone, parents);
 } catch (...) { Failed("SetParents"); }
 
 void KeyFormat::ClearParents(const ParentSlots& slots) {
-  family_->Held.Clear(slots);
+  parents_->Clear(slots);
   if (properties_) properties_->ClearParents(psNone, slots);
 }
 
 KeyFormatPtr KeyFormat::Copy(bool recursive) const try {
-  auto data = Make<KeyFormatData>();
-  data->Setup(data_->Fields());
-  if (recursive) {
-    for (const auto& item : *data_->PropertiesData()) data->PropertiesData()->Add(item->Copy({}, true));
-  }
   auto copy = Make<KeyFormat>();
-  copy->Bind(std::move(data), {});
+  copy->Bind(data_->Copy(recursive), {});
   return copy;
 } catch (...) { Failed("Copy"); }
 
-void KeyFormat::Refuse(const char* routine) const {
+void KeyFormat::RefuseLocked(std::string_view routine) const {
   if (data_->Fields().Locked) Raise(errVelmoria_Locked, routine);
 }
 
-void KeyFormat::RefuseEmptyKey(const char* name, const char* routine) const {
-  if (data_->Fields().EmptyKey) Raise(errKeyFormat_EmptyKey, routine, {name});
+void KeyFormat::RefuseEmptyKey(std::string_view name, std::string_view routine) const {
+  if (data_->Fields().EmptyKey) Raise(errKeyFormat_EmptyKey, routine, {std::string(name)});
 }
 
 std::string KeyFormat::Name() const { return data_->Fields().Name; }
 
 void KeyFormat::SetName(const std::string& value) try {
-  Refuse("Name (Let)");
+  RefuseLocked("Name (Let)");
   data_->SetName(value);
 } catch (...) { Failed("Name (Let)"); }
 
 std::string KeyFormat::Separator() const { return data_->Fields().Separator; }
 
 void KeyFormat::SetSeparator(const std::string& value) try {
-  Refuse("Separator (Let)");
+  RefuseLocked("Separator (Let)");
   if (value == Separator()) return;
   RefuseEmptyKey("Separator", "Separator (Let)");
   data_->SetSeparator(value);
@@ -76,7 +67,7 @@ void KeyFormat::SetSeparator(const std::string& value) try {
 bool KeyFormat::Mixed() const { return data_->Fields().Mixed; }
 
 void KeyFormat::SetMixed(bool value) try {
-  Refuse("Mixed (Let)");
+  RefuseLocked("Mixed (Let)");
   if (value == Mixed()) return;
   RefuseEmptyKey("Mixed", "Mixed (Let)");
   data_->SetMixed(value);
@@ -85,7 +76,7 @@ void KeyFormat::SetMixed(bool value) try {
 bool KeyFormat::IncludeNames() const { return data_->Fields().IncludeNames; }
 
 void KeyFormat::SetIncludeNames(bool value) try {
-  Refuse("IncludeNames (Let)");
+  RefuseLocked("IncludeNames (Let)");
   if (value == IncludeNames()) return;
   RefuseEmptyKey("IncludeNames", "IncludeNames (Let)");
   data_->SetIncludeNames(value);
@@ -94,7 +85,7 @@ void KeyFormat::SetIncludeNames(bool value) try {
 bool KeyFormat::EmptyKey() const { return data_->Fields().EmptyKey; }
 
 void KeyFormat::SetEmptyKey(bool value) try {
-  Refuse("EmptyKey (Let)");
+  RefuseLocked("EmptyKey (Let)");
   data_->SetEmptyKey(value);
 } catch (...) { Failed("EmptyKey (Let)"); }
 
@@ -104,7 +95,7 @@ void KeyFormat::SetLocked(bool value) { data_->SetLocked(value); }
 
 PropertiesPtr KeyFormat::Properties() const {
   if (!properties_) {
-    auto parents = family_->Held;
+    auto parents = *parents_;
     parents.KeyFormat = data_;
     properties_ = Make<velmoria::Properties>();
     properties_->Bind({.Style = psUser, .PropertiesData = data_->PropertiesData(), .Parents = parents});

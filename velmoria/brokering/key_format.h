@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "velmoria/core/reporting.h"
 #include "velmoria/fwd.h"
@@ -40,7 +41,7 @@ class VELMORIA_API KeyFormat final : public Object, public Reporting {
   PropertiesPtr Properties() const;
   std::string Details() const;
 
-  // Library.
+  // Inside the library.
   void Bind(KeyFormatDataPtr data, const Parents& parents);
   KeyFormatDataPtr Data() const;
   /// Raise 15108, 15101, 15100 for a parent that it already has; the Properties follow.
@@ -48,15 +49,13 @@ class VELMORIA_API KeyFormat final : public Object, public Reporting {
   void ClearParents(const ParentSlots& slots);
 
  private:
-  struct Family;  // the parents
-
   std::string StateDetails() const override { return Details(); }
-  void Refuse(const char* routine) const;
-  void RefuseEmptyKey(const char* name, const char* routine) const;
+  void RefuseLocked(std::string_view routine) const;
+  void RefuseEmptyKey(std::string_view name, std::string_view routine) const;
 
   KeyFormatDataPtr data_;
   mutable PropertiesPtr properties_;
-  std::unique_ptr<Family> family_;
+  std::unique_ptr<Parents> parents_;
 };
 
 }  // namespace velmoria

@@ -22,6 +22,13 @@ void KeyFormatData::Setup(const KeyFormatFields& fields) {
   fields_.Mixed = fields.Mixed;
 }
 
+KeyFormatDataPtr KeyFormatData::Copy(bool recursive) const {
+  auto copy = Make<KeyFormatData>();
+  copy->Setup(fields_);
+  if (recursive && propertiesData_) copy->propertiesData_ = propertiesData_->Copy(true);
+  return copy;
+}
+
 void KeyFormatData::SetEmptyKey(bool value) {
   if (fields_.EmptyKey == value) return;
   Let(&KeyFormatFields::EmptyKey, value);

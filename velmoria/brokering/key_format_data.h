@@ -20,6 +20,9 @@ class KeyFormatData final : public Object, public Reporting {
 
   /// With EmptyKey the Separator, Mixed and IncludeNames given are ignored.
   void Setup(const KeyFormatFields& fields);
+  /// A dirty one of the same fields; recursive copies the Properties.
+  KeyFormatDataPtr Copy(bool recursive = true) const;
+
   const KeyFormatFields& Fields() const noexcept { return fields_; }
   const std::string& Name() const noexcept { return fields_.Name; }
 

@@ -1,6 +1,5 @@
 #include "velmoria/design/action_data.h"
 
-#include "velmoria/brokering/key_format.h"
 #include "velmoria/brokering/key_format_data.h"
 #include "velmoria/core/apartment_impl.h"
 #include "velmoria/design/database.h"
@@ -13,17 +12,6 @@
 namespace velmoria {
 
 template class DesignData<ActionKind>;
-
-namespace {
-
-KeyFormatDataPtr CopyOfKeyFormat(const KeyFormatDataPtr& source) {
-  if (!source) return {};
-  const auto keyFormat = Make<KeyFormat>();
-  keyFormat->Bind(source, Parents());
-  return keyFormat->Copy(true)->Data();
-}
-
-}  // namespace
 
 ActionData::ActionData() = default;
 ActionData::~ActionData() = default;
@@ -67,7 +55,7 @@ std::string ActionData::DatabaseEngineName() const {
 }
 
 void ActionData::CopyChildren(const ActionData& source) {
-  keyFormatData_ = CopyOfKeyFormat(source.keyFormatData_);
+  keyFormatData_ = CopyOf(source.keyFormatData_);
   sourcesData_ = CopyOf(source.sourcesData_);
   DesignData::CopyChildren(source);
 }
