@@ -91,7 +91,7 @@ void DesignCollection<Kind>::Take(const Index& index) {
     const auto place = members_->PositionOf(Kind::KeyPolicy::ListIndex(resolved));
     if (data_) {
       data_->Remove(members_->KeyAt(place));
-      item->ClearParents(FilledSlots(*parents_));
+      item->ClearParents(parents_->Filled());
     }
     members_->RemoveAt(place);
   } catch (...) { Failed("Remove", Kind::Numbers.Removing, Kind::KeyPolicy::Shown(resolved, index)); }

@@ -19,16 +19,6 @@ void ParentChange::To(const PropertiesPtr& child) const {
   if (cleared_) child->ClearParents(child->Style(), *cleared_);
 }
 
-ParentSlots FilledSlots(const Parents& parents) noexcept {
-  return {.Server = static_cast<bool>(parents.Server),
-          .Class = static_cast<bool>(parents.Class),
-          .Action = static_cast<bool>(parents.Action),
-          .Source = static_cast<bool>(parents.Source),
-          .Database = static_cast<bool>(parents.Database),
-          .Connector = static_cast<bool>(parents.Connector),
-          .KeyFormat = static_cast<bool>(parents.KeyFormat)};
-}
-
 PropertiesPtr BoundProperties(zPropertyStyles style, const PropertiesDataPtr& data, const Parents& parents) {
   auto properties = Make<Properties>();
   properties->Bind({.Style = style, .PropertiesData = data, .Parents = parents});

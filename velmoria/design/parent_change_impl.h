@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "velmoria/core/enumerations.h"
 #include "velmoria/fwd.h"
 #include "velmoria/properties/parents_data.h"
@@ -28,16 +26,7 @@ class ParentChange {
   const ParentSlots* cleared_ = nullptr;
 };
 
-/// The slots that hold a parent.
-ParentSlots FilledSlots(const Parents& parents) noexcept;
-
 /// A collection of properties over a definition, below these parents.
 PropertiesPtr BoundProperties(zPropertyStyles style, const PropertiesDataPtr& data, const Parents& parents);
-
-/// The name of a parent, empty without one.
-template <class Data>
-std::string NameOf(const Ref<Data>& parent) {
-  return parent ? parent->Name() : std::string();
-}
 
 }  // namespace velmoria

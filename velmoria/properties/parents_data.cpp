@@ -25,7 +25,7 @@ void ForEachSlot(Visit visit) {
 }
 
 template <class Data>
-std::string NameOf(const Data& data) {
+std::string KeyOf(const Data& data) {
   if constexpr (requires { data.Name(); }) {
     return data.Name();
   } else {
@@ -59,7 +59,7 @@ std::optional<ParentConflict> Parents::TakeInTurn(const Parents& given) {
   ForEachSlot([&](auto slot, auto, zErrors number) {
     if (conflict || !(given.*slot)) return;
     if (this->*slot) {
-      conflict = ParentConflict{number, NameOf(*(this->*slot))};
+      conflict = ParentConflict{number, KeyOf(*(this->*slot))};
     } else {
       this->*slot = given.*slot;
     }
@@ -77,6 +77,17 @@ bool Parents::IsEmpty() const noexcept {
   bool empty = true;
   ForEachSlot([&](auto slot, auto, zErrors) { empty = empty && !(this->*slot); });
   return empty;
+}
+
+ParentSlots Parents::Filled() const noexcept {
+  ParentSlots filled;
+  ForEachSlot([&](auto slot, auto flag, zErrors) { filled.*flag = static_cast<bool>(this->*slot); });
+  return filled;
+}
+
+const Parents& Parents::None() noexcept {
+  static const Parents none;
+  return none;
 }
 
 }  // namespace velmoria

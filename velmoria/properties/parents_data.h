@@ -53,6 +53,17 @@ struct Parents {
   void Clear(const ParentSlots& slots);
   /// Whether no slot is filled.
   bool IsEmpty() const noexcept;
+  /// The slots that hold a parent.
+  ParentSlots Filled() const noexcept;
+
+  /// Those of an object that has none.
+  static const Parents& None() noexcept;
 };
+
+/// The name of a parent, empty without one.
+template <class Data>
+std::string NameOf(const Ref<Data>& parent) {
+  return parent ? parent->Name() : std::string();
+}
 
 }  // namespace velmoria

@@ -83,7 +83,7 @@ Properties::Rare& Properties::MakeRare() const {
   return *rare_;
 }
 
-const Parents* Properties::ParentsOrNone() const { return rare_ ? &rare_->Family : nullptr; }
+const Parents& Properties::HeldParents() const { return rare_ ? rare_->Family : Parents::None(); }
 
 void Properties::SetName(const std::string& value) try {
   if (recordset_ || locked_) Raise(errVelmoria_Locked, "Name (Let)");
@@ -153,7 +153,7 @@ StatisticsPtr Properties::Statistics() {
 
 PropertiesPtr Properties::Copy(const std::string& name, bool recursive) try {
   Parents parents;
-  if (const auto* own = ParentsOrNone()) parents.Action = own->Action;
+  parents.Action = HeldParents().Action;
   auto copy = Make<Properties>();
   copy->Bind({.Style = psNone, .Parents = parents, .Name = name.empty() ? Name() : name});
   copy->SetActionName(ActionName());

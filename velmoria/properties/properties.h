@@ -184,7 +184,7 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   void Insert(const PropertyPtr& item, const Position& position, const char* routine);
   PropertyPtr MakeMember(const PropertyFields& fields, const Position& position, bool& joined);
   void RemoveMember(const PropertyPtr& item);
-  const Parents* ParentsOrNone() const;
+  const Parents& HeldParents() const;
   Rare& MakeRare() const;
   void UpdateRow();
   void UpdateByIdentifier();

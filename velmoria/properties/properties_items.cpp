@@ -24,19 +24,17 @@ void Properties::FillItems() const {
   items_ = std::make_unique<Items>();
   if (auto definition = DefinitionOfStyle()) data_ = std::move(definition);
   if (!data_) return;
-  const Parents none;
-  const auto* parents = ParentsOrNone();
   for (const auto& definition : *data_) {
     auto item = Make<Property>();
-    item->Bind(definition, parents ? *parents : none);
+    item->Bind(definition, HeldParents());
     items_->List.Add(std::move(item), definition->Name());
   }
 }
 
 PropertiesDataPtr Properties::DefinitionOfStyle() const {
-  const auto* parents = ParentsOrNone();
-  if (style_ == psIdentifier && parents && parents->Class) return parents->Class->PropertiesData();
-  if (style_ == psParameter && parents && parents->Source) return parents->Source->ParametersData();
+  const auto& parents = HeldParents();
+  if (style_ == psIdentifier && parents.Class) return parents.Class->PropertiesData();
+  if (style_ == psParameter && parents.Source) return parents.Source->ParametersData();
   return {};
 }
 

@@ -23,7 +23,7 @@ void Properties::Add(const PropertyPtr& item, const Position& position) try {
   OwnItems();
   if (BeforeAdd.Raise(*item)) return;
   if (data_) {
-    if (const auto* parents = ParentsOrNone()) item->SetParents(style_, *parents);
+    if (rare_) item->SetParents(style_, rare_->Family);
     // With both positions given the definition takes the item all the same, ahead of the refusal.
     data_->Add(item->Data(), position);
   }
@@ -38,9 +38,7 @@ void Properties::AddShared(const PropertyPtr& item) try { Insert(item, {}, "Add"
 }
 
 PropertyPtr Properties::MakeMember(const PropertyFields& fields, const Position& position, bool& joined) {
-  const Parents none;
-  const auto* held = ParentsOrNone();
-  const auto& parents = held ? *held : none;
+  const auto& parents = HeldParents();
   auto own = fields;
   if (parents.Source) {
     own.Engine = parents.Source->Engine();

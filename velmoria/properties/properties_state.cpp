@@ -52,8 +52,7 @@ bool Properties::RequiresValues() const try {
 
 zEditFlags Properties::EditFlags() const try {
   if (recordset_) return EditFlagsOf(*recordset_);
-  const auto* parents = ParentsOrNone();
-  if (parents && parents->Action) return parents->Action->Fields().EditFlags;
+  if (const auto& action = HeldParents().Action) return action->Fields().EditFlags;
   auto flags = efNone;
   for (const auto& item : *this) flags = flags | item->EditFlags();
   return flags;
@@ -87,32 +86,26 @@ void Properties::ClearDirty() {
 std::string Properties::Name() const { return recordset_ && name_.empty() ? ActionNameOf(*recordset_) : name_; }
 
 std::string Properties::ServerName() const {
-  const auto* parents = ParentsOrNone();
-  if (parents && parents->Server) return parents->Server->Name();
+  if (const auto& server = HeldParents().Server) return server->Name();
   return recordset_ ? ServerNameOf(*recordset_) : std::string();
 }
 
 std::string Properties::ClassName() const {
-  const auto* parents = ParentsOrNone();
-  if (parents && parents->Class) return parents->Class->Name();
+  if (const auto& classData = HeldParents().Class) return classData->Name();
   return recordset_ ? ClassNameOf(*recordset_) : std::string();
 }
 
 std::string Properties::ActionName() const {
-  const auto* parents = ParentsOrNone();
-  if (parents && parents->Action) return parents->Action->Name();
+  if (const auto& action = HeldParents().Action) return action->Name();
   if (recordset_) return ActionNameOf(*recordset_);
   return rare_ ? rare_->ActionName : std::string();
 }
 
-std::string Properties::DatabaseName() const {
-  const auto* parents = ParentsOrNone();
-  return parents && parents->Database ? parents->Database->Name() : std::string();
-}
+std::string Properties::DatabaseName() const { return NameOf(HeldParents().Database); }
 
 zEngines Properties::Engine() const {
-  const auto* parents = ParentsOrNone();
-  if (style_ == psParameter && parents && parents->Source) return parents->Source->Engine();
+  const auto& source = HeldParents().Source;
+  if (style_ == psParameter && source) return source->Engine();
   if (style_ == psPersistent && recordset_) return recordset_->Engine();
   return engine_;
 }

@@ -37,7 +37,7 @@ Property::Rare& Property::MakeRare() {
   return *rare_;
 }
 
-const Parents* Property::ParentsOrNone() const { return rare_ ? &rare_->Family : nullptr; }
+const Parents& Property::HeldParents() const { return rare_ ? rare_->Family : Parents::None(); }
 
 void Property::SetParents(zPropertyStyles style, const Parents& parents) try {
   if (auto conflict = MakeRare().Family.Take(parents)) Raise(conflict->Number, "SetParents", {conflict->Name});

@@ -151,7 +151,7 @@ class VELMORIA_API Property final : public Object, public Reporting, public Pool
   void StoreValue(const Variant& value);
   void Refuse(const char* routine) const;
   [[noreturn]] void ValueFailed(const Variant& value) const;
-  const Parents* ParentsOrNone() const;
+  const Parents& HeldParents() const;
   Rare& MakeRare();
   template <class T>
   void Let(const char* routine, void (PropertyData::*setter)(T), T value);

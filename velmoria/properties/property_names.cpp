@@ -25,44 +25,33 @@ SourcePtr SourceOf(const RecordsetPtr& recordset) {
 }  // namespace
 
 std::string Property::ServerName() const {
-  if (recordset_) return ServerNameOf(*recordset_);
-  const auto* parents = ParentsOrNone();
-  return parents && parents->Server ? parents->Server->Name() : std::string();
+  return recordset_ ? ServerNameOf(*recordset_) : NameOf(HeldParents().Server);
 }
 
-std::string Property::ClassName() const {
-  if (recordset_) return ClassNameOf(*recordset_);
-  const auto* parents = ParentsOrNone();
-  return parents && parents->Class ? parents->Class->Name() : std::string();
-}
+std::string Property::ClassName() const { return recordset_ ? ClassNameOf(*recordset_) : NameOf(HeldParents().Class); }
 
 std::string Property::ActionName() const {
-  if (recordset_) return ActionNameOf(*recordset_);
-  const auto* parents = ParentsOrNone();
-  return parents && parents->Action ? parents->Action->Name() : std::string();
+  return recordset_ ? ActionNameOf(*recordset_) : NameOf(HeldParents().Action);
 }
 
 std::string Property::DatabaseName() const {
-  if (recordset_) {
-    const auto action = ActionOf(*recordset_);
-    return action ? action->DatabaseName() : std::string();
-  }
-  const auto* parents = ParentsOrNone();
-  return parents && parents->Database ? parents->Database->Name() : std::string();
+  if (!recordset_) return NameOf(HeldParents().Database);
+  const auto action = ActionOf(*recordset_);
+  return action ? action->DatabaseName() : std::string();
 }
 
 zEngines Property::Engine() const {
   if (recordset_) return recordset_->Engine();
-  const auto* parents = ParentsOrNone();
-  if (parents && parents->Source) return parents->Source->Engine();
-  if (parents && parents->Connector) return parents->Connector->Engine();
+  const auto& parents = HeldParents();
+  if (parents.Source) return parents.Source->Engine();
+  if (parents.Connector) return parents.Connector->Engine();
   return data_->Engine();
 }
 
 zSourceTypes Property::SourceType() const {
   if (data_->Style() == psParameter) {
-    const auto* parents = ParentsOrNone();
-    return parents && parents->Source ? parents->Source->Fields().SourceType : stNone;
+    const auto& source = HeldParents().Source;
+    return source ? source->Fields().SourceType : stNone;
   }
   if (data_->Style() == psPersistent) {
     if (const auto source = SourceOf(recordset_)) return source->SourceType();
@@ -74,8 +63,8 @@ std::string Property::SourceTypeName() const { return velmoria::SourceTypeName(S
 
 std::string Property::SourceText() const {
   if (const auto source = SourceOf(recordset_)) return source->SourceText();
-  const auto* parents = ParentsOrNone();
-  return parents && parents->Source ? parents->Source->Fields().SourceText : std::string();
+  const auto& parent = HeldParents().Source;
+  return parent ? parent->Fields().SourceText : std::string();
 }
 
 }  // namespace velmoria
