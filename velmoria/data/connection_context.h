@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 #include <string>
 
 #include "velmoria/core/enumerations.h"
@@ -35,7 +35,7 @@ class VELMORIA_API ConnectionContext final : public Object, public Reporting {
   ~ConnectionContext() override;
   std::string_view ReportedType() const noexcept override { return "ConnectionContext"; }
 
-  std::size_t Count() const { return items_.Count(); }
+  std::int32_t Count() const { return static_cast<std::int32_t>(items_.Count()); }
   StatisticsPtr Statistics() const;
   std::string Details() const;
 

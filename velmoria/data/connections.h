@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 #include "velmoria/core/enumerations.h"
@@ -39,7 +40,7 @@ class VELMORIA_API Connections final : public Object, public Reporting {
 
   /// Empty for the default group.
   std::string Name() const { return name_; }
-  std::size_t Count() const { return items_.Count(); }
+  std::int32_t Count() const { return static_cast<std::int32_t>(items_.Count()); }
   StatisticsPtr Statistics() const;
   std::string Details() const;
 

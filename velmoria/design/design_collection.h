@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -31,7 +31,7 @@ class VELMORIA_API DesignCollection : public Object, public Reporting {
   ~DesignCollection() override;
   std::string_view ReportedType() const noexcept final { return Kind::Names.Collection; }
 
-  std::size_t Count() const { return Members().Count(); }
+  std::int32_t Count() const { return static_cast<std::int32_t>(Members().Count()); }
   /// By 1-based position or name; Sources and Connectors by engine, where 0 is the engine in force. Raises the kind's
   /// "Problem finding" error.
   Member Item(const Index& index) const;

@@ -137,7 +137,7 @@ TEST_F(FrameworkFactoriesTest, CollectionOfServersIsNotTheRegisteredOne) {
   const auto servers = framework_.CreateServers();
   servers->SetupItem({.Name = "Mine"});
   EXPECT_FALSE(servers->Registered());
-  EXPECT_EQ(framework_.Servers()->Count(), 0U);
+  EXPECT_EQ(framework_.Servers()->Count(), 0);
 }
 
 }  // namespace

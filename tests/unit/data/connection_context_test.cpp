@@ -35,7 +35,7 @@ class ConnectionContextTest : public testing::Test {
 };
 
 TEST_F(ConnectionContextTest, TheDefaultGroupIsThereFromTheStart) {
-  EXPECT_EQ(context_->Count(), 1U);
+  EXPECT_EQ(context_->Count(), 1);
   EXPECT_EQ(context_->Item("")->Name(), "");
   EXPECT_TRUE(context_->Details().starts_with("Connections Count 0 for (Default)"));
 }
@@ -48,7 +48,7 @@ TEST_F(ConnectionContextTest, WithoutAGroupNameAConnectionIsSetUpAndFoundInTheDe
 
 TEST_F(ConnectionContextTest, SetupConnectionMakesTheGroupItNeeds) {
   const auto connection = Setup("Shop", "Night");
-  EXPECT_EQ(context_->Count(), 2U);
+  EXPECT_EQ(context_->Count(), 2);
   EXPECT_EQ(context_->GetConnection("shop", "NIGHT"), connection);
   EXPECT_EQ(connection->ConnectionsName(), "Night");
   EXPECT_EQ(scope_.Messages().Count(), 0);
@@ -105,7 +105,7 @@ TEST_F(ConnectionContextTest, AGroupNameInUseIsRefused) {
 TEST_F(ConnectionContextTest, RemoveHandsTheGroupBack) {
   const auto group = context_->SetupItem("A");
   EXPECT_EQ(context_->Remove("a"), group);
-  EXPECT_EQ(context_->Count(), 1U);
+  EXPECT_EQ(context_->Count(), 1);
 }
 
 TEST_F(ConnectionContextTest, AConnectionStaysForEverybodyWhenTheDatabaseChangesItsEngine) {

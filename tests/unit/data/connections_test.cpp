@@ -39,7 +39,7 @@ TEST_F(ConnectionsTest, ItemFindsByPositionAndByDatabaseNameInAnyCase) {
   const auto shop = Add("Shop");
   EXPECT_EQ(Group()->Item(1), shop);
   EXPECT_EQ(Group()->Item("SHOP"), shop);
-  EXPECT_EQ(Group()->Count(), 1U);
+  EXPECT_EQ(Group()->Count(), 1);
 }
 
 TEST_F(ConnectionsTest, ItemMissIsRaised) {
@@ -73,12 +73,12 @@ TEST_F(ConnectionsTest, ASecondConnectionOfTheNameIsRefusedAndTheFirstStays) {
   const auto first = Add("Shop");
   ExpectRaised(errAdd_Connection, [&] { Add("shop"); }, {.Text = "Database: 'shop'"});
   EXPECT_EQ(Group()->Item("Shop"), first);
-  EXPECT_EQ(Group()->Count(), 1U);
+  EXPECT_EQ(Group()->Count(), 1);
 }
 
 TEST_F(ConnectionsTest, ABadRecipeKeepsItsOwnNumber) {
   ExpectRaised(errInvalid_Engine, [&] { Add("Shop", engRMS); }, {.Text = "Engine: 7"});
-  EXPECT_EQ(Group()->Count(), 0U);
+  EXPECT_EQ(Group()->Count(), 0);
 }
 
 TEST_F(ConnectionsTest, AnEngineNotGivenIsThatOfTheFirstConnection) {

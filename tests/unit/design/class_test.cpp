@@ -168,7 +168,7 @@ TEST_F(ClassTest, ARecursiveCopyTakesActions) {
   const auto order = AddClass({.Name = "Order"});
   order->Actions()->SetupItem({.Name = "Get"});
   EXPECT_EQ(order->Copy()->Actions()->Item("Get")->ClassName(), "Order");
-  EXPECT_EQ(order->Copy("", false)->Actions()->Count(), 0U);
+  EXPECT_EQ(order->Copy("", false)->Actions()->Count(), 0);
 }
 
 TEST_F(ClassTest, AChangedIdentifierMakesTheClassDirty) {

@@ -88,12 +88,12 @@ TEST_F(DatabaseTest, RecursiveCopyTakesConnectorsAndUserProperties) {
   EXPECT_EQ(copy->Connectors()->Item(engODBC)->ConnectionString(), "shop");
   EXPECT_EQ(copy->Connectors()->Item(engODBC)->DatabaseName(), "Store");
   EXPECT_EQ(copy->UserProperties()->Count(), 1);
-  EXPECT_EQ(database->Copy("", false)->Connectors()->Count(), 0U);
+  EXPECT_EQ(database->Copy("", false)->Connectors()->Count(), 0);
 }
 
 TEST_F(DatabaseTest, ConnectorsAndUserPropertiesMakeItDirty) {
   const auto database = Make<Database>();
-  EXPECT_EQ(database->Connectors()->Count(), 0U);
+  EXPECT_EQ(database->Connectors()->Count(), 0);
   EXPECT_FALSE(database->Dirty());
   database->UserProperties()->SetupItem({.Name = "Note"});
   EXPECT_TRUE(database->Dirty());

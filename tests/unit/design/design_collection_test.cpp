@@ -44,7 +44,7 @@ TYPED_TEST_SUITE(EveryDesignCollection, DesignSamples);
 
 TYPED_TEST(EveryDesignCollection, FindsItsMembersByKey) {
   const auto collection = this->Filled();
-  EXPECT_EQ(collection->Count(), 3U);
+  EXPECT_EQ(collection->Count(), 3);
   EXPECT_EQ(TypeParam::KeyOf(*collection->Item(TypeParam::Index(2))), TypeParam::KeyText(2));
 }
 
@@ -69,7 +69,7 @@ TYPED_TEST(EveryDesignCollection, SetupItemOfAKeyInUseRaisesTheKindsNumber) {
 TYPED_TEST(EveryDesignCollection, AddOfAKeyInUseRaisesTheKindsNumber) {
   const auto collection = this->Filled();
   ExpectRaised(TypeParam::Raises.Adding, [&] { collection->Add(this->Free(2)); }, {.Text = TypeParam::ShownAdding(2)});
-  EXPECT_EQ(collection->Count(), 3U);
+  EXPECT_EQ(collection->Count(), 3);
 }
 
 TYPED_TEST(EveryDesignCollection, TransientAddOfAKeyInUseRaisesTheKindsNumber) {
@@ -197,7 +197,7 @@ TYPED_TEST(EveryDesignCollection, WithoutSupportsRemoveNothingIsRemoved) {
   const auto collection = this->Filled();
   collection->SetSupportsRemove(false);
   ExpectRaised(zErrors{15083}, [&] { collection->Remove(TypeParam::Index(1)); }, {.Text = ".Remove", .Count = 1});
-  EXPECT_EQ(collection->Count(), 3U);
+  EXPECT_EQ(collection->Count(), 3);
 }
 
 TYPED_TEST(EveryDesignCollection, LockedStillAcceptsAddAndRemove) {
@@ -237,7 +237,7 @@ TYPED_TEST(EveryDesignCollection, SetupWorksOnceBeforeFirstUse) {
 
 TYPED_TEST(EveryDesignCollection, SetupIsRefusedOnABuiltOrBoundCollection) {
   const auto built = Make<typename TypeParam::Collection>();
-  EXPECT_EQ(built->Count(), 0U);
+  EXPECT_EQ(built->Count(), 0);
   ExpectRaised(zErrors{15002}, [&] { built->Setup(false, true, true); });
   ExpectRaised(zErrors{15002}, [&] { this->Filled()->Setup(false, true, true); });
 }
@@ -249,7 +249,7 @@ TYPED_TEST(EveryDesignCollection, ARefusalDoesNotBuildTheList) {
   collection->SetLocked(true);
   ExpectRaised(zErrors{15002}, [&] { collection->SetSupportsAdd(false); });
   definitions->Remove(TypeParam::KeyText(1));
-  EXPECT_EQ(collection->Count(), 2U);
+  EXPECT_EQ(collection->Count(), 2);
 }
 
 TYPED_TEST(EveryDesignCollection, ANewCollectionSupportsBoth) {
@@ -283,7 +283,7 @@ TYPED_TEST(EveryDesignCollection, CopyIsNewDirtyAndOutsideAnyCollection) {
   EXPECT_TRUE(copy->Dirty());
   EXPECT_EQ(copy->DateCreated(), this->apartment_.Clock().Time);
   EXPECT_NE(member->DateCreated(), copy->DateCreated());
-  EXPECT_EQ(collection->Count(), 3U);
+  EXPECT_EQ(collection->Count(), 3);
 }
 
 TYPED_TEST(EveryDesignCollection, CopyWithoutKeyKeepsTheKey) {

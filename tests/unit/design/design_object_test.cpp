@@ -283,10 +283,10 @@ TEST_F(DesignObjectTest, TwoListsOverOneDefinitionDriftApart) {
   const auto object = MakeDesign<ClassKind>({.Name = "Order"});
   const auto other = Make<Class>();
   other->Bind(object->Data(), Parents());
-  EXPECT_EQ(other->Actions()->Count(), 0U);
+  EXPECT_EQ(other->Actions()->Count(), 0);
   object->Actions()->SetupItem({.Name = "Get"});
-  EXPECT_EQ(object->Actions()->Count(), 1U);
-  EXPECT_EQ(other->Actions()->Count(), 0U);
+  EXPECT_EQ(object->Actions()->Count(), 1);
+  EXPECT_EQ(other->Actions()->Count(), 0);
 }
 
 TEST_F(DesignObjectTest, AListBuiltLaterSeesTheDefinitionsOfOthers) {
@@ -380,7 +380,7 @@ TEST_F(DesignObjectTest, UntouchedChildrenLeaveTheParentClean) {
 
 TEST_F(DesignObjectTest, AMemberThatCameOrWentMakesTheParentDirty) {
   const auto object = Make<Class>();
-  EXPECT_EQ(object->Actions()->Count(), 0U);
+  EXPECT_EQ(object->Actions()->Count(), 0);
   EXPECT_FALSE(object->Dirty());
   object->Actions()->Add(Make<Action>());
   EXPECT_TRUE(object->Dirty());

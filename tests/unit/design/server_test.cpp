@@ -18,7 +18,7 @@ class ServerTest : public testing::Test {
 TEST_F(ServerTest, WithoutNameThereIsNotEnoughInformation) {
   ExpectRaised(zErrors{15081}, [&] { servers_->SetupItem({.Name = ""}); },
                {.Text = "Name: ''  Filename: ''", .Count = 1});
-  EXPECT_EQ(servers_->Count(), 0U);
+  EXPECT_EQ(servers_->Count(), 0);
 }
 
 TEST_F(ServerTest, SetupItemStoresEveryField) {
@@ -48,7 +48,7 @@ TEST_F(ServerTest, ANameSetDirectlyLeavesTheOldKey) {
 TEST_F(ServerTest, AServerWithANameSetDirectlyCanBeRemovedByItsKey) {
   servers_->SetupItem({.Name = "Sales"})->SetName("Trade");
   servers_->Remove("Sales");
-  EXPECT_EQ(servers_->Count(), 0U);
+  EXPECT_EQ(servers_->Count(), 0);
 }
 
 TEST_F(ServerTest, WithoutAFileItIsModifiedNow) {
@@ -62,7 +62,7 @@ TEST_F(ServerTest, UserPropertiesMakeItDirtyOnlyWhileThereAreNoClasses) {
   const auto server = Make<Server>();
   server->UserProperties()->SetupItem({.Name = "Note"});
   EXPECT_TRUE(server->Dirty());
-  EXPECT_EQ(server->Classes()->Count(), 0U);
+  EXPECT_EQ(server->Classes()->Count(), 0);
   EXPECT_FALSE(server->Dirty());
 }
 
@@ -81,7 +81,7 @@ TEST_F(ServerTest, FlatCopyTakesNoChildren) {
   server->Classes()->SetupItem({.Name = "Order"});
   server->UserProperties()->SetupItem({.Name = "Note"});
   const auto copy = server->Copy("", false);
-  EXPECT_EQ(copy->Classes()->Count(), 0U);
+  EXPECT_EQ(copy->Classes()->Count(), 0);
   EXPECT_EQ(copy->UserProperties()->Count(), 0);
 }
 

@@ -108,7 +108,7 @@ TEST_F(SourceTest, EnginesOutsideOneToFiveCarryNoSource) {
     ExpectRaised(zErrors{15054}, [&] { Add({.Engine = zEngines{engine}, .SourceType = stTable}); },
                  {.Text = "Engine: " + std::to_string(engine), .Count = 1});
   }
-  EXPECT_EQ(sources_->Count(), 0U);
+  EXPECT_EQ(sources_->Count(), 0);
 }
 
 TEST_F(SourceTest, SettersTestNothing) {
