@@ -136,7 +136,6 @@ void BusinessContext::Undo() try {
 } catch (...) { Failed("Undo"); }
 
 bool BusinessContext::Modifiable(bool all) const {
-  if (items_.IsEmpty()) return all;
   const auto modifiable = [all](const auto& member) { return member->Modifiable(all); };
   return all ? std::all_of(begin(), end(), modifiable) : std::any_of(begin(), end(), modifiable);
 }

@@ -5,6 +5,7 @@
 #include "velmoria/data/sql_clauses_impl.h"
 #include "velmoria/runtime/error.h"
 #include "velmoria/runtime/text.h"
+#include "velmoria/runtime/utf8_impl.h"
 
 namespace velmoria::sql {
 
@@ -17,17 +18,7 @@ constexpr std::array<std::uint16_t, 32> kUpperControls = {
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
 
 void AppendCharacter(std::string& text, Byte code) {
-  const std::uint32_t point = code >= 0x80 && code <= 0x9F ? kUpperControls[code - 0x80U] : code;
-  if (point < 0x80) {
-    text += static_cast<char>(point);
-  } else if (point < 0x800) {
-    text += static_cast<char>(0xC0U | (point >> 6U));
-    text += static_cast<char>(0x80U | (point & 0x3FU));
-  } else {
-    text += static_cast<char>(0xE0U | (point >> 12U));
-    text += static_cast<char>(0x80U | ((point >> 6U) & 0x3FU));
-    text += static_cast<char>(0x80U | (point & 0x3FU));
-  }
+  AppendUtf8(text, code >= 0x80 && code <= 0x9F ? kUpperControls[code - 0x80U] : code);
 }
 
 void AppendText(std::string& text, std::string_view value) {

@@ -4,20 +4,12 @@
 
 #include "velmoria/core/display.h"
 #include "velmoria/core/now.h"
+#include "velmoria/properties/checked_value_impl.h"
 #include "velmoria/properties/typed_value_impl.h"
 #include "velmoria/runtime/error.h"
 #include "velmoria/runtime/text.h"
 
 namespace velmoria {
-
-namespace {
-
-std::string TextOf(const Variant& value) {
-  if (value.IsNull()) return {};
-  return value.IsObject() || value.IsArray() ? "(" + value.TypeName() + ")" : value.AsText();
-}
-
-}  // namespace
 
 AttributeData::AttributeData() = default;
 
@@ -93,8 +85,8 @@ std::string AttributeData::DataTypeName() const { return velmoria::DataTypeName(
 std::string AttributeData::DisplayValue() const {
   if (fields_.DataType == dtByteArray) return "(ByteArray)";
   try {
-    return TextOf(Value());
-  } catch (const Error&) { return TextOf(fields_.Value); }
+    return ValueText(Value());
+  } catch (const Error&) { return ValueText(fields_.Value); }
 }
 
 std::string AttributeData::Details() const {

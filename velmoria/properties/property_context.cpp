@@ -216,7 +216,6 @@ bool PropertyContext::DirtyValues() const {
 
 bool PropertyContext::Modifiable(bool all) const {
   const auto modifiable = [](const auto& properties) { return properties->Modifiable(true); };
-  if (items_.IsEmpty()) return all;
   return all ? std::all_of(begin(), end(), modifiable) : std::any_of(begin(), end(), modifiable);
 }
 

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "velmoria/runtime/number_text_impl.h"
 #include "velmoria/runtime/variant.h"
 
 namespace velmoria {
@@ -11,10 +12,7 @@ long long PositionFromIndex(const Variant& index) noexcept {
   if (!index.IsNumber()) return 0;
   const double value = index.AsDouble();
   if (!(std::fabs(value) < 1e15)) return 0;
-  const double lower = std::floor(value);
-  const double rest = value - lower;
-  const auto whole = static_cast<long long>(lower);
-  return rest > 0.5 || (rest == 0.5 && whole % 2 != 0) ? whole + 1 : whole;
+  return static_cast<long long>(RoundHalfEven(value));
 }
 
 void KeyIndex::ReserveOne() {
