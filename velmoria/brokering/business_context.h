@@ -153,13 +153,14 @@ class VELMORIA_API BusinessContext final : public Object, public Reporting, publ
   IBusinessObjectsPtr LoadBusinessObjects(const GetBusinessObjectsArguments& arguments = {},
                                           const Position& position = {});
 
-  /// Library: applies the fields; empty names are passed over. Raises 15002 on a locked context.
+  // Inside the library.
+  /// Applies the fields; empty names are passed over. Raises 15002 on a locked context.
   void Setup(const BusinessContextFields& fields);
-  /// Library: makes this the context of one business object.
+  /// Makes this the context of one business object.
   void SetPropertyContext(PropertyContextPtr value);
-  /// Library: the Properties of the one row that the arguments find; 15089, 15115, 15077.
+  /// The Properties of the one row that the arguments find; 15089, 15115, 15077.
   PropertiesPtr GetProperties(const GetPropertiesArguments& arguments);
-  /// Library: as Item, its event included, but none instead of an error.
+  /// As Item, its event included, but none instead of an error.
   IBusinessObjectsPtr Find(const Variant& index);
 
  protected:

@@ -87,10 +87,11 @@ class VELMORIA_API BusinessObjects final : public IBusinessObjects,
   /// Always raises 15002: this is no host collection.
   void Setup(BusinessObjectsPtr businessObjects) override;
 
-  /// Library: a hand-filled collection.
+  // Inside the library.
+  /// A hand-filled collection.
   void SetupTransient(std::string name, KeyFormatPtr keyFormat, bool supportsAdd, bool locked, StatisticsPtr statistics,
                       bool supportsRemove);
-  /// Library: a collection over a result.
+  /// A collection over a result.
   void SetupBound(BusinessObjectsBinding binding);
 
  protected:

@@ -27,7 +27,8 @@ class VELMORIA_API Identifier final : public Object, public Reporting, public Po
   PropertiesPtr Properties() const;
   std::string Details() const;
 
-  /// Library: once, with all three.
+  // Inside the library.
+  /// Once, with all three.
   void Setup(ServerDataPtr server, ClassDataPtr classData, PropertiesPtr properties);
 
  private:

@@ -63,7 +63,8 @@ class VELMORIA_API Model final : public IBusinessObject, public Reporting, publi
   /// Does nothing: a Model is its own.
   void SetModel(ModelPtr model) override;
 
-  /// Library: gives the Model its data, once.
+  // Inside the library.
+  /// Gives the Model its data, once.
   void Setup(PropertyContextPtr propertyContext, IdentifierPtr parentIdentifier);
 
  protected:

@@ -54,7 +54,8 @@ class VELMORIA_API Attribute final : public Object, public Reporting {
   /// An Attribute of its own with the same fields, in no collection and clean.
   AttributePtr Copy() const;
 
-  /// What stands behind it; for the library's own use.
+  // Inside the library.
+  /// What stands behind it.
   const AttributeDataPtr& Data() const noexcept { return data_; }
 
  protected:

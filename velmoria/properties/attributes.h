@@ -53,7 +53,7 @@ class VELMORIA_API Attributes final : public Object, public Reporting {
   /// True as soon as one member is.
   bool Modifiable() const;
 
-  // For the library's own use.
+  // Inside the library.
 
   /// Raises 15002 on a collection that is Locked, bound or in use.
   void Setup(bool locked, bool supportsAdd, bool supportsRemove);

@@ -134,7 +134,7 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   zEngines Engine() const;
   std::string EngineName() const;
 
-  // Library.
+  // Inside the library.
   void Bind(const PropertiesBinding& binding);
   /// As psPersistent to one row of a Recordset and its columns.
   void BindRow(RecordsetPtr recordset, std::int32_t row, std::string name);
@@ -159,7 +159,7 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   void ClearParents(zPropertyStyles style, const ParentSlots& slots);
   void ClearDirty();
 
-  // Library: the pieces of a statement.
+  // Inside the library: the pieces of a statement.
   std::string NamesClause(zSourceTypes sourceType, bool dirtyOnly) const;
   std::string ValuesClause(zEngines engine, bool dirtyOnly) const;
   std::string SetClause(zSourceTypes sourceType, zEngines engine, const std::string& sourceTable, bool dirtyOnly) const;

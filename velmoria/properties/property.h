@@ -118,7 +118,7 @@ class VELMORIA_API Property final : public Object, public Reporting, public Pool
   std::string SourceTypeName() const;
   std::string SourceText() const;
 
-  // Library.
+  // Inside the library.
   void Bind(PropertyDataPtr data, const Parents& parents, zEditFlags editFlags = efNone);
   void Bind(PropertyDataPtr data, RecordsetPtr recordset, std::int32_t row, zEditFlags editFlags = efNone);
   const PropertyDataPtr& Data() const { return data_; }
@@ -135,7 +135,7 @@ class VELMORIA_API Property final : public Object, public Reporting, public Pool
   bool CopyMark() const { return copyMark_; }
   void SetCopyMark(bool value) { copyMark_ = value; }
 
-  // Library: the pieces of a statement; an engine of engUnknown is the Property's own.
+  // Inside the library: the pieces of a statement; an engine of engUnknown is the Property's own.
   std::string NameClause(zSourceTypes sourceType) const;
   std::string ValueClause(zEngines engine) const;
   std::string OperatorValue(zEngines engine) const;

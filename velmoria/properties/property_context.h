@@ -97,11 +97,12 @@ class VELMORIA_API PropertyContext final : public Object,
   bool SupportsLoad() const { return !noLoad_; }
   void SetSupportsLoad(bool value);
 
-  /// Library: a transient context. Raises 15002 when locked.
+  // Inside the library.
+  /// A transient context. Raises 15002 when locked.
   void Setup(bool locked, bool supportsAdd, bool supportsRemove);
-  /// Library: the context of an object, from the collection that made it.
+  /// The context of an object, from the collection that made it.
   void SetupWith(const PropertiesPtr& properties);
-  /// Library: as Item and FindProperty, their events included, but none instead of an error.
+  /// As Item and FindProperty, their events included, but none instead of an error.
   PropertiesPtr Find(const Variant& index);
   PropertyPtr Find(const PropertyKey& key);
 
