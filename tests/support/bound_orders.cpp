@@ -1,6 +1,5 @@
 #include "tests/support/bound_orders.h"
 
-#include <memory>
 #include <utility>
 
 #include "velmoria/properties/properties_data.h"
@@ -11,17 +10,10 @@ namespace velmoria::test {
 
 namespace {
 
-PropertiesDataPtr OrderColumns(bool withKeyColumn) {
-  auto columns = Make<PropertiesData>();
-  const auto add = [&](PropertyFields fields) {
-    fields.SourceName = fields.Name;
-    fields.SourceColumn = fields.Name;
-    fields.SourceTable = "orders";
-    columns->SetupItem(psPersistent, fields, {}, true);
-  };
-  if (withKeyColumn) add({.Name = "Id", .DataType = dtLongInteger});
-  add({.Name = "Name", .DataType = dtString, .Size = 20});
-  return columns;
+PropertiesDataPtr ColumnsOf(const BoundOrdersFields& fields) {
+  std::vector<PropertyFields> columns{{.Name = "Name", .DataType = dtString, .Size = 20}};
+  if (fields.WithKeyColumn) columns.insert(columns.begin(), {.Name = "Id", .DataType = dtLongInteger});
+  return OrderColumns(std::move(columns));
 }
 
 RowBlock OrderRows(const BoundOrdersFields& fields) {
@@ -42,19 +34,14 @@ RowBlock OrderRows(const BoundOrdersFields& fields) {
 
 }  // namespace
 
-BoundOrders::BoundOrders(const BoundOrdersFields& fields) : Action(Design.Order->Actions()->Item("Get")) {
-  Fill(fields);
-}
+BoundOrders::BoundOrders(const BoundOrdersFields& fields) { Fill(fields); }
 
 void BoundOrders::Fill(const BoundOrdersFields& fields) {
-  auto database = std::make_unique<FakeAgent>(Design.Order, Action);
-  Database = database.get();
+  Connect();
   Database->Buffer = fields.Buffer;
-  Database->Columns = OrderColumns(fields.WithKeyColumn);
+  Database->Columns = ColumnsOf(fields);
   Database->Rows = OrderRows(fields);
   Database->TotalRows = static_cast<std::int32_t>(Database->Rows.Rows());
-  Agent = Make<DatabaseAgent>();
-  Agent->Initialize(Action, std::move(database));
 }
 
 RecordsetPtr BoundOrders::Read() const { return Agent->GetRecordset(0, {}, false); }

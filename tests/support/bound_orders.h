@@ -4,8 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/fake_agent.h"
-#include "tests/support/sample_design.h"
+#include "tests/support/fake_orders.h"
 #include "velmoria/brokering/business_objects_impl.h"
 #include "velmoria/data/database_agent_impl.h"
 
@@ -20,16 +19,11 @@ struct BoundOrdersFields {
 
 /// Collections bound to orders of the class "Order" and its Action "Get" of SampleDesign, over a FakeAgent. The columns
 /// are Id, 1 to Rows, and Name, "Order 1" and so on.
-class BoundOrders {
+class BoundOrders : public FakeOrders {
  public:
   explicit BoundOrders(const BoundOrdersFields& fields = {});
   /// Other rows, for the collections from here on.
   void Fill(const BoundOrdersFields& fields);
-
-  SampleDesign Design;
-  ActionPtr Action;
-  FakeAgent* Database = nullptr;
-  DatabaseAgentPtr Agent;
 
   /// The first page.
   RecordsetPtr Read() const;

@@ -1,7 +1,5 @@
 #include "tests/support/sample_rows.h"
 
-#include <memory>
-
 #include "velmoria/data/database_agent_impl.h"
 #include "velmoria/properties/properties_data.h"
 #include "velmoria/properties/property_data.h"
@@ -11,24 +9,6 @@
 namespace velmoria::test {
 
 namespace {
-
-PropertiesDataPtr OrderColumns() {
-  auto columns = Make<PropertiesData>();
-  const auto add = [&](PropertyFields fields) {
-    fields.SourceName = fields.Name;
-    fields.SourceColumn = fields.Name;
-    fields.SourceTable = "orders";
-    columns->SetupItem(psPersistent, fields, {}, true);
-  };
-  add({.Name = "Id", .DataType = dtLongInteger});
-  add({.Name = "Name", .DataType = dtString, .Size = 10});
-  add({.Name = "Placed", .DataType = dtDate});
-  add({.Name = "Amount", .DataType = dtDouble});
-  add({.Name = "Open", .DataType = dtBoolean});
-  add({.Name = "Note", .DataType = dtString});
-  add({.Name = "Photo", .DataType = dtByteArray});
-  return columns;
-}
 
 RowBlock OrderRows() {
   RowChunkBuilder builder({ColumnStorage::Long, ColumnStorage::Text, ColumnStorage::Date, ColumnStorage::Double,
@@ -44,13 +24,15 @@ RowBlock OrderRows() {
 }  // namespace
 
 SampleRows::SampleRows(zEditFlags editFlags, const Variant& nextBookmark, bool empty) {
-  Action = Design.Order->Actions()->Item("Get");
+  Connect();
   Action->SetEditFlags(editFlags);
-  auto database = std::make_unique<FakeAgent>(Design.Order, Action);
-  Database = database.get();
-  Agent = Make<DatabaseAgent>();
-  Agent->Initialize(Action, std::move(database));
-  Columns = OrderColumns();
+  Columns = OrderColumns({{.Name = "Id", .DataType = dtLongInteger},
+                          {.Name = "Name", .DataType = dtString, .Size = 10},
+                          {.Name = "Placed", .DataType = dtDate},
+                          {.Name = "Amount", .DataType = dtDouble},
+                          {.Name = "Open", .DataType = dtBoolean},
+                          {.Name = "Note", .DataType = dtString},
+                          {.Name = "Photo", .DataType = dtByteArray}});
   Rows = Make<Recordset>();
   Rows->Initialize(Agent, {.Columns = Columns, .NextBookmark = nextBookmark, .Rows = empty ? RowBlock() : OrderRows()});
 }

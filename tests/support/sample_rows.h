@@ -1,7 +1,6 @@
 #pragma once
 
-#include "tests/support/fake_agent.h"
-#include "tests/support/sample_design.h"
+#include "tests/support/fake_orders.h"
 #include "velmoria/core/enumerations.h"
 #include "velmoria/data/database_agent_impl.h"
 #include "velmoria/properties/properties_data.h"
@@ -16,14 +15,10 @@ namespace velmoria::test {
 ///   2            Ben                        1998-06-02 10:30:00 99               False           Null         Empty
 ///   3            Cyd                        Null                0                True            "call back"  Empty
 /// Photo is a long column that was not fetched, the one way for a row to have an Empty value.
-class SampleRows {
+class SampleRows : public FakeOrders {
  public:
   explicit SampleRows(zEditFlags editFlags = efAll, const Variant& nextBookmark = {}, bool empty = false);
 
-  SampleDesign Design;
-  ActionPtr Action;
-  FakeAgent* Database = nullptr;
-  DatabaseAgentPtr Agent;
   PropertiesDataPtr Columns;
   RecordsetPtr Rows;
 
