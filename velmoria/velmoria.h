@@ -50,4 +50,5 @@
 #include "velmoria/properties/property_context.h"
 #include "velmoria/runtime/error.h"
 #include "velmoria/runtime/format.h"
+#include "velmoria/runtime/text.h"
 #include "velmoria/runtime/variant.h"
