@@ -41,8 +41,8 @@ PropertiesPtr OrdersOverSqlite::Order(std::int32_t id) {
   return Read(design_->Key(id))->GetPersistentProperties(0, "");
 }
 
-bool OrdersOverSqlite::WarnedOf(const std::string& words) const {
-  for (const auto& message : scope_.Messages())
+bool WarnedOf(const std::string& words) {
+  for (const auto& message : *Apartment().Messages)
     if (message->SeverityFlags() == svfWarning && message->Description().find(words) != std::string::npos) return true;
   return false;
 }

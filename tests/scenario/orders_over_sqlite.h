@@ -13,6 +13,9 @@
 
 namespace velmoria::test {
 
+/// Whether the driver's own words stand among the messages as a warning.
+bool WarnedOf(const std::string& words);
+
 /// Orders 1 to 25 in a real database, and an Action over them.
 class OrdersOverSqlite : public testing::Test {
  protected:
@@ -28,9 +31,6 @@ class OrdersOverSqlite : public testing::Test {
   std::string Stored(const std::string& column, const std::string& where) {
     return file_.Column("SELECT " + column + " FROM orders WHERE " + where + " ORDER BY Id");
   }
-  /// Whether the driver's own words stand among the messages as a warning.
-  bool WarnedOf(const std::string& words) const;
-
   SqliteFile file_;
   ScopedApartment scope_;
   std::unique_ptr<OneAction> design_;

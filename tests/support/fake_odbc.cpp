@@ -97,6 +97,7 @@ FakeOdbc::Code FakeOdbc::SetConnectAttr(Handle connection, Number attribute, Han
 FakeOdbc::Code FakeOdbc::DriverConnect(Handle connection, Handle, Char* text, Small length, Char*, Small, Small*,
                                        Word completion) {
   if (!Enter("DriverConnect", connection)) return SQL_ERROR;
+  LinkLost = false;
   Connects.push_back(TextOf(text, length));
   Completions.push_back(completion);
   return SQL_SUCCESS;
@@ -113,6 +114,12 @@ FakeOdbc::Code FakeOdbc::GetInfo(Handle connection, Word information, Handle val
   } else {
     *length = CopyText(information == SQL_DBMS_NAME ? Server : "\"", value, capacity);
   }
+  return SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::GetConnectAttr(Handle connection, Number, Handle value, Number, Number*) {
+  if (!Enter("GetConnectAttr", connection)) return SQL_ERROR;
+  Put<SQLUINTEGER>(value, 0, LinkLost ? SQL_CD_TRUE : SQL_CD_FALSE);
   return SQL_SUCCESS;
 }
 

@@ -51,6 +51,7 @@ class FakeOdbc final : public odbc::Calls {
   bool Scrolls = true;
   Word TransactionCapable = 2;   // all statements
   bool NothingAffected = false;  // an execution ends with "no data"
+  bool LinkLost = false;         // until the next connect
   std::optional<std::size_t> FailingRow;
 
   // What fails: the n-th of all calls (freeing is not counted), or every call of a name from the n-th of them on.
@@ -77,6 +78,7 @@ class FakeOdbc final : public odbc::Calls {
                   Small* length) override;
   Code SetEnvAttr(Handle environment, Number attribute, Handle value, Number length) override;
   Code SetConnectAttr(Handle connection, Number attribute, Handle value, Number length) override;
+  Code GetConnectAttr(Handle connection, Number attribute, Handle value, Number capacity, Number* length) override;
   Code DriverConnect(Handle connection, Handle window, Char* text, Small length, Char* completed, Small capacity,
                      Small* completedLength, Word completion) override;
   Code Disconnect(Handle connection) override;

@@ -64,6 +64,8 @@ StatisticPtr Connection::AddStatistic(const char* name) {
 
 Ref<rdoConnection> Connection::GetConnection() try {
   if (!IsServerEngine(engine_)) Raise(errNotSupported_Engine, "GetConnection", {EngineName()});
+  // A server that went away and came back must not need a Disconnect before the next call works.
+  if (rdoConnection_ && rdoConnection_->IsLost()) Disconnect();
   if (!rdoConnection_) Open();
   return rdoConnection_;
 } catch (...) { Failed("GetConnection"); }

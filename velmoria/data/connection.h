@@ -64,7 +64,8 @@ class VELMORIA_API Connection final : public Object, public Reporting {
 
   /// Stores the recipe and composes the connect string. Raises 15054 and 15055.
   void Setup(const ConnectionRecipe& recipe);
-  /// The open handle; opens it first if needed. Raises as Connect.
+  /// The open handle; opens it first if needed, and again when the link to the server was lost outside a transaction.
+  /// Raises as Connect.
   Ref<rdoConnection> GetConnection();
 
  private:

@@ -12,8 +12,11 @@
 #include "velmoria/core/profile.h"
 #include "velmoria/core/statistics.h"
 #include "velmoria/data/connection_context.h"
+#include "velmoria/data/connection_recipe_impl.h"
 #include "velmoria/data/connections.h"
 #include "velmoria/design/connector.h"
+#include "velmoria/platform/rdo/rdo_connection.h"
+#include "velmoria/platform/rdo/rdo_query.h"
 #include "velmoria/properties/attribute.h"
 
 namespace velmoria::test {
@@ -88,6 +91,22 @@ TEST_F(ConnectionTest, FileOnAServerEngineIsRefusedAfterTheDefaultsWereStored) {
   ExpectRaised(ErrInvalid_ConnectionType, [] { Setup({.Engine = engSQLServer, .ConnectionType = ctFile}); },
                {.Text = "ConnectionType: 2 = 'File Name  Engine: 'Microsoft SQL Server'"});
   EXPECT_TRUE(Apartment().Profile->Item({.Index = "Default CursorType for Engine 3"}));
+}
+
+TEST_F(ConnectionTest, WhatWasStoredBeforeARefusalStays) {
+  const auto connection = Make<Connection>();
+  ExpectRaised(ErrInvalid_ConnectionType, [&] {
+    connection->Setup({.DatabaseName = "Shop",
+                       .Engine = engSQLServer,
+                       .ConnectionType = ctFile,
+                       .ConnectionString = "x",
+                       .CursorDriver = crdServerSide});
+  });
+  EXPECT_EQ(connection->Engine(), engSQLServer);
+  EXPECT_EQ(connection->ConnectionType(), ctFile);
+  EXPECT_EQ(connection->CursorDriver(), crdServerSide);
+  EXPECT_EQ(connection->CursorType(), crtKeyset);
+  EXPECT_EQ(connection->ConnectionString(), "");
 }
 
 TEST_F(ConnectionTest, AnUnknownConnectionTypeIsRefused) {
@@ -169,6 +188,52 @@ TEST_F(ConnectionTest, DisconnectedItOpensAgainWithTheSameText) {
   EXPECT_EQ(driver_->CallsOf["Disconnect"], 1);
 }
 
+class LostConnectionTest : public ConnectionTest {
+ protected:
+  LostConnectionTest() { connection_->Connect(); }
+  void RunAndFail() {
+    driver_->FailName = "Prepare";
+    EXPECT_TRUE(Thrown([&] { connection_->GetConnection()->CreateQuery("", "SELECT 1")->Execute(); }));
+    driver_->FailName.clear();
+  }
+  ConnectionPtr connection_ = Setup({.ConnectionType = ctText, .ConnectionString = "a=b"});
+};
+
+TEST_F(LostConnectionTest, IsOpenedAgainByTheNextUse) {
+  RunAndFail();
+  driver_->LinkLost = true;
+  connection_->GetConnection()->CreateQuery("", "SELECT 1")->Execute();
+  EXPECT_EQ(driver_->Connects, (std::vector<std::string>{"a=b", "a=b"}));
+  EXPECT_EQ(driver_->CallsOf["Disconnect"], 1);
+  EXPECT_EQ(scope_.Messages().Count(), 0);
+}
+
+TEST_F(LostConnectionTest, IsKeptWhileTheLinkIsThere) {
+  RunAndFail();
+  connection_->Connect();
+  EXPECT_EQ(driver_->Connects.size(), 1U);
+}
+
+TEST_F(LostConnectionTest, IsAskedForOnlyBehindAFailure) {
+  connection_->Connect();
+  EXPECT_EQ(driver_->CallsOf["GetConnectAttr"], 0);
+  RunAndFail();
+  connection_->Connect();
+  connection_->Connect();
+  EXPECT_EQ(driver_->CallsOf["GetConnectAttr"], 1);
+}
+
+TEST_F(LostConnectionTest, IsNotReplacedUnderATransaction) {
+  connection_->TransBegin();
+  RunAndFail();
+  driver_->LinkLost = true;
+  connection_->Connect();
+  EXPECT_EQ(driver_->Connects.size(), 1U);
+  connection_->Disconnect();
+  connection_->Connect();
+  EXPECT_EQ(driver_->Connects.size(), 2U);
+}
+
 TEST_F(ConnectionTest, ADroppedConnectionClosesItsHandle) {
   Setup({.ConnectionType = ctText})->Connect();
   Apartment().ConnectionContext->Remove("");
@@ -234,7 +299,8 @@ TEST_F(ConnectionTest, AccessHasNoOpenerHere) {
   for (const auto use :
        {&Connection::Connect, &Connection::TransBegin, &Connection::TransCommit, &Connection::TransRollback})
     ExpectRaised(errNotSupported_Engine, [&] { ((*connection).*use)(); }, {.Text = "Engine: 'Microsoft Access'"});
-  ExpectRaised(errNotSupported_Engine, [&] { connection->SupportsTransactions(); });
+  EXPECT_TRUE(Thrown([&] { connection->SupportsTransactions(); }));
+  EXPECT_EQ(scope_.Messages().Item("15097")->RoutineName(), "SupportsTransactions (Get)");
 }
 
 TEST_F(ConnectionTest, OnlySqlServerSupportsAsync) {

@@ -35,6 +35,9 @@ class UnixOdbcCalls final : public Calls {
   Code SetConnectAttr(Handle connection, Number attribute, Handle value, Number length) override {
     return SQLSetConnectAttr(connection, attribute, value, length);
   }
+  Code GetConnectAttr(Handle connection, Number attribute, Handle value, Number capacity, Number* length) override {
+    return SQLGetConnectAttr(connection, attribute, value, capacity, length);
+  }
   Code DriverConnect(Handle connection, Handle window, Char* text, Small length, Char* completed, Small capacity,
                      Small* completedLength, Word completion) override {
     return SQLDriverConnect(connection, window, text, length, completed, capacity, completedLength, completion);

@@ -30,6 +30,7 @@ class Calls {
 
   virtual Code SetEnvAttr(Handle environment, Number attribute, Handle value, Number length) = 0;
   virtual Code SetConnectAttr(Handle connection, Number attribute, Handle value, Number length) = 0;
+  virtual Code GetConnectAttr(Handle connection, Number attribute, Handle value, Number capacity, Number* length) = 0;
   virtual Code DriverConnect(Handle connection, Handle window, Char* text, Small length, Char* completed,
                              Small capacity, Small* completedLength, Word completion) = 0;
   virtual Code Disconnect(Handle connection) = 0;

@@ -54,8 +54,17 @@ void Connection::Close() noexcept {
   }
   connected_ = false;
   autoCommit_ = true;
+  inDoubt_ = false;
   if (handle_ != nullptr) Calls().FreeHandle(SQL_HANDLE_DBC, handle_);
   handle_ = nullptr;
+}
+
+bool Connection::IsLost() noexcept {
+  if (!connected_ || !inDoubt_) return false;
+  SQLUINTEGER dead = SQL_CD_FALSE;
+  const Code code = Calls().GetConnectAttr(handle_, SQL_ATTR_CONNECTION_DEAD, &dead, SQL_IS_UINTEGER, nullptr);
+  inDoubt_ = Succeeded(code) && dead == SQL_CD_TRUE;
+  return inDoubt_;
 }
 
 void Connection::SetAutoCommit(bool value) {
@@ -85,8 +94,10 @@ Word Connection::InfoNumber(Word information) {
   return Succeeded(code) ? number : Word{0};
 }
 
-void Connection::Check(Code code) const {
-  if (!Succeeded(code)) FailWithDiagnostics(Driver(), SQL_HANDLE_DBC, handle_);
+void Connection::Check(Code code) {
+  if (Succeeded(code)) return;
+  inDoubt_ = true;
+  FailWithDiagnostics(Driver(), SQL_HANDLE_DBC, handle_);
 }
 
 void Connection::RequireOpen() const {

@@ -20,6 +20,8 @@ class Connection {
   /// Connects by a complete connect string; `prompting` lets the driver ask for what is missing.
   void Open(const std::string& connect, bool prompting, bool readOnly);
   bool IsOpen() const noexcept { return connected_; }
+  /// Whether the driver says that the link to the server is gone; it is asked only behind a failure.
+  bool IsLost() noexcept;
   /// Ends the statements, then the connection; what is not committed is rolled back. Never fails.
   void Close() noexcept;
 
@@ -32,7 +34,7 @@ class Connection {
   const odbc::Driver& Driver() const noexcept { return environment_.Driver(); }
   odbc::Calls& Calls() const noexcept { return *Driver().Calls; }
   /// Throws what the driver says when the code is a failure.
-  void Check(Code code) const;
+  void Check(Code code);
 
  private:
   friend class Statement;
@@ -45,6 +47,7 @@ class Connection {
   Handle handle_ = nullptr;
   bool connected_ = false;
   bool autoCommit_ = true;
+  bool inDoubt_ = false;  // something failed, the link perhaps
   std::vector<Statement*> statements_;
 };
 

@@ -98,7 +98,9 @@ Calls& Statement::Calls() const {
 }
 
 void Statement::Check(Code code) const {
-  if (!Succeeded(code)) FailWithDiagnostics(connection_->Driver(), SQL_HANDLE_STMT, handle_);
+  if (Succeeded(code)) return;
+  connection_->inDoubt_ = true;
+  FailWithDiagnostics(connection_->Driver(), SQL_HANDLE_STMT, handle_);
 }
 
 }  // namespace velmoria::odbc

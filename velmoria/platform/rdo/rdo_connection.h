@@ -31,6 +31,8 @@ class rdoConnection : public Object {
   void CommitTrans();
   void RollbackTrans();
 
+  /// Whether the link to the server is gone and no transaction with it: one that is lost is its owner's to end.
+  bool IsLost() noexcept { return !inTransaction_ && handle_.IsLost(); }
   void Close();
 
   const rdoEnginePtr& Engine() const noexcept;
