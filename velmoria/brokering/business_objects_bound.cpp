@@ -99,11 +99,12 @@ IBusinessObjectPtr BusinessObjects::BuildObject(const ModelPtr& model, std::stri
   return object;
 }
 
-/// A dispatcher keeps only the key map, but a Model goes to the objects in memory under any type; the first one there
-/// stays, and the fresh one is what the caller gets.
+/// A dispatcher keeps only the key map, but a Model goes to the objects in memory under any type, and before its key is
+/// asked for; the first one there stays, and the fresh one is what the caller gets.
 void BusinessObjects::Keep(std::int64_t row, const ModelPtr& model, const IBusinessObjectPtr& object) {
+  if (objectType_ == otModel) rows_->Add(row, object);
   if (!keyFormat_->EmptyKey()) rows_->MapKey(model->Key(keyFormat_), row);
-  if (collectionType_ != cltDispatcher || objectType_ == otModel) rows_->Add(row, object);
+  if (collectionType_ != cltDispatcher) rows_->Add(row, object);
 }
 
 IBusinessObjectPtr BusinessObjects::FindByKey(const std::string& key) {

@@ -87,7 +87,7 @@ void BusinessObjects::Remove(const Variant& index) try {
   if (BeforeRemove.Raise(*item)) return;
   if (IsPosition(index)) {
     members_.RemoveAt(static_cast<std::size_t>(index.AsLong()));
-  } else if (index.IsText() || index.IsObject()) {
+  } else if (index.IsText() || index.AsObject<Identifier>()) {
     if (!members_.RemoveKey(KeyOf(index))) Fail(RuntimeFailure::InvalidArgument);
   } else {
     Raise(errRemove_BusinessObject, "IBusinessObjects_Remove", {IndexText(index, PositionTypes)});

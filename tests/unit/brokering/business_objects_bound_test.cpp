@@ -165,6 +165,14 @@ TEST_F(BoundBusinessObjectsTest, ResultWithoutAKeyColumnIsReportedAtTheFirstItem
   ExpectRaised(errIdentifier_Property, [&] { orders->Item(1); }, {.Text = "Class: 'Order'"});
 }
 
+TEST_F(BoundBusinessObjectsTest, ModelWhoseKeyFailsIsInMemoryAllTheSame) {
+  const KeyFormatPtr format = Framework{}.CreateKeyFormat({});
+  format->Properties()->SetupItem({.Name = "Colour"});
+  const auto orders = orders_.Collection({.ObjectType = otModel, .KeyFormat = format});
+  ExpectRaised(errItem_Property, [&] { orders->Item(1); });
+  EXPECT_EQ(IdOf(*orders->Item(1)), 1);
+}
+
 TEST_F(BoundBusinessObjectsTest, ParentIdentifierIsHandedToEachObject) {
   const IdentifierPtr parent = orders_.Design.Item->CreateIdentifier();
   const auto orders = orders_.Collection({.ParentIdentifier = parent, .ObjectType = otModel});

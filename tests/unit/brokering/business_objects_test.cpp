@@ -146,6 +146,15 @@ TEST_F(BusinessObjectsTest, RemoveTakesByPositionAndByKey) {
   EXPECT_EQ(Keys(*people), "a");
 }
 
+TEST_F(BusinessObjectsTest, RemoveTakesNothingByAnIndexThatOnlyAListenerUnderstands) {
+  const auto people = NewCollection();
+  people->Add(Named("a"));
+  people->ItemNotFound += [&](const Variant&, IBusinessObjectPtr& Item) { Item = people->Item(1); };
+  ExpectRaised(errRemove_BusinessObject, [&] { people->Remove(true); }, {.Text = "Index: (Boolean)"});
+  ExpectRaised(errRemove_BusinessObject, [&] { people->Remove(people); }, {.Text = "Index: (BusinessObjects)"});
+  EXPECT_EQ(people->Count(), 1);
+}
+
 TEST_F(BusinessObjectsTest, RemoveIsRefusedWhenNotSupported) {
   const auto people = NewCollection({}, true, false, false);
   people->Add(Named("a"));
