@@ -275,6 +275,15 @@ TEST_F(SQLAgentReadTest, WithoutAnyTypeTheValueDecides) {
   EXPECT_NE(Logged().find("Type: -7 "), std::string::npos);
 }
 
+TEST_F(SQLAgentReadTest, ADecimalGoesToSybaseAsADouble) {
+  Design({.Engine = engSybase, .SourceType = stSQL, .SourceText = "SELECT ?"});
+  design_->Source->Parameters()->SetupItem({.Name = "a", .DataType = dtDecimal, .Flags = pfInput});
+  auto parameters = design_->Action->CreateParameters();
+  parameters->Item("a")->SetValue(2);
+  design_->Read(parameters);
+  EXPECT_NE(Logged().find("Type: 8 "), std::string::npos) << Logged();
+}
+
 TEST_F(SQLAgentReadTest, AParameterThatTakesNoInputIsSentAsNull) {
   DesignStatement("SELECT ?", {{.Name = "a", .DataType = dtLongInteger, .Flags = pfRequired}});
   auto parameters = design_->Action->CreateParameters();
