@@ -7,10 +7,7 @@
 #include "velmoria/data/connection.h"
 #include "velmoria/design/action.h"
 #include "velmoria/design/actions.h"
-#include "velmoria/design/class.h"
-#include "velmoria/design/classes.h"
-#include "velmoria/design/server.h"
-#include "velmoria/design/servers.h"
+#include "velmoria/design/class_search_impl.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/property.h"
 #include "velmoria/properties/property_context.h"
@@ -45,14 +42,10 @@ void BusinessContext::SetClassName(const std::string& value) try {
   ChangeClass({});
   const auto servers = Present(Apartment().Servers);
   if (!serverName_.empty()) return ChangeClass(servers->Item(serverName_)->Classes()->Item(value));
-  for (const auto& server : *servers) {
-    if (ClassPtr found = server->Classes()->Find(value)) {
-      ChangeClass(std::move(found));
-      serverName_ = server->Name();
-      return;
-    }
-  }
-  Raise(errItem_Class, "ClassName (Let)", {Quoted(value)}, "Can't find Class in registered Servers.");
+  const ClassPtr found = FirstClassNamed(value, *servers);
+  if (!found) Raise(errItem_Class, "ClassName (Let)", {Quoted(value)}, NoClassText);
+  ChangeClass(found);
+  serverName_ = found->ServerName();
 } catch (...) { Failed("ClassName (Let)"); }
 
 const Class& BusinessContext::SelectedClass() const {

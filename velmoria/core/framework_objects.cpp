@@ -4,10 +4,7 @@
 #include "velmoria/brokering/key_format.h"
 #include "velmoria/core/framework.h"
 #include "velmoria/core/statistics.h"
-#include "velmoria/design/class.h"
-#include "velmoria/design/classes.h"
-#include "velmoria/design/server.h"
-#include "velmoria/design/servers.h"
+#include "velmoria/design/class_search_impl.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/runtime/error.h"
 #include "velmoria/runtime/text.h"
@@ -15,8 +12,6 @@
 namespace velmoria {
 
 namespace {
-
-constexpr std::string_view kNoClassText = "Can't find Class in registered Servers.";
 
 ServersPtr RegisteredServers() { return Present(Apartment().Servers); }
 
@@ -28,10 +23,7 @@ ClassPtr FindClass(const std::string& className, const std::string& serverName, 
     const auto server = servers->Find(serverName);
     return server ? server->Classes()->Find(className) : ClassPtr();
   }
-  for (const auto& server : *servers) {
-    if (auto found = server->Classes()->Find(className)) return found;
-  }
-  return {};
+  return FirstClassNamed(className, *servers);
 }
 
 // The server is the one the caller named, not the one in which the class was found.
@@ -47,7 +39,7 @@ IdentifierPtr Framework::CreateIdentifier(const std::string& className, const st
     return RegisteredServers()->Item(serverName)->Classes()->Item(className)->CreateIdentifier();
   }
   const auto found = FindClass(className, {}, "Framework.CreateIdentifier");
-  if (!found) Raise(errItem_Class, "CreateIdentifier", {Quoted(className)}, kNoClassText);
+  if (!found) Raise(errItem_Class, "CreateIdentifier", {Quoted(className)}, NoClassText);
   return found->CreateIdentifier();
 } catch (...) { Failed("CreateIdentifier"); }
 
@@ -58,7 +50,7 @@ IBusinessObjectsPtr Framework::CreateBusinessObjects(const CreateBusinessObjects
   if (arguments.ClassName.empty()) return collection;
 
   const auto found = FindClass(arguments.ClassName, arguments.ServerName, "Framework.CreateBusinessObjects");
-  if (!found) Raise(errItem_Class, "CreateBusinessObjects", {Quoted(arguments.ClassName)}, kNoClassText);
+  if (!found) Raise(errItem_Class, "CreateBusinessObjects", {Quoted(arguments.ClassName)}, NoClassText);
   const auto hostName = found->ActiveXCollection();
   if (hostName.empty()) return collection;
 

@@ -16,7 +16,7 @@ class Agent {
   virtual ClassPtr Class() const = 0;
   virtual ActionPtr Action() const = 0;
   virtual SourcePtr Source() const = 0;
-  /// The page size: 0 reads everything at once, a negative one reads from the end.
+  /// The page size: 0 reads everything at once.
   virtual std::int32_t ObjectBuffer() const = 0;
   virtual std::string Details() const = 0;
 
