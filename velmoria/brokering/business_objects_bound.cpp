@@ -152,7 +152,8 @@ IBusinessObjectPtr BusinessObjects::SetupItem() try {
 
 IBusinessObjectPtr BusinessObjects::BuildNewRow() {
   const PropertiesPtr properties = recordset_->CreatePersistentProperties({});
-  const std::int64_t row = firstRow_ + properties->Row();
+  // A last page that was read again does not know the objects made on it before.
+  const std::int64_t row = rows_->FreeFrom(firstRow_ + properties->Row());
   const ModelPtr model = BuildModel(properties);
   // Unlike Item, only a collection of host objects makes one here; any other object type is served by the Model.
   IBusinessObjectPtr object =

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <unordered_map>
@@ -38,6 +39,10 @@ class RowObjects {
     if (byRow_[place]) return;
     byRow_[place] = std::move(object);
     ++count_;
+  }
+  /// A row behind all that have an object, and not before `row`.
+  std::int64_t FreeFrom(std::int64_t row) const noexcept {
+    return std::max(row, static_cast<std::int64_t>(byRow_.size()));
   }
   std::size_t Count() const noexcept { return count_; }
   std::vector<IBusinessObjectPtr> InOrder() const {

@@ -527,6 +527,22 @@ TEST_F(PagedBusinessObjectsTest, LastItemReachesTheEndAgainThoughItIsHeldAlready
   EXPECT_NE(collection_->SetupItem(), nullptr);
 }
 
+TEST_F(PagedBusinessObjectsTest, NewObjectsMadeBeforeAndAfterGoingBackAreBothHeldAndInserted) {
+  const auto add = [&](std::int32_t id) {
+    collection_->Item(30);
+    const auto order = collection_->SetupItem();
+    order->FindProperty("Id")->SetValue(id);
+    return order;
+  };
+  const auto first = add(77);
+  collection_->Item(5);
+  const auto second = add(78);
+  EXPECT_EQ(collection_->Item(31), first);
+  EXPECT_EQ(collection_->Item(32), second);
+  collection_->Update();
+  EXPECT_EQ(orders_.Database->Inserts, 2);
+}
+
 TEST_F(PagedBusinessObjectsTest, DeleteReachesEveryPageAndUpdateWritesEachRowThroughItsOwn) {
   collection_->Delete();
   collection_->Update();
