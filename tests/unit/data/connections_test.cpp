@@ -8,6 +8,7 @@
 #include "tests/support/fake_odbc.h"
 #include "tests/support/scoped_apartment.h"
 #include "velmoria/core/messages.h"
+#include "velmoria/core/profile.h"
 #include "velmoria/core/statistics.h"
 #include "velmoria/data/connection.h"
 #include "velmoria/data/connection_context.h"
@@ -16,6 +17,7 @@
 #include "velmoria/design/database.h"
 #include "velmoria/design/databases.h"
 #include "velmoria/platform/rdo/rdo_environment.h"
+#include "velmoria/properties/attribute.h"
 
 namespace velmoria::test {
 
@@ -100,6 +102,24 @@ TEST_F(ConnectionsTest, TheFirstCallersLogOnStaysForTheEnvironment) {
   Group()->Prepare(engODBC, "second", "two");
   Add("B")->Connect();
   EXPECT_EQ(driver_->Connects, (std::vector<std::string>{"UID=first;PWD=one", "UID=first;PWD=one"}));
+}
+
+struct DriverCase {
+  zCursorDrivers Driver;
+  rdoNumber Value;
+};
+
+TEST_F(ConnectionsTest, EachOpenTellsTheEnvironmentItsCursorDriver) {
+  const DriverCase cases[] = {{crdNone, 4},          {crdClientSide, 1},    {crdServerSide, 2}, {crdOptimisticBatch, 3},
+                              {crdTryServerSide, 0}, {zCursorDrivers{9}, 0}};
+  Apartment().Profile->SetupItem({.Name = "Default CursorDriver for Engine 2", .Value = 0, .DataType = dtLongInteger});
+  for (const auto& row : cases) {
+    const auto number = std::to_string(static_cast<int>(row.Driver));
+    Group()
+        ->SetupItem({.DatabaseName = number, .Engine = engODBC, .ConnectionType = ctText, .CursorDriver = row.Driver})
+        ->Connect();
+    EXPECT_EQ(Group()->GetEnvironment(engODBC, "", "")->CursorDriver(), row.Value) << number;
+  }
 }
 
 TEST_F(ConnectionsTest, PrepareRefusesEnginesFromEightOn) {

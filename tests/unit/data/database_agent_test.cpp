@@ -67,7 +67,7 @@ class DatabaseAgentTest : public testing::Test {
   /// A free-standing object with a state of one's choice and one value.
   static PropertiesPtr Cached(zStateFlags state, const Variant& value = std::int32_t{1}) {
     auto definition = Make<PropertiesData>();
-    definition->SetupItem(psCached, {.Name = "a", .Value = value, .DataType = dtLongInteger}, {}, true);
+    definition->SetupItem(psCached, {.Name = "Id", .Value = value, .DataType = dtLongInteger}, {}, true);
     auto properties = Make<Properties>();
     properties->Bind({.Style = psCached, .PropertiesData = definition});
     properties->SetStateFlags(state);
@@ -148,6 +148,20 @@ TEST_F(DatabaseAgentTest, ADeletedObjectIsNotUpdated) {
 
 TEST_F(DatabaseAgentTest, ADeletedObjectIsNotDeletedAgain) {
   ExpectRaised(errPersistence_Deleted, [&] { MakeAgent()->DeletePersistentProperties(Cached(sfdeleted), 0); });
+  EXPECT_EQ(calls_, "");
+}
+
+TEST_F(DatabaseAgentTest, ADeletedObjectIsToldByItsKeyOnUpdateAndByAllOfItsIdentifierOnDelete) {
+  const auto properties = Cached(sfdeleted, std::int32_t{7});
+  properties->SetIdentifier(design_.Class->CreateIdentifier(properties));
+  ExpectRaised(errPersistence_Deleted, [&] { Update(MakeAgent(), properties); }, {.Text = "Identifier: '7'"});
+  ExpectRaised(errPersistence_Deleted, [&] { MakeAgent()->DeletePersistentProperties(properties, 0); },
+               {.Text = "Identifier: 'Identifier for Server: 'Sales'  Class: 'Order'"});
+}
+
+TEST_F(DatabaseAgentTest, APendingDeleteOfACachedObjectNeedsTheFlagForUpdating) {
+  ExpectRaised(errNotSupported_Update,
+               [&] { Update(MakeAgent(efDelete | efInsert), Cached(sfpersistent | sfpendingdelete)); });
   EXPECT_EQ(calls_, "");
 }
 

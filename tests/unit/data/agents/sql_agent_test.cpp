@@ -186,6 +186,14 @@ TEST_F(SQLAgentTest, ACounterSendsTheIdentityTextInTheSameRoundTrip) {
   EXPECT_EQ(driver_->Texts.back(), "INSERT INTO orders ( Id, Name ) VALUES ( 1, 'a' ) SELECT 'Id' = @@IDENTITY");
 }
 
+TEST_F(SQLAgentTest, AMissingIdentityOfNoCounterIsUnknownAndTheHintTellsOfTransactions) {
+  Design();
+  design_->Class->Properties()->Item("Id")->SetFlags(pfcounter);
+  ExpectRaised(errRDO_Identity_Insert, [&] { MakeAgent().InsertPersistentProperties(Row(1, "a")); },
+               {.Text = "Property: '{unknown}'\r\nSome database engines do not support Inserting new records into "
+                        "tables with IDENTITY columns during a complex transaction."});
+}
+
 TEST_F(SQLAgentTest, ARequiredParameterWithoutValueIsNamed) {
   const auto parameters = Parameter("Year", {}, pfInput | pfRequired);
   ExpectRaised(errProperties_Required, [&] { MakeAgent(parameters).GetRecordset(nullptr, nullptr, false); },
