@@ -142,11 +142,40 @@ TEST_F(BusinessContextTest, LockedContextRefusesEverySetting) {
   };
   for (const auto& [routine, set] : setters) {
     SCOPED_TRACE(routine);
-    ExpectRaised(errVelmoria_Locked, [&] { set(*context); }, {.Count = 1});
+    EXPECT_TRUE(Thrown([&] { set(*context); }));
+    EXPECT_EQ(apartment_.Messages().Item("15002")->RoutineName(), routine);
+    apartment_.Messages().Clear();
   }
   context->SetLocked(false);
   context->SetObjectType(otModel);
   EXPECT_EQ(context->ObjectType(), otModel);
+}
+
+TEST_F(BusinessContextTest, RefusalOfASelectionNamesTheRoutineThatMetItsLock) {
+  const BusinessContextFields pinned{.ServerName = "Sales",
+                                     .ServerLocked = true,
+                                     .ClassName = "Order",
+                                     .ClassLocked = true,
+                                     .ActionName = "All",
+                                     .ActionLocked = true};
+  const std::tuple<const char*, const char*, void (*)(BusinessContext&)> setters[] = {
+      {"15002", "ServerName (Let)", [](BusinessContext& c) { c.SetServerName("Stock"); }},
+      {"15002", "ChangeClass", [](BusinessContext& c) { c.SetClassName("Line"); }},
+      {"15002", "ActionName (Let)", [](BusinessContext& c) { c.SetActionName("Get"); }},
+      {"15065", "ClassName (Let)", [](BusinessContext& c) { c.Setup({.ClassName = "Invoice"}); }},
+      {"15157", "ChangeActionName", [](BusinessContext& c) { c.Setup({.ActionName = "Get"}); }},
+      {"15157", "PrepareParameters", [](BusinessContext& c) { c.Parameters(); }},
+      {"15063", "Item", [](BusinessContext& c) { c.Item(1); }},
+  };
+  for (const auto& [number, routine, call] : setters) {
+    SCOPED_TRACE(routine);
+    const auto context = NewContext(std::string(number) == "15002" ? pinned : BusinessContextFields{});
+    EXPECT_TRUE(Thrown([&, use = call] { use(*context); }));
+    const MessagePtr message = apartment_.Messages().Item(number);
+    EXPECT_EQ(message->TypeName() + "." + message->RoutineName(), std::string("BusinessContext.") + routine);
+    EXPECT_NE(message->StateDetails().find("Server: '"), std::string::npos);
+    apartment_.Messages().Clear();
+  }
 }
 
 TEST_F(BusinessContextTest, ParametersAndIdentifierAreEachOthersReset) {

@@ -118,6 +118,22 @@ TEST_F(RecordsetTest, DeletedRowRefusesItsValues) {
   ExpectRaised(errPersistence_Deleted, [&] { rows.Rows->Undo(2, "Id"); });
 }
 
+TEST_F(RecordsetTest, RoutineNameTellsWhatWasAskedOfADeletedRow) {
+  const std::pair<const char*, void (*)(const SampleRows&)> asked[] = {
+      {"Values", [](const SampleRows& rows) { rows.Rows->Values(2, rows.Column("Id")); }},
+      {"OldValues", [](const SampleRows& rows) { rows.Rows->OldValues(2, "Id"); }},
+      {"SetValue", [](const SampleRows& rows) { rows.Rows->SetValue(2, "Id", 1); }},
+      {"Undo", [](const SampleRows& rows) { rows.Rows->Undo(2); }},
+  };
+  const SampleRows rows;
+  rows.Rows->FlagDeleted(2);
+  for (const auto& [routine, ask] : asked) {
+    EXPECT_TRUE(Thrown([&, use = ask] { use(rows); }));
+    EXPECT_EQ(apartment_.Messages().Item("15113")->RoutineName(), routine);
+    apartment_.Messages().Clear();
+  }
+}
+
 TEST_F(RecordsetTest, DeletedRowKeepsItsPlace) {
   const SampleRows rows;
   rows.Rows->FlagDeleted(1);
