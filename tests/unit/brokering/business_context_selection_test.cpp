@@ -1,32 +1,14 @@
+#include <string>
+#include <tuple>
+#include <utility>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
-#include "tests/support/sample_design.h"
-#include "tests/support/scoped_apartment.h"
-#include "velmoria/velmoria.h"
+#include "tests/unit/brokering/business_context_fixture.h"
 
 namespace velmoria::test {
 namespace {
-
-class BusinessContextTest : public testing::Test {
- protected:
-  static BusinessContextPtr NewContext(const BusinessContextFields& fields = {}) {
-    auto context = Make<BusinessContext>();
-    context->Setup(fields);
-    return context;
-  }
-  static IBusinessObjectsPtr Collection(const std::string& name) {
-    return Framework{}.CreateBusinessObjects({.Name = name});
-  }
-  static PropertiesPtr SomeParameters() {
-    PropertiesPtr parameters = Framework{}.CreateProperties();
-    parameters->SetupItem({.Name = "Id", .Value = 5, .DataType = dtLongInteger});
-    return parameters;
-  }
-
-  ScopedApartment apartment_;
-  SampleDesign design_;
-};
 
 TEST_F(BusinessContextTest, FreshContextSelectsNothing) {
   const auto context = NewContext();
@@ -274,123 +256,6 @@ TEST_F(BusinessContextTest, ParametersOfALockedActionAreUsedAgainForAnotherClass
   EXPECT_EQ(context->KeyValue2(), Variant(2));
 }
 
-TEST_F(BusinessContextTest, IdentifierBuildsTheParametersBeforeTheUsageOfTheActionIsAsked) {
-  Framework{}.Databases()->Item("Shop")->SetAutoConnect(false);
-  design_.Order->Actions()->Item("Get")->SetUsageFlags(ufProperties);
-  const auto context = NewContext();
-  ExpectRaised(errNotSupported_BusinessObjects,
-               [&] { context->GetBusinessObject({.ClassName = "Order", .KeyValue1 = 1}); });
-  ExpectRaised(errNotSupported_AutoConnect,
-               [&] { context->GetBusinessObject({.Identifier = design_.Order->CreateIdentifier()}); });
-}
-
-TEST_F(BusinessContextTest, KeyValuesCountOnlyBehindTheOneBefore) {
-  const auto context = NewContext({.ClassName = "Line"});
-  Thrown([&] { context->GetBusinessObject({.ClassName = "Line", .KeyValue1 = 7, .KeyValue3 = 9}); });
-  EXPECT_EQ(context->KeyValue1(), Variant(7));
-  EXPECT_TRUE(context->KeyValue2().IsEmpty());
-  EXPECT_TRUE(context->KeyValue3().IsEmpty());
-}
-
-TEST_F(BusinessContextTest, LockedSelectionIsKeptSilentlyByARequest) {
-  const auto context = NewContext({.ServerName = "Sales",
-                                   .ServerLocked = true,
-                                   .ClassName = "Order",
-                                   .ClassLocked = true,
-                                   .ActionName = "All",
-                                   .ActionLocked = true});
-  Thrown([&] { context->GetBusinessObjects({.ClassName = "Item", .ActionName = "Get", .ServerName = "Stock"}); });
-  EXPECT_EQ(context->ServerName() + context->ClassName() + context->ActionName(), "SalesOrderAll");
-}
-
-TEST_F(BusinessContextTest, HeldCollectionIsFoundByNameAndPosition) {
-  const auto context = NewContext();
-  const auto lines = Collection("Lines");
-  context->Add(lines);
-  EXPECT_EQ(context->Item("lines"), lines);
-  EXPECT_EQ(context->Item(1), lines);
-  EXPECT_EQ(context->Count(), 1);
-}
-
-TEST_F(BusinessContextTest, AddPlacesByPosition) {
-  const auto context = NewContext();
-  context->Add(Collection("A"));
-  context->Add(Collection("C"));
-  context->Add(Collection("B"), {.Before = "C"});
-  context->Add(Collection("D"), {.After = 3});
-  std::string names;
-  for (const auto& held : *context) names += held->Name();
-  EXPECT_EQ(names, "ABCD");
-}
-
-TEST_F(BusinessContextTest, AddWithBothPositionsIsRefused) {
-  const auto context = NewContext();
-  ExpectRaised(errAdd_BusinessObjects, [&] { context->Add(Collection("A"), {.Before = 1, .After = 2}); },
-               {.Text = "Name: 'A'  Before: 1  After: 2\r\nPassing both Before and After arguments is not allowed."});
-}
-
-TEST_F(BusinessContextTest, AddOfANameInUseFails) {
-  const auto context = NewContext();
-  context->Add(Collection("A"));
-  ExpectReported(RuntimeFailure::KeyInUse, [&] { context->Add(Collection("a")); });
-}
-
-TEST_F(BusinessContextTest, AddIsRefusedBeforeAnyEventWhenNotSupported) {
-  const auto context = NewContext({.SupportsAdd = false});
-  bool asked = false;
-  context->BeforeAdd += [&](IBusinessObjects&, bool&) { asked = true; };
-  EXPECT_FALSE(context->SupportsAdd());
-  ExpectRaised(errNotSupported_Add, [&] { context->Add(Collection("A")); });
-  EXPECT_FALSE(asked);
-}
-
-TEST_F(BusinessContextTest, CancelledAddAddsNothingSilently) {
-  const auto context = NewContext();
-  bool after = false;
-  context->BeforeAdd += [](IBusinessObjects&, bool& Cancel) { Cancel = true; };
-  context->AfterAdd += [&](IBusinessObjects&) { after = true; };
-  context->Add(Collection("A"));
-  EXPECT_EQ(context->Count(), 0);
-  EXPECT_FALSE(after);
-}
-
-TEST_F(BusinessContextTest, RemoveTakesACollectionOut) {
-  const auto context = NewContext();
-  context->Add(Collection("A"));
-  context->Remove("a");
-  EXPECT_EQ(context->Count(), 0);
-}
-
-TEST_F(BusinessContextTest, RemoveIsRefusedWhenNotSupported) {
-  const auto context = NewContext({.SupportsRemove = false});
-  ExpectRaised(errNotSupported_Remove, [&] { context->Remove(1); });
-}
-
-TEST_F(BusinessContextTest, ListenerOfItemNotFoundPreventsTheError) {
-  const auto context = NewContext();
-  const auto supplied = Collection("Lines");
-  context->ItemNotFound += [&](const Variant&, IBusinessObjectsPtr& Item) { Item = supplied; };
-  EXPECT_EQ(context->Item("Lines"), supplied);
-}
-
-TEST_F(BusinessContextTest, UnknownIndexIsShownByItsType) {
-  const auto context = NewContext();
-  const std::pair<Variant, const char*> cases[] = {{5, "Index: 5"},
-                                                   {std::int16_t{5}, "Index: 5"},
-                                                   {5.5F, "Index: 5.5"},
-                                                   {Decimal::Parse("5"), "Index: 5"},
-                                                   {Byte{5}, "Index: 5"},
-                                                   {"x", "Index: 'x'"},
-                                                   {5.5, "Index: (Double)"},
-                                                   {true, "Index: (Boolean)"},
-                                                   {Variant::Missing(), "Index: (Error)"},
-                                                   {IdentifierPtr{}, "Index: (Nothing)"}};
-  for (const auto& [index, text] : cases) {
-    SCOPED_TRACE(text);
-    ExpectRaised(errItem_BusinessObjects, [&] { context->Item(index); }, {.Text = text});
-  }
-}
-
 TEST_F(BusinessContextTest, DetailsTellTheSelectionAndItsLocks) {
   const auto context = NewContext(
       {.ServerName = "Sales", .ServerLocked = true, .ClassName = "Line", .ActionName = "Get", .ObjectType = otModel});
@@ -399,47 +264,6 @@ TEST_F(BusinessContextTest, DetailsTellTheSelectionAndItsLocks) {
   EXPECT_EQ(context->Details(),
             "  Server: 'Sales' (Locked)  Class: 'Line'  Action: 'Get'  ObjectTypes: 'Velmoria Model'  CollectionType: "
             "''\r\nKeyValue1: '7'  KeyValue2: '2'");
-}
-
-TEST_F(BusinessContextTest, ActionThatBuildsNoObjectsRefusesBeforeAnyDatabaseWork) {
-  design_.Order->Actions()->Item("Get")->SetUsageFlags(ufProperties);
-  const auto context = NewContext();
-  ExpectRaised(errNotSupported_BusinessObjects,
-               [&] { context->GetBusinessObject({.ClassName = "Order", .KeyValue1 = 1}); },
-               {.Text = "Action: 'Get'  UsageFlags: 'Properties'"});
-  ExpectRaised(errNotSupported_BusinessObjects, [&] { context->GetBusinessObjects({.ClassName = "Order"}); });
-  EXPECT_EQ(Framework{}.ConnectionContext()->Item("")->Count(), 0);
-}
-
-TEST_F(BusinessContextTest, RequestWithoutAnySelectionFailsAsObjectNotSet) {
-  const auto context = NewContext();
-  ExpectReported(RuntimeFailure::ObjectNotSet, [&] { context->GetBusinessObject(); });
-}
-
-TEST_F(BusinessContextTest, KeyValueOnAClassWithoutSingleActionFailsInTheLookup) {
-  design_.Order->SetSingleActionName("");
-  const auto context = NewContext();
-  ExpectRaised(errItem_Action, [&] { context->GetBusinessObject({.ClassName = "Order", .KeyValue1 = 1}); },
-               {.Text = "Index: ''"});
-}
-
-TEST_F(BusinessContextTest, LoadingIsRefusedEvenForAHeldCollection) {
-  const auto context = NewContext({.SupportsLoad = false});
-  context->Add(Collection("Orders"));
-  ExpectRaised(errBusinessObjects_Load, [&] { context->LoadBusinessObjects({.Name = "Orders"}); });
-}
-
-TEST_F(BusinessContextTest, LoadReturnsAHeldCollectionWithoutLookingAtTheArguments) {
-  const auto context = NewContext();
-  const auto held = Collection("Orders");
-  context->Add(held);
-  EXPECT_EQ(context->LoadBusinessObjects({.ClassName = "Nothing", .Name = "Orders"}), held);
-  EXPECT_EQ(context->LoadBusinessObjects({.ActionName = "orders"}), held);
-}
-
-TEST_F(BusinessContextTest, FailedOpenIsReportedAsTheConnection) {
-  const auto context = NewContext();
-  ExpectRaised(errRDO_Connection, [&] { context->GetBusinessObject({.ClassName = "Order", .KeyValue1 = 1}); });
 }
 
 }  // namespace

@@ -1,0 +1,116 @@
+#include <cstdint>
+#include <string>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/expect_raised.h"
+#include "tests/unit/brokering/business_context_fixture.h"
+
+namespace velmoria::test {
+namespace {
+
+TEST_F(BusinessContextTest, HeldCollectionIsFoundByNameAndPosition) {
+  const auto context = NewContext();
+  const auto lines = Collection("Lines");
+  context->Add(lines);
+  EXPECT_EQ(context->Item("lines"), lines);
+  EXPECT_EQ(context->Item(1), lines);
+  EXPECT_EQ(context->Count(), 1);
+}
+
+TEST_F(BusinessContextTest, AddPlacesByPosition) {
+  const auto context = NewContext();
+  context->Add(Collection("A"));
+  context->Add(Collection("C"));
+  context->Add(Collection("B"), {.Before = "C"});
+  context->Add(Collection("D"), {.After = 3});
+  std::string names;
+  for (const auto& held : *context) names += held->Name();
+  EXPECT_EQ(names, "ABCD");
+}
+
+TEST_F(BusinessContextTest, AddWithBothPositionsIsRefused) {
+  const auto context = NewContext();
+  ExpectRaised(errAdd_BusinessObjects, [&] { context->Add(Collection("A"), {.Before = 1, .After = 2}); },
+               {.Text = "Name: 'A'  Before: 1  After: 2\r\nPassing both Before and After arguments is not allowed."});
+}
+
+TEST_F(BusinessContextTest, AddOfANameInUseFails) {
+  const auto context = NewContext();
+  context->Add(Collection("A"));
+  ExpectReported(RuntimeFailure::KeyInUse, [&] { context->Add(Collection("a")); });
+}
+
+TEST_F(BusinessContextTest, AddIsRefusedBeforeAnyEventWhenNotSupported) {
+  const auto context = NewContext({.SupportsAdd = false});
+  bool asked = false;
+  context->BeforeAdd += [&](IBusinessObjects&, bool&) { asked = true; };
+  EXPECT_FALSE(context->SupportsAdd());
+  ExpectRaised(errNotSupported_Add, [&] { context->Add(Collection("A")); });
+  EXPECT_FALSE(asked);
+}
+
+TEST_F(BusinessContextTest, CancelledAddAddsNothingSilently) {
+  const auto context = NewContext();
+  bool after = false;
+  context->BeforeAdd += [](IBusinessObjects&, bool& Cancel) { Cancel = true; };
+  context->AfterAdd += [&](IBusinessObjects&) { after = true; };
+  context->Add(Collection("A"));
+  EXPECT_EQ(context->Count(), 0);
+  EXPECT_FALSE(after);
+}
+
+TEST_F(BusinessContextTest, RemoveTakesACollectionOut) {
+  const auto context = NewContext();
+  context->Add(Collection("A"));
+  context->Remove("a");
+  EXPECT_EQ(context->Count(), 0);
+}
+
+TEST_F(BusinessContextTest, RemoveIsRefusedWhenNotSupported) {
+  const auto context = NewContext({.SupportsRemove = false});
+  ExpectRaised(errNotSupported_Remove, [&] { context->Remove(1); });
+}
+
+TEST_F(BusinessContextTest, ListenerOfItemNotFoundPreventsTheError) {
+  const auto context = NewContext();
+  const auto supplied = Collection("Lines");
+  context->ItemNotFound += [&](const Variant&, IBusinessObjectsPtr& Item) { Item = supplied; };
+  EXPECT_EQ(context->Item("Lines"), supplied);
+}
+
+TEST_F(BusinessContextTest, UnknownIndexIsShownByItsType) {
+  const auto context = NewContext();
+  const std::pair<Variant, const char*> cases[] = {{5, "Index: 5"},
+                                                   {std::int16_t{5}, "Index: 5"},
+                                                   {5.5F, "Index: 5.5"},
+                                                   {Decimal::Parse("5"), "Index: 5"},
+                                                   {Byte{5}, "Index: 5"},
+                                                   {"x", "Index: 'x'"},
+                                                   {5.5, "Index: (Double)"},
+                                                   {true, "Index: (Boolean)"},
+                                                   {Variant::Missing(), "Index: (Error)"},
+                                                   {IdentifierPtr{}, "Index: (Nothing)"}};
+  for (const auto& [index, text] : cases) {
+    SCOPED_TRACE(text);
+    ExpectRaised(errItem_BusinessObjects, [&] { context->Item(index); }, {.Text = text});
+  }
+}
+
+TEST_F(BusinessContextTest, LoadingIsRefusedEvenForAHeldCollection) {
+  const auto context = NewContext({.SupportsLoad = false});
+  context->Add(Collection("Orders"));
+  ExpectRaised(errBusinessObjects_Load, [&] { context->LoadBusinessObjects({.Name = "Orders"}); });
+}
+
+TEST_F(BusinessContextTest, LoadReturnsAHeldCollectionWithoutLookingAtTheArguments) {
+  const auto context = NewContext();
+  const auto held = Collection("Orders");
+  context->Add(held);
+  EXPECT_EQ(context->LoadBusinessObjects({.ClassName = "Nothing", .Name = "Orders"}), held);
+  EXPECT_EQ(context->LoadBusinessObjects({.ActionName = "orders"}), held);
+}
+
+}  // namespace
+}  // namespace velmoria::test
