@@ -18,9 +18,11 @@ bool WarnedOf(const std::string& words);
 
 /// Orders 1 to 25 in a real database, and an Action over them.
 class OrdersOverSqlite : public testing::Test {
+ public:
+  ~OrdersOverSqlite() override;
+
  protected:
   OrdersOverSqlite();
-  ~OrdersOverSqlite() override;
 
   /// The fields with the database's connect string put in.
   void Design(OneActionFields fields = {});

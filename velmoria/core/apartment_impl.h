@@ -42,7 +42,7 @@ ApartmentState& Apartment();
 
 /// A global that may be missing, because it could not be made at the start or has ended: raises 91 then.
 template <class Global>
-const Ref<Global>& Present(const Ref<Global>& global) {
+Ref<Global> Present(Ref<Global> global) {
   if (!global) Fail(RuntimeFailure::ObjectNotSet);
   return global;
 }

@@ -21,12 +21,14 @@ class Stillborn : public Object {
 };
 
 class FrameworkObjectsTest : public testing::Test {
- protected:
-  FrameworkObjectsTest() { Components::Register<HostCollection>("Sales.Orders"); }
+ public:
   ~FrameworkObjectsTest() override {
     for (const char* name : {"Sales.Orders", "Sales.Refusing", "Sales.Stranger", "Sales.Stillborn"})
       Components::Unregister(name);
   }
+
+ protected:
+  FrameworkObjectsTest() { Components::Register<HostCollection>("Sales.Orders"); }
 
   ScopedApartment apartment_;
   Framework framework_;

@@ -25,7 +25,7 @@ namespace {
 
 class ConnectionContextTest : public testing::Test {
  protected:
-  ConnectionPtr Setup(const std::string& database, const std::string& group = {}) {
+  ConnectionPtr SetUpConnection(const std::string& database, const std::string& group = {}) {
     return context_->SetupConnection(
         {.DatabaseName = database, .ConnectionsName = group, .Engine = engODBC, .ConnectionType = ctText});
   }
@@ -41,13 +41,13 @@ TEST_F(ConnectionContextTest, TheDefaultGroupIsThereFromTheStart) {
 }
 
 TEST_F(ConnectionContextTest, WithoutAGroupNameAConnectionIsSetUpAndFoundInTheDefaultGroup) {
-  const auto connection = Setup("Shop");
+  const auto connection = SetUpConnection("Shop");
   EXPECT_EQ(context_->GetConnection("Shop"), connection);
   EXPECT_EQ(connection->ConnectionsName(), "");
 }
 
 TEST_F(ConnectionContextTest, SetupConnectionMakesTheGroupItNeeds) {
-  const auto connection = Setup("Shop", "Night");
+  const auto connection = SetUpConnection("Shop", "Night");
   EXPECT_EQ(context_->Count(), 2);
   EXPECT_EQ(context_->GetConnection("shop", "NIGHT"), connection);
   EXPECT_EQ(connection->ConnectionsName(), "Night");
@@ -55,14 +55,14 @@ TEST_F(ConnectionContextTest, SetupConnectionMakesTheGroupItNeeds) {
 }
 
 TEST_F(ConnectionContextTest, OneDatabaseMayHaveAConnectionInEachGroup) {
-  const auto day = Setup("Shop", "Day");
-  const auto night = Setup("Shop", "Night");
+  const auto day = SetUpConnection("Shop", "Day");
+  const auto night = SetUpConnection("Shop", "Night");
   EXPECT_NE(day, night);
 }
 
 TEST_F(ConnectionContextTest, ASecondConnectionOfADatabaseIsRefusedAndTheFirstStays) {
-  const auto first = Setup("Shop", "Night");
-  ExpectRaised(errAdd_Connection, [&] { Setup("Shop", "Night"); }, {.Text = "Database: 'Shop'"});
+  const auto first = SetUpConnection("Shop", "Night");
+  ExpectRaised(errAdd_Connection, [&] { SetUpConnection("Shop", "Night"); }, {.Text = "Database: 'Shop'"});
   EXPECT_EQ(context_->GetConnection("Shop", "Night"), first);
 }
 

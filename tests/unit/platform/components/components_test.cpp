@@ -12,8 +12,10 @@ class Order : public Object {};
 class Invoice : public Object {};
 
 class ComponentsTest : public testing::Test {
- protected:
+ public:
   ~ComponentsTest() override { Components::Unregister("Sales.Order"); }
+
+ protected:
 };
 
 int NumberOf(void (*routine)()) {

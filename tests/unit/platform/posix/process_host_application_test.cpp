@@ -6,9 +6,10 @@ namespace velmoria {
 namespace {
 
 class ProcessHostApplicationTest : public testing::Test {
- protected:
+ public:
   ~ProcessHostApplicationTest() override { ProcessHostApplication::Describe("", 0, 0, 0); }
 
+ protected:
   ProcessHostApplication host_;
 };
 
