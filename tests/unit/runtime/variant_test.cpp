@@ -88,7 +88,8 @@ TEST(VariantTest, TextsOfEveryLengthComeBack) {
   for (std::size_t length = 0; length <= 40; ++length) {
     const std::string text(length, static_cast<char>('a' + length % 26));
     const Variant value(text);
-    const Variant copy = value;
+    Variant copy;
+    copy = value;
     EXPECT_EQ(value.TextView(), text);
     EXPECT_EQ(copy.AsText(), text);
   }
@@ -101,7 +102,8 @@ TEST(VariantTest, TextsMayHoldZeroBytes) {
 
 TEST(VariantTest, CopiesOfALongTextShareIt) {
   const Variant value("a text too long to be held inside");
-  const Variant copy = value;
+  Variant copy;
+  copy = value;
   EXPECT_EQ(copy.TextView().data(), value.TextView().data());
 }
 
