@@ -34,7 +34,8 @@ class VELMORIA_API Action final : public DesignObject<ActionKind> {
   void SetCollectionType(zCollectionTypes value);
   zObjectTypes ObjectType() const;
   void SetObjectType(zObjectTypes value);
-  /// How many rows are read at a time; 0 for all. Reading pages from the end, a negative number, is refused for now with 15130.
+  /// How many rows are read at a time; 0 for all. A negative number, which would read from the end, is refused by
+  /// the read with 15130.
   std::int32_t ObjectBuffer() const;
   void SetObjectBuffer(std::int32_t value);
   std::string BusinessObjectsName() const;
