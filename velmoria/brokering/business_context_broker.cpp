@@ -66,8 +66,7 @@ IBusinessObjectsPtr BusinessContext::GetBusinessObjects(const GetBusinessObjects
     SetupSelection({{}, arguments.ServerName, arguments.ClassName, arguments.ActionName, arguments.Parameters});
   }
   RequireUsage(ufObjects, errNotSupported_BusinessObjects, "GetBusinessObjects");
-  const DatabaseAgentPtr agent = OpenAgent();
-  const RecordsetPtr recordset = agent->GetRecordset(0, {}, false);
+  const RecordsetPtr recordset = OpenAgent()->GetRecordset(0, {}, false);
   const zObjectTypes objectType = ResolvedObjectType(arguments.ObjectType);
   KeyFormatPtr keyFormat = arguments.KeyFormat;
   if (!keyFormat && keyFormat_) keyFormat = keyFormat_->Copy(true);

@@ -197,7 +197,7 @@ class VELMORIA_API Variant {
 static_assert(sizeof(Variant) == 16);
 
 /// Equal types and equal values; arrays element by element with equal bounds, dates by their whole second, objects by
-/// identity. This is SameValue: 16-bit 1 and 32-bit 1 differ, Empty equals only Empty and Null only Null.
+/// identity. A 16-bit 1 and a 32-bit 1 differ, Empty equals only Empty and Null only Null.
 VELMORIA_API bool operator==(const Variant& left, const Variant& right);
 
 /// Orders two values of one kind: numbers of any width by value, texts by their bytes, dates by whole seconds.
