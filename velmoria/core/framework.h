@@ -22,7 +22,9 @@ struct DatabaseFields;
 struct GetBusinessObjectArguments;
 struct GetBusinessObjectsArguments;
 struct KeyFormatFields;
+struct LinkFields;
 struct PropertyFields;
+struct RelationshipFields;
 struct ServerFields;
 struct SetupConnectionArguments;
 struct SourceFields;
@@ -101,6 +103,8 @@ class VELMORIA_API Framework final : public Reporting {
   ClassPtr CreateClass(const ClassFields& fields) const;
   ActionPtr CreateAction(const ActionFields& fields) const;
   SourcePtr CreateSource(const SourceFields& fields) const;
+  RelationshipPtr CreateRelationship(const RelationshipFields& fields) const;
+  LinkPtr CreateLink(const LinkFields& fields) const;
   AttributePtr CreateAttribute(const AttributeFields& fields) const;
   /// Of style psNonPersistent.
   PropertyPtr CreateProperty(const PropertyFields& fields) const;
@@ -110,6 +114,8 @@ class VELMORIA_API Framework final : public Reporting {
   // Transient collections, which hold what is added to them and register nothing.
   DatabasesPtr CreateDatabases(bool locked = false, bool supportsRemove = true) const;
   ServersPtr CreateServers(bool locked = false, bool supportsRemove = true) const;
+  LinksPtr CreateLinks(bool locked = false, bool supportsRemove = true) const;
+  RelationshipsPtr CreateRelationships(bool locked = false, bool supportsRemove = true) const;
   SourcesPtr CreateSources(bool locked = false, bool supportsRemove = true) const;
   ActionsPtr CreateActions(bool locked = false, bool supportsRemove = true) const;
   AttributesPtr CreateAttributes(bool locked = false, bool supportsRemove = true) const;

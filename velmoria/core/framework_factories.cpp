@@ -16,6 +16,12 @@
 #include "velmoria/design/database.h"
 #include "velmoria/design/database_data.h"
 #include "velmoria/design/databases.h"
+#include "velmoria/design/link.h"
+#include "velmoria/design/link_data.h"
+#include "velmoria/design/links.h"
+#include "velmoria/design/relationship.h"
+#include "velmoria/design/relationship_data.h"
+#include "velmoria/design/relationships.h"
 #include "velmoria/design/server.h"
 #include "velmoria/design/server_data.h"
 #include "velmoria/design/servers.h"
@@ -109,6 +115,14 @@ SourcePtr Framework::CreateSource(const SourceFields& fields) const try {
   return MakeOver<Source, SourceData>(fields);
 } catch (...) { Failed("CreateSource"); }
 
+RelationshipPtr Framework::CreateRelationship(const RelationshipFields& fields) const try {
+  return MakeOver<Relationship, RelationshipData>(fields);
+} catch (...) { Failed("CreateRelationship"); }
+
+LinkPtr Framework::CreateLink(const LinkFields& fields) const try {
+  return MakeOver<Link, LinkData>(fields);
+} catch (...) { Failed("CreateLink"); }
+
 AttributePtr Framework::CreateAttribute(const AttributeFields& fields) const try {
   auto data = Make<AttributeData>();
   data->Setup(fields);
@@ -142,6 +156,14 @@ DatabasesPtr Framework::CreateDatabases(bool locked, bool supportsRemove) const 
 ServersPtr Framework::CreateServers(bool locked, bool supportsRemove) const try {
   return MakeTransient<velmoria::Servers>(locked, supportsRemove);
 } catch (...) { Failed("CreateServers"); }
+
+LinksPtr Framework::CreateLinks(bool locked, bool supportsRemove) const try {
+  return MakeTransient<Links>(locked, supportsRemove);
+} catch (...) { Failed("CreateLinks"); }
+
+RelationshipsPtr Framework::CreateRelationships(bool locked, bool supportsRemove) const try {
+  return MakeTransient<Relationships>(locked, supportsRemove);
+} catch (...) { Failed("CreateRelationships"); }
 
 SourcesPtr Framework::CreateSources(bool locked, bool supportsRemove) const try {
   return MakeTransient<Sources>(locked, supportsRemove);

@@ -4,6 +4,7 @@
 #include "velmoria/design/actions.h"
 #include "velmoria/design/class_data.h"
 #include "velmoria/design/design_object_impl.h"
+#include "velmoria/design/relationships.h"
 #include "velmoria/design/server_data.h"
 #include "velmoria/properties/property.h"
 #include "velmoria/properties/property_data.h"
@@ -49,6 +50,8 @@ PropertiesPtr Class::Properties() try {
 
 ActionsPtr Class::Actions() { return Child(actions_); }
 
+RelationshipsPtr Class::Relationships() { return Child(relationships_); }
+
 IdentifierPtr Class::CreateIdentifier(const PropertiesPtr& properties) try {
   if (Properties()->Count() == 0) Raise(errRequires_Identifier, "CreateIdentifier", {Name()});
   auto identifier = Make<velmoria::Identifier>();
@@ -82,6 +85,7 @@ std::string Class::ProgId(const std::string& name) const {
 void Class::PassOn(const ParentChange& change) {
   change.To(properties_);
   change.To(actions_);
+  change.To(relationships_);
   DesignObject::PassOn(change);
 }
 

@@ -33,6 +33,8 @@ class VELMORIA_API Class final : public DesignObject<ClassKind> {
   /// What identifies one business object, in the order of key values.
   PropertiesPtr Properties();
   ActionsPtr Actions();
+  /// How it is associated with other classes.
+  RelationshipsPtr Relationships();
   /// The identity of one business object. Without properties it gets a copy of Properties, without values; else it
   /// shares those members of `properties` that Properties names, which get its Flags, too. Raises 15160 when Properties
   /// has no members and 15052 when one is missing in `properties`.
@@ -52,6 +54,7 @@ class VELMORIA_API Class final : public DesignObject<ClassKind> {
 
   PropertiesPtr properties_;
   ActionsPtr actions_;
+  RelationshipsPtr relationships_;
 };
 
 }  // namespace velmoria

@@ -2,6 +2,7 @@
 
 #include "velmoria/design/actions_data.h"
 #include "velmoria/design/design_data_impl.h"
+#include "velmoria/design/relationships_data.h"
 #include "velmoria/properties/parents_data.h"
 #include "velmoria/runtime/text.h"
 
@@ -30,15 +31,22 @@ ActionsDataPtr ClassData::ActionsData() {
   return actionsData_;
 }
 
+RelationshipsDataPtr ClassData::RelationshipsData() {
+  if (!relationshipsData_) relationshipsData_ = Make<velmoria::RelationshipsData>();
+  return relationshipsData_;
+}
+
 // The copy's user properties are the identifier's once more; those of the source are not carried over.
 void ClassData::CopyChildren(const ClassData& source) {
+  relationshipsData_ = CopyOf(source.relationshipsData_);
   actionsData_ = CopyOf(source.actionsData_);
   propertiesData_ = CopyOf(source.propertiesData_);
   SetUserProperties(CopyOf(source.propertiesData_));
 }
 
 bool ClassData::ChildrenDirty() const {
-  return IsDirty(propertiesData_) || IsDirty(actionsData_) || DesignData::ChildrenDirty();
+  return IsDirty(propertiesData_) || IsDirty(actionsData_) || IsDirty(relationshipsData_) ||
+         DesignData::ChildrenDirty();
 }
 
 }  // namespace velmoria

@@ -19,6 +19,7 @@ class ClassData final : public DesignData<ClassKind> {
   /// The definition of the identifier.
   PropertiesDataPtr PropertiesData();
   ActionsDataPtr ActionsData();
+  RelationshipsDataPtr RelationshipsData();
 
  private:
   void CopyChildren(const ClassData& source) override;
@@ -26,6 +27,7 @@ class ClassData final : public DesignData<ClassKind> {
 
   PropertiesDataPtr propertiesData_;
   ActionsDataPtr actionsData_;
+  RelationshipsDataPtr relationshipsData_;
 };
 
 }  // namespace velmoria

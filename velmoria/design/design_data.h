@@ -83,6 +83,8 @@ class DesignData : public Object, public Reporting {
   void Adopt(typename Kind::Fields fields);
   /// How a copy takes the fields of its source.
   virtual void SetupCopy(typename Kind::Fields fields) { Setup(std::move(fields)); }
+  /// What a copy takes beside the fields, recursive or not.
+  virtual void CopyParts(const typename Kind::Data& source, bool recursive);
   virtual void CopyChildren(const typename Kind::Data& source);
   virtual bool ChildrenDirty() const;
   const PropertiesDataPtr& ExistingUserProperties() const noexcept { return userPropertiesData_; }

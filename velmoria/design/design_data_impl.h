@@ -55,9 +55,14 @@ Ref<typename Kind::Data> DesignData<Kind>::Copy(const Key& key, bool recursive) 
   auto copy = Make<typename Kind::Data>();
   DesignData& made = *copy;
   made.SetupCopy(std::move(fields));
-  if (recursive) made.CopyChildren(static_cast<const typename Kind::Data&>(*this));
+  const auto& source = static_cast<const typename Kind::Data&>(*this);
+  made.CopyParts(source, recursive);
+  if (recursive) made.CopyChildren(source);
   return copy;
 } catch (...) { Failed("Copy"); }
+
+template <class Kind>
+void DesignData<Kind>::CopyParts(const typename Kind::Data&, bool) {}
 
 template <class Kind>
 void DesignData<Kind>::CopyChildren(const typename Kind::Data& source) {

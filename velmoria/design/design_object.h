@@ -56,7 +56,7 @@ class VELMORIA_API DesignObject : public Object, public Reporting {
   /// Makes the definition when there is none.
   Ref<typename Kind::Data> Data() const;
   const velmoria::Parents& HeldParents() const { return *parents_; }
-  /// Each parent can be given once: raises 15100, 15101, 15103 or 15108 for one of a filled slot, the same one
+  /// Each parent can be given once: raises 15100, 15101, 15103, 15107 or 15108 for one of a filled slot, the same one
   /// included. They are taken in turn, and those before the refused one stay.
   void SetParents(const Parents& given);
   void ClearParents(const ParentSlots& slots);

@@ -20,6 +20,7 @@ class ParentChange {
     if (cleared_) child->ClearParents(*cleared_);
   }
   void To(const PropertiesPtr& child) const;
+  void To(const PropertyPtr& child) const;
 
  private:
   const Parents* given_ = nullptr;

@@ -5,6 +5,8 @@
 #include "velmoria/design/class_data.h"
 #include "velmoria/design/connector_data.h"
 #include "velmoria/design/database_data.h"
+#include "velmoria/design/link_data.h"
+#include "velmoria/design/relationship_data.h"
 #include "velmoria/design/server_data.h"
 #include "velmoria/design/source_data.h"
 
@@ -19,6 +21,8 @@ void ForEachSlot(Visit visit) {
   visit(&Parents::Class, &ParentSlots::Class, errParent_Class);
   visit(&Parents::Action, &ParentSlots::Action, errParent_Action);
   visit(&Parents::Source, &ParentSlots::Source, errParent_Source);
+  visit(&Parents::Relationship, &ParentSlots::Relationship, errParent_Relationship);
+  visit(&Parents::Link, &ParentSlots::Link, errParent_Link);
   visit(&Parents::Database, &ParentSlots::Database, errParent_Database);
   visit(&Parents::Connector, &ParentSlots::Connector, errParent_Connector);
   visit(&Parents::KeyFormat, &ParentSlots::KeyFormat, errParent_KeyFormat);
@@ -32,6 +36,8 @@ std::string KeyOf(const Data& data) {
     return data.EngineName();
   }
 }
+
+std::string KeyOf(const LinkData& link) { return link.Details(); }
 
 }  // namespace
 

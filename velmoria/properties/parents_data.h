@@ -14,14 +14,17 @@ struct ParentSlots {
   bool Class = false;
   bool Action = false;
   bool Source = false;
+  bool Relationship = false;
+  bool Link = false;
   bool Database = false;
   bool Connector = false;
   bool KeyFormat = false;
 
-  static constexpr ParentSlots All() { return {true, true, true, true, true, true, true}; }
+  static constexpr ParentSlots All() { return {true, true, true, true, true, true, true, true, true}; }
 };
 
-/// A parent that cannot be taken because its slot is filled: the number to raise and the name of the one that is there.
+/// A parent that cannot be taken because its slot is filled: the number to raise and the name of the one that is there,
+/// which is the engine's for a Source or Connector and the Details for a Link.
 struct ParentConflict {
   zErrors Number;
   std::string Name;
@@ -41,6 +44,8 @@ struct Parents {
   ClassDataPtr Class;
   ActionDataPtr Action;
   SourceDataPtr Source;
+  RelationshipDataPtr Relationship;
+  LinkDataPtr Link;
   DatabaseDataPtr Database;
   ConnectorDataPtr Connector;
   KeyFormatDataPtr KeyFormat;

@@ -130,6 +130,8 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   std::string ServerName() const;
   std::string ClassName() const;
   std::string ActionName() const;
+  std::string LinkName() const;
+  std::string RelationshipName() const;
   std::string DatabaseName() const;
   zEngines Engine() const;
   std::string EngineName() const;

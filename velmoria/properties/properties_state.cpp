@@ -6,6 +6,8 @@
 #include "velmoria/design/action_data.h"
 #include "velmoria/design/class_data.h"
 #include "velmoria/design/database_data.h"
+#include "velmoria/design/link_data.h"
+#include "velmoria/design/relationship_data.h"
 #include "velmoria/design/server_data.h"
 #include "velmoria/design/source_data.h"
 #include "velmoria/properties/properties_data.h"
@@ -100,6 +102,10 @@ std::string Properties::ActionName() const {
   if (recordset_) return ActionNameOf(*recordset_);
   return rare_ ? rare_->ActionName : std::string();
 }
+
+std::string Properties::LinkName() const { return NameOf(HeldParents().Link); }
+
+std::string Properties::RelationshipName() const { return NameOf(HeldParents().Relationship); }
 
 std::string Properties::DatabaseName() const { return NameOf(HeldParents().Database); }
 

@@ -1,0 +1,22 @@
+#include "velmoria/design/links.h"
+
+#include "velmoria/design/design_collection_impl.h"
+#include "velmoria/design/link.h"
+#include "velmoria/design/link_data.h"
+#include "velmoria/design/links_data.h"
+#include "velmoria/design/relationship_data.h"
+
+namespace velmoria {
+
+template class DesignCollection<LinkKind>;
+
+Links::Links() = default;
+Links::~Links() = default;
+
+LinksDataPtr Links::DataUnder(const Parents& parents) const {
+  return parents.Relationship ? parents.Relationship->LinksData() : LinksDataPtr();
+}
+
+std::string Links::ParentClause() const { return " for Relationship " + Quoted(NameOf(HeldParents().Relationship)); }
+
+}  // namespace velmoria

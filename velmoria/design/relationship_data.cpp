@@ -1,0 +1,36 @@
+#include "velmoria/design/relationship_data.h"
+
+#include "velmoria/design/design_data_impl.h"
+#include "velmoria/design/links_data.h"
+#include "velmoria/properties/parents_data.h"
+#include "velmoria/runtime/text.h"
+
+namespace velmoria {
+
+template class DesignData<RelationshipKind>;
+
+RelationshipData::RelationshipData() = default;
+RelationshipData::~RelationshipData() = default;
+
+std::string RelationshipData::Details() const {
+  return "Association: " + Quoted(AssociationName(Fields().Association)) +
+         " Related Server: " + Quoted(Fields().RelatedServerName) +
+         " Related Class: " + Quoted(Fields().RelatedClassName) +
+         " Related Action: " + Quoted(Fields().RelatedActionName);
+}
+
+void RelationshipData::Enter(Parents& parents) { parents.Relationship = this; }
+
+LinksDataPtr RelationshipData::LinksData() {
+  if (!linksData_) linksData_ = Make<velmoria::LinksData>();
+  return linksData_;
+}
+
+void RelationshipData::CopyChildren(const RelationshipData& source) {
+  linksData_ = CopyOf(source.linksData_);
+  DesignData::CopyChildren(source);
+}
+
+bool RelationshipData::ChildrenDirty() const { return IsDirty(linksData_) || DesignData::ChildrenDirty(); }
+
+}  // namespace velmoria

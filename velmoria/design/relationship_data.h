@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+#include "velmoria/design/design_data.h"
+#include "velmoria/design/relationship_kind.h"
+
+namespace velmoria {
+
+extern template class DesignData<RelationshipKind>;
+
+class RelationshipData final : public DesignData<RelationshipKind> {
+ public:
+  RelationshipData();
+  ~RelationshipData() override;
+
+  std::string Details() const override;
+  void Enter(Parents& parents) override;
+  LinksDataPtr LinksData();
+
+ private:
+  void CopyChildren(const RelationshipData& source) override;
+  bool ChildrenDirty() const override;
+
+  LinksDataPtr linksData_;
+};
+
+}  // namespace velmoria

@@ -1,0 +1,26 @@
+#include "velmoria/design/relationships.h"
+
+#include "velmoria/design/class_data.h"
+#include "velmoria/design/design_collection_impl.h"
+#include "velmoria/design/relationship.h"
+#include "velmoria/design/relationship_data.h"
+#include "velmoria/design/relationships_data.h"
+#include "velmoria/design/server_data.h"
+
+namespace velmoria {
+
+template class DesignCollection<RelationshipKind>;
+
+Relationships::Relationships() = default;
+Relationships::~Relationships() = default;
+
+std::string Relationships::ServerName() const { return NameOf(HeldParents().Server); }
+std::string Relationships::ClassName() const { return NameOf(HeldParents().Class); }
+
+RelationshipsDataPtr Relationships::DataUnder(const Parents& parents) const {
+  return parents.Class ? parents.Class->RelationshipsData() : RelationshipsDataPtr();
+}
+
+std::string Relationships::ParentClause() const { return " for Class " + Quoted(ClassName()); }
+
+}  // namespace velmoria
