@@ -63,6 +63,12 @@ function(velmoria_tests name folder)
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 120)
   endif()
+  # Counters are written when a process ends: one process for each program, not one for each test.
+  if(VELMORIA_COVERAGE)
+    add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 1800)
+    return()
+  endif()
   gtest_discover_tests(${name} TEST_PREFIX "${name}/" NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
     PROPERTIES TIMEOUT ${arg_TIMEOUT})
   if(name MATCHES "^unit_")
