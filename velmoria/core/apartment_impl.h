@@ -1,8 +1,10 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "velmoria/fwd.h"
+#include "velmoria/platform/engine_error.h"
 #include "velmoria/platform/platform.h"
 #include "velmoria/runtime/error.h"
 
@@ -34,6 +36,7 @@ struct ApartmentState {
   ConnectionContextPtr ConnectionContext;
   BusinessContextPtr BusinessContext;
   Ref<velmoria::rdoEngine> rdoEngine;  // made on first need
+  std::vector<EngineError> DaoErrors;  // DBEngine.Errors: what DAO said about its last failure
 };
 
 /// The state of the calling thread's apartment; the first call runs Main. The thread's end ends it. What is released

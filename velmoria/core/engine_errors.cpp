@@ -6,6 +6,12 @@
 
 namespace velmoria {
 
+std::vector<EngineError> DaoErrorsOf(std::int32_t number) {
+  const auto& errors = Apartment().DaoErrors;
+  if (errors.empty() || errors.back().Number != number) return {};
+  return errors;
+}
+
 std::vector<EngineError> TakeRdoErrors() {
   const auto& engine = Apartment().rdoEngine;
   if (!engine) return {};

@@ -15,6 +15,18 @@ namespace {
 // The number that a raised number stands for: itself less the error base. Where that would not fit there is none.
 bool HasUnraisedForm(std::int32_t number) { return number <= std::numeric_limits<std::int32_t>::max() + ErrorBase; }
 
+// One warning for each entry of an engine's list, in the engine's order.
+void AddWarnings(Messages& messages, std::vector<EngineError> errors, zTypeFlags engine) {
+  for (auto& error : errors) {
+    messages.Add(Make<Message>(MessageArguments{.Number = zErrors{error.Number},
+                                                .Description = std::move(error.Description),
+                                                .TypeFlags = engine,
+                                                .SeverityFlags = svfWarning,
+                                                .HelpContextID = error.HelpContext,
+                                                .HelpFile = std::move(error.HelpFile)}));
+  }
+}
+
 }  // namespace
 
 Messages::Messages(ApartmentState& apartment) {
@@ -75,19 +87,9 @@ MessagePtr Messages::SetupItem(const MessageArguments& arguments) {
   MessagePtr item;
   WithErrorsIgnored([&] { item = Make<Message>(arguments); });
   Add(item);
-  WithErrorsIgnored([this] { AddEngineErrors(); });
+  WithErrorsIgnored([&] { AddWarnings(*this, DaoErrorsOf(static_cast<std::int32_t>(arguments.Number)), tfDAO); });
+  WithErrorsIgnored([&] { AddWarnings(*this, TakeRdoErrors(), tfRDO); });
   return item;
-}
-
-void Messages::AddEngineErrors() {
-  for (auto& error : TakeRdoErrors()) {
-    Add(Make<Message>(MessageArguments{.Number = zErrors{error.Number},
-                                       .Description = std::move(error.Description),
-                                       .TypeFlags = tfRDO,
-                                       .SeverityFlags = svfWarning,
-                                       .HelpContextID = error.HelpContext,
-                                       .HelpFile = std::move(error.HelpFile)}));
-  }
 }
 
 void Messages::SetSuspendRoutine(std::string_view value) {
