@@ -35,6 +35,18 @@ TEST(StatisticTest, LaterEndTimeIsLeftOutWhenSetUp) {
   EXPECT_EQ(statistic->EndTime(), Date{});
 }
 
+TEST(StatisticTest, EndTimeThatCrossesASecondIsLeftOutWhenSetUp) {
+  EXPECT_EQ(Make<Statistic>(StatisticArguments{"Load", "", 0, After(900), After(1100)})->EndTime(), Date{});
+  EXPECT_EQ(Make<Statistic>(StatisticArguments{"Load", "", 0, After(100), After(900)})->EndTime(), kStart);
+}
+
+TEST(StatisticTest, EarlierEndTimeIsTakenWhenSetUpThoughItsSetterRefusesIt) {
+  const auto statistic = Make<Statistic>(StatisticArguments{"Load", "", 0, kStart, After(-5000)});
+  EXPECT_EQ(statistic->TotalSeconds(), -5);
+  statistic->SetEndTime(After(-1000));
+  EXPECT_EQ(statistic->TotalSeconds(), -5);
+}
+
 TEST(StatisticTest, EndTimeOfTheSameSecondIsTakenWhenSetUp) {
   const auto statistic = Make<Statistic>(StatisticArguments{"Load", "", 0, kStart, kStart});
   EXPECT_EQ(statistic->EndTime(), kStart);
@@ -47,9 +59,17 @@ TEST(StatisticTest, EndTimeBeforeStartTimeIsIgnored) {
 }
 
 TEST(StatisticTest, EndTimeInTheSecondOfStartTimeIsTaken) {
-  const auto statistic = Started();
-  statistic->SetEndTime(kStart);
+  const auto statistic = Make<Statistic>(StatisticArguments{.Name = "Load", .StartTime = After(900)});
+  statistic->SetEndTime(After(100));
   EXPECT_EQ(statistic->EndTime(), kStart);
+}
+
+TEST(StatisticTest, EndTimeMayBeSetAgainToALaterAndToAnEarlierOne) {
+  const auto statistic = Lasting(5);
+  statistic->SetEndTime(After(9000));
+  EXPECT_EQ(statistic->TotalSeconds(), 9);
+  statistic->SetEndTime(After(2000));
+  EXPECT_EQ(statistic->TotalSeconds(), 2);
 }
 
 TEST(StatisticTest, StartTimeOfAFreshOneLeavesNoEndTime) {
@@ -57,6 +77,19 @@ TEST(StatisticTest, StartTimeOfAFreshOneLeavesNoEndTime) {
   statistic->SetStartTime(kStart);
   EXPECT_EQ(statistic->StartTime(), kStart);
   EXPECT_EQ(statistic->EndTime(), Date{});
+}
+
+TEST(StatisticTest, StartTimeOfOneThatTookNoSecondStartsItAnew) {
+  const auto statistic = Lasting(0);
+  statistic->SetStartTime(After(2000));
+  EXPECT_EQ(statistic->StartTime(), After(2000));
+  EXPECT_EQ(statistic->EndTime(), Date{});
+}
+
+TEST(StatisticTest, EarlierStartTimeChangesAFinishedOneAsLittle) {
+  const auto statistic = Lasting(5);
+  statistic->SetStartTime(After(-2000));
+  EXPECT_EQ(statistic->TotalSeconds(), 5);
 }
 
 TEST(StatisticTest, StartTimeAfterALaterEndTimeChangesNothing) {
@@ -81,12 +114,31 @@ TEST(StatisticTest, TotalSecondsCountsSecondBoundaries) {
 }
 
 TEST(StatisticTest, CopyHasAllTheValuesTheEndTimeIncluded) {
-  const auto statistic = Lasting(90);
-  statistic->SetSubjectCount(4);
+  const auto statistic = Make<Statistic>(StatisticArguments{"Load", "Row", 4, kStart, {}, true});
+  statistic->SetEndTime(After(90000));
   const auto copy = statistic->Copy();
-  EXPECT_NE(copy, statistic);
   EXPECT_EQ(copy->Details(), statistic->Details());
   EXPECT_EQ(copy->TotalSeconds(), 90);
+  EXPECT_TRUE(copy->Locked());
+}
+
+TEST(StatisticTest, CopyIsOfItsOwn) {
+  const auto statistic = Lasting(90);
+  const auto copy = statistic->Copy();
+  copy->SetName("Other");
+  copy->SetEndTime(After(1000));
+  EXPECT_EQ(statistic->Name(), "Load");
+  EXPECT_EQ(statistic->TotalSeconds(), 90);
+}
+
+TEST(StatisticTest, LockedGuardsNothing) {
+  const auto statistic = Started();
+  statistic->SetLocked(true);
+  statistic->SetName("Other");
+  statistic->SetSubjectCount(3);
+  EXPECT_TRUE(statistic->Locked());
+  EXPECT_EQ(statistic->Name(), "Other");
+  EXPECT_EQ(statistic->SubjectCount(), 3);
 }
 
 TEST(StatisticTest, TotalDetailsInWords) {
@@ -109,11 +161,28 @@ TEST(StatisticTest, UnfinishedOneHasANegativeTotalAndNoText) {
   EXPECT_EQ(Started()->TotalDetails(), "");
 }
 
+TEST(StatisticTest, NegativeTotalsHaveNoText) {
+  for (const std::int64_t seconds : {-1, -59, -60, -61}) {
+    const auto statistic = Make<Statistic>(StatisticArguments{"Load", "", 0, kStart, After(seconds * 1000)});
+    EXPECT_EQ(statistic->TotalSeconds(), seconds);
+    EXPECT_EQ(statistic->TotalDetails(), "") << seconds;
+  }
+}
+
 TEST(StatisticTest, TotalBeyond32BitsHasNoText) {
-  const auto statistic = Make<Statistic>(StatisticArguments{.Name = "Load"});
-  statistic->SetEndTime(kStart);
-  EXPECT_GT(statistic->TotalSeconds(), std::numeric_limits<std::int32_t>::max());
+  const std::int64_t greatest = std::numeric_limits<std::int32_t>::max();
+  EXPECT_EQ(Lasting(greatest)->TotalDetails(), "35791394 minutes and 7 seconds");
+  EXPECT_EQ(Lasting(greatest + 1)->TotalSeconds(), greatest + 1);
+  EXPECT_EQ(Lasting(greatest + 1)->TotalDetails(), "");
+}
+
+TEST(StatisticTest, TimesBeyondTheCalendarLeaveTheTextsEmptyAndRaiseNothing) {
+  const auto statistic = Make<Statistic>(StatisticArguments{.Name = "Load", .StartTime = Date{1e9}});
+  EXPECT_EQ(statistic->StartTime().Days, 1e9);
+  EXPECT_EQ(statistic->Details(), "");
+  EXPECT_EQ(statistic->ProcedureDetails(), "");
   EXPECT_EQ(statistic->TotalDetails(), "");
+  EXPECT_EQ(statistic->Subject(), "Subject: (Unknown)  Count: 0");
 }
 
 TEST(StatisticTest, SubjectTexts) {
@@ -141,6 +210,11 @@ TEST(StatisticTest, DetailsNameProcedureAndSubject) {
   EXPECT_EQ(statistic->Details(),
             "Started: 6/1/98 9:14:02 AM\r\nEnded: 6/1/98 9:15:02 AM\r\nTotal: 1 minute and 0 seconds\r\n"
             "Procedure: Load\r\nRow: 3");
+}
+
+TEST(StatisticTest, DetailsOfAnUnfinishedOneEndAtDayZeroAndHaveNoTotal) {
+  EXPECT_EQ(Started()->Details(),
+            "Started: 6/1/98 9:14:02 AM\r\nEnded: 12:00:00 AM\r\nTotal: \r\nProcedure: Load\r\nSubjects: 0");
 }
 
 TEST(StatisticTest, DetailsWithoutNameAndSubject) {

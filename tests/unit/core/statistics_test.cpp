@@ -1,5 +1,6 @@
 #include "velmoria/core/statistics.h"
 
+#include <limits>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -47,6 +48,35 @@ TEST_F(StatisticsTest, SecondOfANameTakesThePlaceOfTheFirst) {
   EXPECT_EQ(Names(), "bA");
 }
 
+TEST_F(StatisticsTest, MembersWithoutANameReplaceEachOtherToo) {
+  Add("");
+  const auto newest = Add("");
+  EXPECT_EQ(statistics_->Count(), 1);
+  EXPECT_EQ(statistics_->Item(""), newest);
+}
+
+TEST_F(StatisticsTest, NameChangedLaterLeavesTheKey) {
+  const auto item = Add("a");
+  item->SetName("b");
+  EXPECT_EQ(statistics_->Item("a"), item);
+  ExpectReported(RuntimeFailure::InvalidArgument, [&] { statistics_->Item("b"); });
+}
+
+TEST_F(StatisticsTest, SetupItemGivesWhatItAdds) {
+  const auto item = statistics_->SetupItem({"Load", "Row", 7, kStart, After(9), true});
+  EXPECT_EQ(statistics_->Item(1), item);
+  EXPECT_EQ(item->Subject(), "Subject: Row  Count: 7");
+  EXPECT_EQ(item->StartTime(), kStart);
+  EXPECT_EQ(item->EndTime(), Date{});
+  EXPECT_TRUE(item->Locked());
+}
+
+TEST_F(StatisticsTest, AddTakesAStatisticMadeElsewhere) {
+  const auto item = Make<Statistic>(StatisticArguments{.Name = "Load"});
+  statistics_->Add(item);
+  EXPECT_EQ(statistics_->Item("load"), item);
+}
+
 TEST_F(StatisticsTest, PositionsPutAMemberBeforeOrAfter) {
   Add("a");
   Add("b");
@@ -61,6 +91,12 @@ TEST_F(StatisticsTest, BothPositionsRaise15018) {
                {.Text = "ProcedureName: 'a'  Before: 1  After: x\r\n"
                         "Passing both Before and After arguments is not allowed.",
                 .Count = 1});
+}
+
+TEST_F(StatisticsTest, RefusedSetupItemIsReportedByAdd) {
+  EXPECT_TRUE(Thrown([&] { statistics_->SetupItem({.Name = "a"}, {.Before = 1, .After = 1}); }));
+  ASSERT_EQ(apartment_.Messages().Count(), 1);
+  EXPECT_EQ(apartment_.Messages().Item(1)->RoutineName(), "Add");
 }
 
 TEST_F(StatisticsTest, RefusalNamesClassRoutineAndState) {
@@ -80,6 +116,18 @@ TEST_F(StatisticsTest, RefusedAddHasAlreadyRemovedTheEarlierOne) {
 TEST_F(StatisticsTest, EmptyPositionsCountAsNotGiven) {
   Add("a", 0, 0, {.Before = {}, .After = {}});
   EXPECT_EQ(statistics_->Count(), 1);
+}
+
+TEST_F(StatisticsTest, OneEmptyPositionLeavesTheOther) {
+  Add("a");
+  Add("b", 0, 0, {.Before = 1, .After = {}});
+  EXPECT_EQ(Names(), "ba");
+}
+
+TEST_F(StatisticsTest, EarlierOneOfTheNameIsNoPositionAnyMore) {
+  Add("a");
+  ExpectReported(RuntimeFailure::InvalidArgument, [&] { Add("a", 0, 0, {.After = "a"}); });
+  EXPECT_EQ(statistics_->Count(), 0);
 }
 
 TEST_F(StatisticsTest, PositionThatIsNotThereIsAPlainFailure) {
@@ -129,7 +177,20 @@ TEST_F(StatisticsTest, EmptyCollectionHasNoTime) {
   EXPECT_EQ(statistics_->StartTime(), Date{});
   EXPECT_EQ(statistics_->EndTime(), Date{});
   EXPECT_EQ(statistics_->TotalSeconds(), 0);
+  EXPECT_EQ(statistics_->ElapsedSeconds(), 0);
+}
+
+TEST_F(StatisticsTest, ElapsedDetailsOfAnEmptyCollectionAreZeroSeconds) {
   EXPECT_EQ(statistics_->ElapsedDetails(), "0 seconds");
+}
+
+TEST_F(StatisticsTest, TotalDetailsOfAnEmptyCollectionAreZeroSeconds) {
+  EXPECT_EQ(statistics_->TotalDetails(), "0 seconds");
+}
+
+TEST_F(StatisticsTest, DetailsOfAnEmptyCollection) {
+  EXPECT_EQ(statistics_->Details(),
+            "Statistics Count 0\r\nTotal: 0 seconds  Elapsed: 0 seconds  Started: 12:00:00 AM  Ended: 12:00:00 AM");
 }
 
 TEST_F(StatisticsTest, TotalBeyond16BitsHasNoText) {
@@ -138,6 +199,34 @@ TEST_F(StatisticsTest, TotalBeyond16BitsHasNoText) {
   Add("b", 0, 1);
   EXPECT_EQ(statistics_->TotalDetails(), "");
   EXPECT_EQ(statistics_->ElapsedDetails(), "546 minutes and 7 seconds");
+}
+
+TEST_F(StatisticsTest, ElapsedBeyond16BitsHasNoText) {
+  Add("a", 0, 1);
+  Add("b", 32767, 32768);
+  EXPECT_EQ(statistics_->ElapsedSeconds(), 32768);
+  EXPECT_EQ(statistics_->ElapsedDetails(), "");
+  EXPECT_EQ(statistics_->TotalDetails(), "2 seconds");
+}
+
+TEST_F(StatisticsTest, MembersOwnTextIsNotBoundTo16Bits) {
+  Add("a", 0, 40000);
+  EXPECT_EQ(statistics_->Item("a")->TotalDetails(), "666 minutes and 40 seconds");
+  EXPECT_EQ(statistics_->TotalDetails(), "");
+}
+
+TEST_F(StatisticsTest, SumsAreReckonedIn64Bits) {
+  const auto first = statistics_->SetupItem({.Name = "a", .StartTime = kStart});
+  statistics_->SetupItem({.Name = "b", .StartTime = kStart});
+  EXPECT_LT(first->TotalSeconds(), std::numeric_limits<std::int32_t>::min());
+  EXPECT_EQ(statistics_->TotalSeconds(), 2 * first->TotalSeconds());
+}
+
+TEST_F(StatisticsTest, EndTimeOfUnfinishedMembersIsDayZeroAndTheFinishedOneCounts) {
+  statistics_->SetupItem({.Name = "a", .StartTime = kStart});
+  EXPECT_EQ(statistics_->EndTime(), Date{});
+  Add("b", 0, 7);
+  EXPECT_EQ(statistics_->EndTime(), After(7));
 }
 
 TEST_F(StatisticsTest, UnfinishedMembersLeaveNoText) {
@@ -154,6 +243,14 @@ TEST_F(StatisticsTest, DetailsListTheMembers) {
             "  Started: 6/1/98 9:14:02 AM  Ended: 6/1/98 9:15:02 AM"
             "\r\n    Procedure: Open  Started: 6/1/98 9:14:02 AM  Ended: 6/1/98 9:15:02 AM"
             "\r\n    Subject: (Unknown)  Count: 2  Total: 1 minute and 0 seconds");
+}
+
+TEST_F(StatisticsTest, DetailsListTheMembersInTheirOrder) {
+  Add("Open", 0, 1);
+  Add("Close", 2, 3);
+  const auto details = statistics_->Details();
+  EXPECT_LT(details.find("\r\n    Procedure: Open  "), details.find("\r\n    Procedure: Close  "));
+  EXPECT_EQ(details.substr(0, 18), "Statistics Count 2");
 }
 
 }  // namespace
