@@ -1,5 +1,7 @@
 #include "velmoria/core/message.h"
 
+#include <memory>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/scoped_apartment.h"
@@ -98,6 +100,11 @@ TEST_F(MessageTest, Row15068KeepsItsLastBar) {
   EXPECT_EQ(message->Description(), "Problem finding Connector.  Engine: Oracle  Index: 3|");
 }
 
+TEST_F(MessageTest, Row15137KeepsItsLastBar) {
+  const auto message = Made({.Number = errRemove_Connector, .Replace1 = "Oracle", .Replace2 = "3"});
+  EXPECT_EQ(message->Description(), "Problem removing Connector.  Engine: Oracle  Index: 3|");
+}
+
 TEST_F(MessageTest, Row15053KeepsItsSecondPlaceholder) {
   const auto message = Made({.Number = errInvalid_SourceType, .Replace1 = "Table", .Replace2 = "Oracle"});
   EXPECT_EQ(message->Description(),
@@ -108,6 +115,27 @@ TEST_F(MessageTest, NumberWithoutARowIsUnknown) {
   for (const std::int32_t number : {15001, 15139, 15165, 15178, 3021, 0}) {
     EXPECT_EQ(Made({.Number = zErrors{number}})->Description(), "(Unknown Message Number)") << number;
   }
+}
+
+TEST_F(MessageTest, TextThatIsEmptyOnceFilledIsUnknown) {
+  EXPECT_EQ(Made({.Number = zErrors{13}, .Description = "|1|"})->Description(), "(Unknown Message Number)");
+}
+
+TEST_F(MessageTest, FlagOfTheLibraryGivesANumberWithoutARowNoText) {
+  EXPECT_EQ(Made({.Number = zErrors{3021}, .TypeFlags = tfVelmoria})->Description(), "(Unknown Message Number)");
+}
+
+TEST_F(MessageTest, AllFourPlaceholdersAreFilled) {
+  const auto message =
+      Made({.Number = errItem_Property, .Replace1 = "a", .Replace2 = "b", .Replace3 = "c", .Replace4 = "d"});
+  EXPECT_EQ(message->Description(),
+            "Problem finding Property.  Index: a  SourceName: 'b'  SourceKey: 'c'  Parameter: d");
+}
+
+TEST_F(MessageTest, PlaceholdersAreFilledWhenTheTextIsReadNotWhenItIsMade) {
+  const auto message = Made({.Number = errItem_Class, .Replace1 = "before"});
+  message->SetReplace1("after");
+  EXPECT_EQ(message->Description(), "Problem finding Class.  Index: after");
 }
 
 TEST_F(MessageTest, NumberZeroReadsAs36571) {
@@ -132,6 +160,7 @@ TEST_F(MessageTest, CatalogueNumbersAreOfTheLibraryWhateverWasSet) {
   EXPECT_EQ(Made({.Number = errItem_Class, .TypeFlags = tfVelmoria})->TypeFlags(), tfVelmoria);
   EXPECT_EQ(Made({.Number = errItem_Class, .TypeFlags = tfRDO})->TypeFlags(), tfVelmoria | tfRDO);
   EXPECT_EQ(Made({.Number = zErrors{3021}})->TypeFlags(), tfUnknown);
+  EXPECT_EQ(Made({.Number = zErrors{15001}, .TypeFlags = tfDAO})->TypeFlags(), tfVelmoria | tfDAO);
 }
 
 TEST_F(MessageTest, DetailsHaveHeadingTextAndExtraText) {
@@ -161,6 +190,29 @@ TEST_F(MessageTest, HeadingLeavesOutWhatIsNotThere) {
 TEST_F(MessageTest, HeadingShowsTheFlagsAsSetAndTheNumberAsRead) {
   EXPECT_EQ(Made({.Number = errVelmoria_Locked})->Details().substr(0, 28), "15002-(None)-(Unknown) at 6/");
   EXPECT_EQ(Made({.Description = "d"})->Details().substr(0, 23), "36571-(None)-(Unknown) ");
+}
+
+TEST_F(MessageTest, HeadingShowsANegativeNumberAndLine) {
+  EXPECT_EQ(Made({.Number = zErrors{-7}, .Description = "d", .ErrLine = -1})->Details(),
+            "-7-(None)-(Unknown) at Line: -1 at 6/1/98 9:14:02 AM\r\nd");
+}
+
+TEST_F(MessageTest, HeadingJoinsTheWordsOfSeveralFlags) {
+  const auto message = Made(
+      {.Number = zErrors{13}, .Description = "d", .TypeFlags = tfRDO | tfSystem, .SeverityFlags = svfError | svfInfo});
+  EXPECT_EQ(message->Details(), "13-Error; Information-RDO; System at 6/1/98 9:14:02 AM\r\nd");
+}
+
+// A clock that cannot be read.
+class StoppedClock final : public Clock {
+ public:
+  Date Now() override { Fail(RuntimeFailure::DeviceError); }
+  void Sleep(std::int32_t) override {}
+};
+
+TEST_F(MessageTest, MessageWithoutATimeStillReads) {
+  apartment_.State().Platform.Clock = std::make_shared<StoppedClock>();
+  EXPECT_EQ(Made({.Number = zErrors{13}, .Description = "d"})->Details(), "13-(None)-(Unknown) at 12:00:00 AM\r\nd");
 }
 
 TEST_F(MessageTest, HeadingHasTheTimeOfCreation) {

@@ -3,6 +3,7 @@
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -56,14 +57,20 @@ class Reporter : public Reporting {
 class ReporterWithState : public Reporter {
  public:
   std::string StateDetails() const override {
+    ++Asked;
+    SuspendedBy = Apartment().Messages->SuspendRoutine();
     if (Recurse) Outer();
+    if (Other) Thrown([this] { Other->Outer(); });
     if (Throw) throw std::runtime_error("no state");
     return State;
   }
 
   std::string State = "Reporter: 'x'";
+  const Reporter* Other = nullptr;  // fails while this one is asked
   bool Recurse = false;
   bool Throw = false;
+  mutable int Asked = 0;
+  mutable std::string SuspendedBy;
 };
 
 const Error kTypeMismatch(13, "Type mismatch");
@@ -94,6 +101,19 @@ TEST_F(ReportingTest, RaisedTextIsTheDetailsOfTheMessage) {
   EXPECT_GT(message->ErrLine(), 0);
 }
 
+TEST_F(ReportingTest, RaisedErrorHasNoHelpWhereTheMostSevereHasNone) {
+  const auto error = Thrown([&] { reporter_.Outer(); });
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->HelpFile(), "");
+  EXPECT_EQ(error->HelpContext(), 0);
+}
+
+TEST_F(ReportingTest, HandlersAskForTheStateOfTheirOwnObject) {
+  static_cast<void>(Thrown([] { ReporterWithState().ForeignTwoDeep(kTypeMismatch); }));
+  EXPECT_EQ(messages_.Item(1)->StateDetails(), "Reporter: 'x'");
+  EXPECT_EQ(messages_.Item(2)->StateDetails(), "Reporter: 'x'");
+}
+
 TEST_F(ReportingTest, RaisedErrorCarriesTheHelpOfTheMostSevere) {
   messages_.SetupItem({.Number = zErrors{3021}, .SeverityFlags = svfError, .HelpContextID = 12, .HelpFile = "x.hlp"});
   const auto error = Thrown([&] { reporter_.Outer(); });
@@ -122,6 +142,32 @@ TEST_F(ReportingTest, HandlersFurtherUpAddNothingToAForeignFailure) {
   EXPECT_EQ(messages_.Count(), 2);
   EXPECT_EQ(NumberOf(error), ErrorBase + 15000);
   EXPECT_EQ(TextOf(error), messages_.Item(1)->Details());
+}
+
+TEST_F(ReportingTest, FailureNumberedZeroIsRecordedAs36571) {
+  const auto error = Thrown([&] { reporter_.Foreign(Error(0, "no number")); });
+  EXPECT_EQ(NumberOf(error), ErrorBase + 15000);
+  ASSERT_TRUE(Held("36571"));
+  EXPECT_EQ(Held("36571")->Description(), "no number");
+}
+
+TEST_F(ReportingTest, RaisedFormThatIsNoLongerHeldIsRaisedAs15000WithItsText) {
+  const auto error = Thrown([&] { reporter_.Foreign(Error(ErrorBase + 15065, "raised before a Clear")); });
+  EXPECT_EQ(NumberOf(error), ErrorBase + 15000);
+  EXPECT_NE(TextOf(error).find("raised before a Clear"), std::string::npos);
+}
+
+TEST_F(ReportingTest, LaterForeignFailureIsRaisedAsTheEarlierOneUntilCleared) {
+  static_cast<void>(Thrown([&] { reporter_.Foreign(kTypeMismatch); }));
+  const auto later = Thrown([&] { reporter_.Foreign(Error(9, "Subscript out of range")); });
+  EXPECT_EQ(TextOf(later), Held("13")->Details());
+  EXPECT_TRUE(Held("9"));
+}
+
+TEST_F(ReportingTest, ErrorIsRaisedOverEarlierWarningsAndInformation) {
+  messages_.SetupItem({.Number = errRDO_Info, .SeverityFlags = svfInfo});
+  messages_.SetupItem({.Number = zErrors{208}, .SeverityFlags = svfWarning});
+  EXPECT_EQ(NumberOf(Thrown([&] { reporter_.Outer(); })), ErrorBase + 15065);
 }
 
 TEST_F(ReportingTest, ForeignFailureIsRecordedWithoutCatalogueText) {
@@ -177,6 +223,19 @@ TEST_F(ReportingTest, SuspendedRaiseWithNothingHeldThrowsItsOwnNumberAndText) {
   EXPECT_EQ(messages_.Count(), 0);
 }
 
+TEST_F(ReportingTest, SuspendedRaiseWithoutExtraTextThrowsTheTextAlone) {
+  Suspension quiet{"Test.Routine"};
+  EXPECT_EQ(TextOf(Thrown([&] { reporter_.WithOtherState(); })),
+            "Problem getting business object from database Source.");
+}
+
+TEST_F(ReportingTest, SuspendedOwnerUsesTheMostSevereHeldToo) {
+  messages_.SetupItem({.Number = errItem_Class, .SeverityFlags = svfError});
+  Suspension quiet{"Test.Routine"};
+  EXPECT_EQ(NumberOf(Thrown([&] { reporter_.Owner(kTypeMismatch); })), ErrorBase + 15065);
+  EXPECT_EQ(messages_.Count(), 1);
+}
+
 TEST_F(ReportingTest, SuspendedForeignFailureWithNothingHeldPassesAsItIs) {
   Suspension quiet{"Test.Routine"};
   const auto error = Thrown([&] { reporter_.ForeignTwoDeep(kTypeMismatch); });
@@ -194,6 +253,15 @@ TEST_F(ReportingTest, WithoutMessagesTheNumberAndTextAreItsOwn) {
   const auto error = Thrown([&] { reporter_.Outer(); });
   apartment_.State().Messages = messages;
   EXPECT_EQ(NumberOf(error), ErrorBase + 15065);
+}
+
+TEST_F(ReportingTest, WithoutMessagesAForeignFailurePassesAsItIs) {
+  const auto messages = std::exchange(apartment_.State().Messages, nullptr);
+  const auto foreign = Thrown([&] { reporter_.ForeignTwoDeep(kTypeMismatch); });
+  const auto owned = Thrown([&] { reporter_.Owner(kTypeMismatch); });
+  apartment_.State().Messages = messages;
+  EXPECT_EQ(NumberOf(foreign), 13);
+  EXPECT_EQ(NumberOf(owned), ErrorBase + 15032);
 }
 
 TEST_F(ReportingTest, DuringStartUpNothingIsRecorded) {
@@ -236,6 +304,40 @@ TEST_F(ReportingTest, StateThatFailsIsEmpty) {
   ReporterWithState reporter;
   reporter.Throw = true;
   ExpectRaised(errItem_Class, [&] { reporter.Outer(); }, {.Count = 1});
+}
+
+TEST_F(ReportingTest, StateIsAskedWithMessagingSuspended) {
+  const ReporterWithState reporter;
+  static_cast<void>(Thrown([&] { reporter.Outer(); }));
+  EXPECT_EQ(reporter.SuspendedBy, "Reporter.StateDetails");
+  EXPECT_EQ(messages_.SuspendRoutine(), "");
+}
+
+TEST_F(ReportingTest, StateIsNotAskedWhileNothingIsRecorded) {
+  const ReporterWithState reporter;
+  Suspension quiet{"Test.Routine"};
+  static_cast<void>(Thrown([&] { reporter.Outer(); }));
+  EXPECT_EQ(reporter.Asked, 0);
+}
+
+TEST_F(ReportingTest, FailureOfAnotherObjectWhileAStateIsBuiltLeavesNoTrace) {
+  const ReporterWithState other;
+  ReporterWithState reporter;
+  reporter.Other = &other;
+  static_cast<void>(Thrown([&] { reporter.Outer(); }));
+  EXPECT_EQ(messages_.Count(), 1);
+  EXPECT_EQ(Held("15065")->StateDetails(), "Reporter: 'x'");
+  EXPECT_EQ(other.Asked, 0);
+}
+
+TEST_F(ReportingTest, StateIsAskedAgainAfterOneThatFailed) {
+  ReporterWithState reporter;
+  reporter.Throw = true;
+  static_cast<void>(Thrown([&] { reporter.Outer(); }));
+  messages_.Clear();
+  reporter.Throw = false;
+  static_cast<void>(Thrown([&] { reporter.Outer(); }));
+  EXPECT_EQ(Held("15065")->StateDetails(), "Reporter: 'x'");
 }
 
 TEST_F(ReportingTest, StateThatReportsItselfEndsAndLeavesNoTrace) {
