@@ -30,7 +30,8 @@ TEST(DisplayTest, TextsOfEngineName) {
                                      {engOracle, "Oracle"},
                                      {engInformix, "Informix"},
                                      {engRMS, "VAX/VMS RMS"},
-                                     {zEngines{99}, "(Unknown)"}});
+                                     {zEngines{-1}, "(Unknown)"},
+                                     {zEngines{8}, "(Unknown)"}});
 }
 
 TEST(DisplayTest, TextsOfDataTypeName) {
@@ -220,6 +221,12 @@ TEST(DisplayTest, WordsOfStateFlagsDisplay) {
                                                {sfpendingdelete, "Pending Delete"},
                                                {sfdirty, "Dirty"},
                                                {zStateFlags{63}, "Deleted; New; Pending Delete; Persistent; Dirty"}});
+}
+
+TEST(DisplayTest, FlagsWithoutAWordAreLeftOut) {
+  EXPECT_EQ(FlagsDisplay(zPropertyFlags{64}), "");
+  EXPECT_EQ(UsageFlagsDisplay(ufObjects | zUsageFlags{64}), "Business Objects");
+  EXPECT_EQ(TypeFlagsDisplay(zTypeFlags{32}), "");
 }
 
 TEST(DisplayTest, StateOfZeroHasNoWordForNone) { EXPECT_EQ(StateFlagsDisplay(zStateFlags{0}), ""); }

@@ -85,6 +85,22 @@ TEST_F(EngineSupportTest, UnknownEngineIsNeverListed) {
   EXPECT_TRUE(Framework().SupportedEngines().IsEmpty());
 }
 
+TEST_F(EngineSupportTest, ListHasNoGaps) {
+  for (const auto& row : kRows) Set(row.Name, row.Engine == engODBC || row.Engine == engRMS);
+  const auto engines = SupportedEnginesList();
+  ASSERT_EQ(engines.UpperBound(), 1);
+  EXPECT_EQ(engines.Element(0), Variant(static_cast<std::int16_t>(engODBC)));
+  EXPECT_EQ(engines.Element(1), Variant(static_cast<std::int16_t>(engRMS)));
+}
+
+TEST_F(EngineSupportTest, WithoutAProfileNoEngineCanBeAskedFor) {
+  Apartment().Profile = nullptr;
+  EXPECT_FALSE(SupportsDatabaseEngine(engUnknown));
+  const auto error = Thrown([] { SupportsDatabaseEngine(engODBC); });
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->Number(), static_cast<std::int32_t>(RuntimeFailure::ObjectNotSet));
+}
+
 TEST_F(EngineSupportTest, SettingThatIsNoBooleanFailsAtTheReader) {
   const auto store = std::make_shared<FakeSettingsStore>();
   store->SaveSetting("Velmoria v1.0-0", "Profile", "1Name", "SupportsODBC");

@@ -35,6 +35,12 @@ TEST(IndexTextTest, APlaceThatIsNotGivenSaysWhy) {
   EXPECT_EQ(PlaceText("Load"), "Load");
 }
 
+TEST(IndexTextTest, APlaceThatIsNoPlaceShowsItsType) {
+  EXPECT_EQ(PlaceText(Variant::Null()), "(Null)");
+  EXPECT_EQ(PlaceText(Ref<Object>()), "(Nothing)");
+  EXPECT_EQ(PlaceText(Date{1}), "(Date)");
+}
+
 TEST(IndexTextTest, BothPlacesOfAnAdditionStandInQuotes) {
   const auto texts = AddTexts("Load", {.Before = 1});
   EXPECT_EQ(texts.Replace1, "Load");

@@ -8,7 +8,8 @@
 namespace velmoria {
 namespace {
 
-constexpr zEngines kOtherEngines[] = {engUnknown, engODBC, engSQLServer, engOracle, engInformix, engRMS, zEngines{8}};
+constexpr zEngines kOtherEngines[] = {engUnknown,  engODBC, engSQLServer, engOracle,
+                                      engInformix, engRMS,  zEngines{8},  zEngines{-1}};
 
 template <class From, class To>
 struct Cells {
@@ -47,6 +48,7 @@ TEST(TypeCodesTest, SourceDataTypeForDataTypeEachCell) {
                                                 {dtByteArray, dtDAOLongBinary, dtRDOLongVarBinary, dtRDOLongVarBinary},
                                                 {dtVariant, dtSourceVariant, dtSourceVariant, dtSourceVariant},
                                                 {zDataTypes{12}, dtSourceVariant, dtSourceVariant, dtSourceVariant},
+                                                {zDataTypes{-1}, dtSourceVariant, dtSourceVariant, dtSourceVariant},
                                             });
 }
 
@@ -71,7 +73,10 @@ TEST(TypeCodesTest, SourceDataTypeForVarTypeEachCell) {
                       {VarType::Decimal, dtDAODecimal, dtRDODouble, dtRDODECIMAL},
                       {VarType::Byte, dtDAOByte, dtRDOTINYINT, dtRDOTINYINT},
                       {ArrayOf(VarType::Byte), dtSourceVariant, dtSourceVariant, dtSourceVariant},
+                      {ArrayOf(VarType::Variant), dtSourceVariant, dtSourceVariant, dtSourceVariant},
                       {VarType{15}, dtSourceVariant, dtSourceVariant, dtSourceVariant},
+                      {VarType{16}, dtSourceVariant, dtSourceVariant, dtSourceVariant},
+                      {VarType{18}, dtSourceVariant, dtSourceVariant, dtSourceVariant},
                   });
 }
 
@@ -83,6 +88,7 @@ TEST(TypeCodesTest, DataTypeForVarTypeEachCode) {
       {VarType::Object, dtByteArray},  {VarType::Error, dtByteArray}, {VarType::Variant, dtByteArray},
       {VarType::Unknown, dtByteArray}, {VarType::Array, dtByteArray}, {VarType::Boolean, dtBoolean},
       {VarType::Decimal, dtDecimal},   {VarType::Byte, dtByte},       {VarType{15}, dtVariant},
+      {VarType{16}, dtVariant},        {VarType{18}, dtVariant},
   };
   for (const auto& [code, type] : table) EXPECT_EQ(DataTypeForVarType(code), type) << static_cast<int>(code);
 }
@@ -117,6 +123,9 @@ TEST(TypeCodesTest, DataTypeForSourceDataTypeOfAccessEachRow) {
       {dtDAOVarBinary, dtByteArray},
       {dtSourceVariant, dtVariant},
       {zSourceDataTypes{13}, dtVariant},
+      {zSourceDataTypes{14}, dtVariant},
+      {zSourceDataTypes{24}, dtVariant},
+      {dtRDOBIT, dtVariant},
   };
   for (const auto& [code, type] : table) {
     EXPECT_EQ(DataTypeForSourceDataType(engAccess, code), type) << static_cast<int>(code);
