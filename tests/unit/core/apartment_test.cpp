@@ -77,6 +77,34 @@ TEST(ApartmentTest, NothingIsStartedByAskingForTheExchange) {
   }).join();
 }
 
+// Lives in a thread from before its first use of the library to behind its end.
+struct LateAsker {
+  ~LateAsker() {
+    if (!Asks) return;
+    *Asks = Apartment().StartedFlag && !Apartment().Messages && !Apartment().Servers;
+    ExchangeApartment(nullptr);
+  }
+  bool* Asks = nullptr;
+};
+
+TEST(ApartmentTest, WhatAsksBehindTheEndOfItsThreadFindsAStateWithoutGlobals) {
+  bool found = false;
+  std::thread([&] {
+    thread_local LateAsker late;
+    late.Asks = &found;
+    EXPECT_TRUE(Framework().Messages());
+  }).join();
+  EXPECT_TRUE(found);
+}
+
+TEST(ApartmentTest, ThreadMayEndWithoutTheStateThatItHad) {
+  std::thread([] {
+    EXPECT_TRUE(Framework().Servers());
+    Apartment().End();
+    EXPECT_TRUE(ExchangeApartment(nullptr));
+  }).join();
+}
+
 TEST(ApartmentTest, EndedApartmentDoesNotStartAgain) {
   const ScopedApartment apartment;
   apartment.State().End();

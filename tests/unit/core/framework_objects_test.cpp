@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/component_offer.h"
 #include "tests/support/expect_raised.h"
 #include "tests/support/host_collection.h"
 #include "tests/support/sample_design.h"
@@ -59,7 +60,27 @@ TEST_F(FrameworkObjectsTest, IdentifierOfAnUnknownClassInANamedServer) {
 }
 
 TEST_F(FrameworkObjectsTest, IdentifierFromAnUnknownServer) {
-  ExpectRaised(errItem_Server, [&] { framework_.CreateIdentifier("Order", "Nowhere"); }, {.Count = 1});
+  ExpectRaised(errItem_Server, [&] { framework_.CreateIdentifier("Order", "Nowhere"); },
+               {.Text = "Problem finding Server.  Index: 'Nowhere'", .Count = 1});
+}
+
+TEST_F(FrameworkObjectsTest, NamedServerDecidesWhereSeveralHaveTheClass) {
+  const auto order = design_.Stock->Classes()->SetupItem({.Name = "Order"});
+  order->Properties()->SetupItem({.Name = "Number"});
+  EXPECT_EQ(framework_.CreateIdentifier("Order", "Stock")->Properties()->Item(1)->Name(), "Number");
+  EXPECT_EQ(framework_.CreateIdentifier("order", "stock")->ServerName(), "Stock");
+}
+
+TEST_F(FrameworkObjectsTest, IdentifierOfAClassWithoutIdentifierPropertiesIsRefusedOnBothRoads) {
+  design_.Stock->Classes()->SetupItem({.Name = "Bare"});
+  ExpectRaised(errRequires_Identifier, [&] { framework_.CreateIdentifier("Bare"); },
+               {.Text = "Class: 'Bare'", .Count = 1});
+  ExpectRaised(errRequires_Identifier, [&] { framework_.CreateIdentifier("Bare", "Stock"); },
+               {.Text = "Class: 'Bare'", .Count = 1});
+}
+
+TEST_F(FrameworkObjectsTest, IdentifierOfTheEmptyClassNameIsNotFoundEither) {
+  ExpectRaised(errItem_Class, [&] { framework_.CreateIdentifier(""); }, {.Text = "Index: ''\r\n", .Count = 1});
 }
 
 TEST_F(FrameworkObjectsTest, CollectionWithoutAClassIsTheFrameworksOwn) {
@@ -71,6 +92,26 @@ TEST_F(FrameworkObjectsTest, CollectionWithoutAClassIsTheFrameworksOwn) {
   EXPECT_NE(dynamic_cast<BusinessObjects*>(objects.get()), nullptr);
 }
 
+TEST_F(FrameworkObjectsTest, CollectionTakesKeyFormatAndStatistics) {
+  const auto format = framework_.CreateKeyFormat({.Separator = "-"});
+  const auto statistics = framework_.CreateStatistics();
+  const auto objects = framework_.CreateBusinessObjects({.KeyFormat = format, .Statistics = statistics});
+  EXPECT_EQ(objects->KeyFormat(), format);
+  EXPECT_EQ(objects->Statistics(), statistics);
+}
+
+TEST_F(FrameworkObjectsTest, CollectionHasItsDefaults) {
+  const auto objects = framework_.CreateBusinessObjects();
+  EXPECT_EQ(objects->Name(), "");
+  EXPECT_FALSE(objects->Locked());
+  EXPECT_TRUE(objects->SupportsRemove());
+  EXPECT_EQ(objects->Count(), 0);
+}
+
+TEST_F(FrameworkObjectsTest, UnknownServerWithoutAClassIsNotLookedFor) {
+  EXPECT_TRUE(framework_.CreateBusinessObjects({.ServerName = "Nowhere"}));
+}
+
 TEST_F(FrameworkObjectsTest, CollectionOfAClassWithoutAHostCollectionIsTheFrameworksOwn) {
   const auto objects = framework_.CreateBusinessObjects({.ClassName = "Order"});
   EXPECT_NE(dynamic_cast<BusinessObjects*>(objects.get()), nullptr);
@@ -79,6 +120,11 @@ TEST_F(FrameworkObjectsTest, CollectionOfAClassWithoutAHostCollectionIsTheFramew
 TEST_F(FrameworkObjectsTest, CollectionOfAnUnknownClass) {
   ExpectRaised(errItem_Class, [&] { framework_.CreateBusinessObjects({.ClassName = "Nothing"}); },
                {.Text = std::string("Index: 'Nothing'") + kNoClass, .Count = 1});
+}
+
+TEST_F(FrameworkObjectsTest, CollectionOfAClassThatTheNamedServerDoesNotHave) {
+  ExpectRaised(errItem_Class, [&] { framework_.CreateBusinessObjects({.ClassName = "Order", .ServerName = "Stock"}); },
+               {.Text = std::string("Index: 'Order'") + kNoClass, .Count = 1});
 }
 
 TEST_F(FrameworkObjectsTest, UnknownServerOfACollectionCountsAsAnUnknownClass) {
@@ -101,6 +147,32 @@ TEST_F(FrameworkObjectsTest, HostCollectionWithABareNameIsOfTheNamedServersCompo
   EXPECT_NE(dynamic_cast<HostCollection*>(objects.get()), nullptr);
 }
 
+TEST_F(FrameworkObjectsTest, HostCollectionTakesEverythingButSupportsAdd) {
+  design_.Order->SetActiveXCollection("Sales.Orders");
+  const auto statistics = framework_.CreateStatistics();
+  const auto objects = framework_.CreateBusinessObjects(
+      {.ClassName = "Order", .Locked = true, .Statistics = statistics, .SupportsRemove = false});
+  EXPECT_TRUE(objects->Locked());
+  EXPECT_EQ(objects->Statistics(), statistics);
+  EXPECT_TRUE(objects->SupportsAdd());
+  EXPECT_FALSE(objects->SupportsRemove());
+}
+
+TEST_F(FrameworkObjectsTest, BareNameWithAnEmptyComponentKeepsItsDot) {
+  const ComponentOffer<HostCollection> offer(".Orders");
+  design_.Sales->SetActiveXComponent("");
+  design_.Order->SetActiveXCollection("Orders");
+  const auto objects = framework_.CreateBusinessObjects({.ClassName = "Order", .ServerName = "Sales"});
+  EXPECT_NE(dynamic_cast<HostCollection*>(objects.get()), nullptr);
+}
+
+TEST_F(FrameworkObjectsTest, QualifiedNameDoesNotAskForTheNamedServersComponent) {
+  design_.Sales->SetActiveXComponent("Other");
+  design_.Order->SetActiveXCollection("Sales.Orders");
+  const auto objects = framework_.CreateBusinessObjects({.ClassName = "Order", .ServerName = "Sales"});
+  EXPECT_NE(dynamic_cast<HostCollection*>(objects.get()), nullptr);
+}
+
 TEST_F(FrameworkObjectsTest, BareNameOfAClassFoundByWalkingAsksForTheServerWithoutAName) {
   design_.Order->SetActiveXCollection("Orders");
   ExpectRaised(errItem_Server, [&] { framework_.CreateBusinessObjects({.ClassName = "Order"}); },
@@ -109,8 +181,9 @@ TEST_F(FrameworkObjectsTest, BareNameOfAClassFoundByWalkingAsksForTheServerWitho
 
 TEST_F(FrameworkObjectsTest, HostCollectionThatNobodyOffers) {
   design_.Order->SetActiveXCollection("Sales.Unknown");
-  ExpectRaised(errBusinessCollection_Create, [&] { framework_.CreateBusinessObjects({.ClassName = "Order"}); },
-               {.Text = "Sales.Unknown", .Count = 1});
+  ExpectRaised(
+      errBusinessCollection_Create, [&] { framework_.CreateBusinessObjects({.ClassName = "Order"}); },
+      {.Text = "Problem creating Line of Business Collection.  ActiveXBusinessCollection: Sales.Unknown", .Count = 1});
 }
 
 TEST_F(FrameworkObjectsTest, MissingHostCollectionIsNamedAsTheClassNamesIt) {
@@ -148,8 +221,34 @@ TEST_F(FrameworkObjectsTest, RefusalNamesTheOperationOfTheFront) {
 TEST_F(FrameworkObjectsTest, HostCollectionThatRefusesItsSetup) {
   Components::Register<RefusingCollection>("Sales.Refusing");
   design_.Order->SetActiveXCollection("Sales.Refusing");
-  ExpectRaised(errBusinessCollection_Setup, [&] { framework_.CreateBusinessObjects({.ClassName = "Order"}); },
-               {.Text = "Sales.Refusing"});
+  ExpectRaised(
+      errBusinessCollection_Setup, [&] { framework_.CreateBusinessObjects({.ClassName = "Order"}); },
+      {.Text = "Problem setting up the Line of Business Collection.  ActiveXBusinessCollection: Sales.Refusing",
+       .Count = 2});
+}
+
+TEST_F(FrameworkObjectsTest, RefusalOfAHostCollectionStandsBesideTheErrorAsAWarning) {
+  const ComponentOffer<RefusingCollection> offer("Sales.Refusing");
+  design_.Order->SetActiveXCollection("Sales.Refusing");
+  EXPECT_TRUE(Thrown([&] { framework_.CreateBusinessObjects({.ClassName = "Order"}); }));
+  const auto warning = framework_.Messages()->Item("5");
+  ASSERT_TRUE(warning);
+  EXPECT_EQ(warning->SeverityFlags(), svfWarning);
+  EXPECT_EQ(warning->Description(), "no thanks");
+  EXPECT_EQ(warning->RoutineName(), "CreateBusinessObjects");
+}
+
+// A host collection whose set-up asks the library for what is not there.
+class SearchingCollection final : public HostCollection {
+ public:
+  void Setup(BusinessObjectsPtr) override { Framework().CreateIdentifier("Nothing"); }
+};
+
+TEST_F(FrameworkObjectsTest, ErrorOfTheLibraryInsideASetupStaysTheOneSeen) {
+  const ComponentOffer<SearchingCollection> offer("Sales.Searching");
+  design_.Order->SetActiveXCollection("Sales.Searching");
+  ExpectRaised(errItem_Class, [&] { framework_.CreateBusinessObjects({.ClassName = "Order"}); },
+               {.Text = "Index: 'Nothing'", .Count = 2});
 }
 
 TEST_F(FrameworkObjectsTest, ComponentThatIsNoCollectionCannotBeSetUp) {
