@@ -21,6 +21,14 @@
 #include "velmoria/design/database_data.h"
 #include "velmoria/design/databases.h"
 #include "velmoria/design/databases_data.h"
+#include "velmoria/design/link.h"
+#include "velmoria/design/link_data.h"
+#include "velmoria/design/links.h"
+#include "velmoria/design/links_data.h"
+#include "velmoria/design/relationship.h"
+#include "velmoria/design/relationship_data.h"
+#include "velmoria/design/relationships.h"
+#include "velmoria/design/relationships_data.h"
 #include "velmoria/design/server.h"
 #include "velmoria/design/server_data.h"
 #include "velmoria/design/servers.h"
@@ -114,6 +122,22 @@ struct SourceSample : EngineSample {
   static SourcesPtr Bound() { return Make<Action>()->Sources(); }
 };
 
+struct RelationshipSample : NamedSample {
+  using Kind = RelationshipKind;
+  using Collection = Relationships;
+  static constexpr Numbers Raises{zErrors{15015}, zErrors{15073}, zErrors{15143}, zErrors{15154}};
+  static RelationshipFields Fields(int n) { return {.Name = Key(n)}; }
+  static RelationshipsPtr Bound() { return Make<Class>()->Relationships(); }
+};
+
+struct LinkSample : NamedSample {
+  using Kind = LinkKind;
+  using Collection = Links;
+  static constexpr Numbers Raises{zErrors{15012}, zErrors{15070}, zErrors{15140}, zErrors{15152}};
+  static LinkFields Fields(int n) { return {.Name = Key(n)}; }
+  static LinksPtr Bound() { return Make<Relationship>()->Links(); }
+};
+
 struct DatabaseSample : NamedSample {
   using Kind = DatabaseKind;
   using Collection = Databases;
@@ -134,8 +158,8 @@ struct ConnectorSample : EngineSample {
   static ConnectorsPtr Bound() { return Make<Database>()->Connectors(); }
 };
 
-using DesignSamples =
-    testing::Types<ServerSample, ClassSample, ActionSample, SourceSample, DatabaseSample, ConnectorSample>;
+using DesignSamples = testing::Types<ServerSample, ClassSample, ActionSample, SourceSample, RelationshipSample,
+                                     LinkSample, DatabaseSample, ConnectorSample>;
 
 /// The numbers of a list of engines with a blank behind each; "Empty" for none.
 inline std::string EngineTexts(const Variant& engines) {

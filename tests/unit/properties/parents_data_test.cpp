@@ -9,6 +9,8 @@
 #include "velmoria/design/class_data.h"
 #include "velmoria/design/connector_data.h"
 #include "velmoria/design/database_data.h"
+#include "velmoria/design/link_data.h"
+#include "velmoria/design/relationship_data.h"
 #include "velmoria/design/server_data.h"
 #include "velmoria/design/source_data.h"
 #include "velmoria/velmoria.h"
@@ -25,6 +27,9 @@ class ParentsTest : public testing::Test {
     all_.Class = design.Order->Data();
     all_.Action = design.Order->Actions()->Item("Get")->Data();
     all_.Source = design.Order->Actions()->Item("Get")->Sources()->Item()->Data();
+    const auto lines = design.Order->Relationships()->SetupItem({.Name = "Lines"});
+    all_.Relationship = lines->Data();
+    all_.Link = lines->Links()->SetupItem({.Name = "Id"})->Data();
     all_.Database = shop->Data();
     all_.Connector = shop->Connectors()->Item(engODBC)->Data();
     all_.KeyFormat = Framework().CreateKeyFormat({.Name = "Keys"})->Data();
@@ -53,6 +58,8 @@ TEST_F(ParentsTest, FirstFilledSlotInOrderIsTheConflict) {
                                  {&ParentSlots::Class, errParent_Class, "Order"},
                                  {&ParentSlots::Action, errParent_Action, "Get"},
                                  {&ParentSlots::Source, errParent_Source, "Generic ODBC"},
+                                 {&ParentSlots::Relationship, errParent_Relationship, "Lines"},
+                                 {&ParentSlots::Link, errParent_Link, "Link: 'Id'"},
                                  {&ParentSlots::Database, errParent_Database, "Shop"},
                                  {&ParentSlots::Connector, errParent_Connector, "Generic ODBC"},
                                  {&ParentSlots::KeyFormat, errParent_KeyFormat, "Keys"}};
