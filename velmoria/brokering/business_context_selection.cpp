@@ -42,7 +42,7 @@ void BusinessContext::SetClassName(const std::string& value) try {
   ChangeClass({});
   const auto servers = Present(Apartment().Servers);
   if (!serverName_.empty()) return ChangeClass(servers->Item(serverName_)->Classes()->Item(value));
-  const ClassPtr found = FirstClassNamed(value, *servers);
+  const ClassPtr found = FirstClassNamed(value, *servers, "BusinessContext.ClassName (Let)");
   if (!found) Raise(errItem_Class, "ClassName (Let)", {Quoted(value)}, NoClassText);
   ChangeClass(found);
   serverName_ = found->ServerName();

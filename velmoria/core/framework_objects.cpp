@@ -2,6 +2,7 @@
 #include "velmoria/brokering/host_objects_impl.h"
 #include "velmoria/brokering/identifier.h"
 #include "velmoria/brokering/key_format.h"
+#include "velmoria/core/errors_ignored_impl.h"
 #include "velmoria/core/framework.h"
 #include "velmoria/core/statistics.h"
 #include "velmoria/design/class_search_impl.h"
@@ -17,13 +18,14 @@ ServersPtr RegisteredServers() { return Present(Apartment().Servers); }
 
 // The class of the named server, or of the first server that has it; none on a miss.
 ClassPtr FindClass(const std::string& className, const std::string& serverName, std::string_view routine) {
-  const Suspension quiet{routine};
   const auto servers = RegisteredServers();
-  if (!serverName.empty()) {
-    const auto server = servers->Find(serverName);
-    return server ? server->Classes()->Find(className) : ClassPtr();
-  }
-  return FirstClassNamed(className, *servers);
+  if (serverName.empty()) return FirstClassNamed(className, *servers, routine);
+  const Suspension quiet{routine};
+  ClassPtr found;
+  WithErrorsIgnored([&] {
+    if (const auto server = servers->Find(serverName)) found = server->Classes()->Find(className);
+  });
+  return found;
 }
 
 // The server is the one the caller named, not the one in which the class was found.
