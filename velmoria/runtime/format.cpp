@@ -14,9 +14,9 @@ namespace {
 
 enum class Kind : std::uint8_t { Text, Number, Date };
 
-constexpr std::size_t kMostSections = 4;
+constexpr std::size_t kMostNumberSections = 4;
+constexpr std::size_t kMostTextSections = 2;
 constexpr std::size_t kNumberSectionOfNull = 3;
-constexpr std::size_t kTextSectionOfNull = 1;
 
 struct NamedPattern {
   std::string_view Name;
@@ -57,6 +57,7 @@ std::vector<PatternByte> ReadPattern(std::string_view pattern) {
     const char c = pattern[at];
     if (c == '"') {
       quoted = !quoted;
+      if (quoted && pattern.substr(at, 2) == "\"\"") bytes.push_back({c, true, false});
     } else if (c == '\\' && !quoted) {
       if (++at == pattern.size()) Fail(RuntimeFailure::InvalidArgument);
       bytes.push_back({pattern[at], true});
@@ -74,10 +75,10 @@ Kind KindOf(Pattern pattern) {
   };
   if (holds("@&") || (!pattern.empty() && pattern.front().IsOneOf("<>!"))) return Kind::Text;
   if (holds("0#")) return Kind::Number;
-  return holds("cdhmnqstwyCDHMNQSTWY") ? Kind::Date : Kind::Number;
+  return holds("cdhmnqstwyCDHMNQSTWY") || HasHalves(pattern) ? Kind::Date : Kind::Number;
 }
 
-Sections SplitSections(Pattern pattern) {
+Sections SplitSections(Pattern pattern, std::size_t most) {
   Sections sections;
   for (;;) {
     const auto end = std::find_if(pattern.begin(), pattern.end(), [](PatternByte byte) { return byte.Is(';'); });
@@ -86,9 +87,11 @@ Sections SplitSections(Pattern pattern) {
     if (end == pattern.end()) break;
     pattern = pattern.subspan(size + 1);
   }
-  if (sections.size() > kMostSections) Fail(RuntimeFailure::InvalidArgument);
+  if (sections.size() > most) Fail(RuntimeFailure::InvalidArgument);
   return sections;
 }
+
+bool IsNothing(const Variant& value) noexcept { return value.IsEmpty() || value.IsNull(); }
 
 // Booleans and dates count as numbers here; only a text may be none.
 std::string NumberTextOf(const Variant& value) {
@@ -96,38 +99,51 @@ std::string NumberTextOf(const Variant& value) {
   return value.Type() == VarType::Date ? Variant(value.AsDouble()).AsText() : value.AsText();
 }
 
+std::string FormatPlain(const Variant& value) {
+  if (IsNothing(value)) return {};
+  std::string text = NumberTextOf(value);
+  if (!value.IsText()) return text;
+  const auto number = NumberInText::Read(text);
+  return number ? PlainNumber(*number) : text;
+}
+
 std::string FormatAsNumber(const Variant& value, Pattern pattern) {
-  const Sections sections = SplitSections(pattern);
+  const Sections sections = SplitSections(pattern, kMostNumberSections);
+  for (const Pattern section : sections) CheckNumberPattern(section);
+  if (IsNothing(value)) {
+    if (sections.size() <= kNumberSectionOfNull) return {};
+    return FormatNumber(*NumberInText::Read("0"), {sections[kNumberSectionOfNull]}, {});
+  }
   std::string text = NumberTextOf(value);
   const auto number = NumberInText::Read(text);
-  return number ? FormatNumber(*number, sections) : text;
+  return number ? FormatNumber(*number, sections, FormatPlain(value)) : text;
 }
 
 std::string FormatAsDate(const Variant& value, Pattern pattern) {
+  if (IsNothing(value)) return {};
   if (!value.IsText()) return FormatDate(value.AsDate(), pattern);
   const auto parts = ReadDate(value.TextView());
   return parts ? FormatDate(Date::From(*parts), pattern) : value.AsText();
 }
 
-std::string FormatNothing(Pattern pattern, Kind kind) {
-  if (kind == Kind::Date) return {};
-  const Sections sections = SplitSections(pattern);
-  const std::size_t own = kind == Kind::Number ? kNumberSectionOfNull : kTextSectionOfNull;
-  if (sections.size() <= own) return {};
-  return kind == Kind::Number ? LiteralsOf(sections[own]) : FormatCharacters({}, sections);
+std::string FormatAsText(const Variant& value, Pattern pattern) {
+  const Sections sections = SplitSections(pattern, kMostTextSections);
+  if (!IsNothing(value)) return FormatCharacters(value.AsText(), sections);
+  return sections.size() == kMostTextSections ? FormatCharacters({}, sections) : std::string();
 }
 
 }  // namespace
 
 std::string FormatText(const Variant& value, std::string_view pattern) {
-  if (pattern.empty()) return value.AsText();
-  const bool nothing = value.IsEmpty() || value.IsNull();
-  if (EqualFolded(pattern, "General Number")) return nothing ? std::string() : NumberTextOf(value);
+  if (pattern.empty()) return IsNothing(value) ? std::string() : value.AsText();
+  if (EqualFolded(pattern, "General Number")) return FormatPlain(value);
   const std::vector<PatternByte> bytes = ReadPattern(UserPattern(pattern));
-  const Kind kind = KindOf(bytes);
-  if (nothing) return FormatNothing(bytes, kind);
-  if (kind == Kind::Text) return FormatCharacters(value.AsText(), SplitSections(bytes));
-  return kind == Kind::Date ? FormatAsDate(value, bytes) : FormatAsNumber(value, bytes);
+  switch (KindOf(bytes)) {
+    case Kind::Text: return FormatAsText(value, bytes);
+    case Kind::Date: return FormatAsDate(value, bytes);
+    case Kind::Number: break;
+  }
+  return FormatAsNumber(value, bytes);
 }
 
 }  // namespace velmoria

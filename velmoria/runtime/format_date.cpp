@@ -71,43 +71,34 @@ constexpr Writer kWriters[] = {
 };
 
 struct HalfOfDay {
-  std::string_view Marker;
+  std::string_view Marker;  // in lower case
   std::string_view Morning;
   std::string_view Afternoon;
 };
 
-constexpr HalfOfDay kHalves[] = {
-    {"AM/PM", "AM", "PM"}, {"am/pm", "am", "pm"}, {"A/P", "A", "P"}, {"a/p", "a", "p"}, {"AMPM", "AM", "PM"},
-};
+constexpr HalfOfDay kHalves[] = {{"am/pm", "am", "pm"}, {"a/p", "a", "p"}, {"ampm", "AM", "PM"}};
 
 char Lower(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+char Upper(char c) noexcept { return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c; }
 
-bool StartsWith(Pattern pattern, std::string_view special, bool anyCase) noexcept {
+bool StartsWith(Pattern pattern, std::string_view special) noexcept {
   if (pattern.size() < special.size()) return false;
-  return std::equal(special.begin(), special.end(), pattern.begin(), [&](char c, PatternByte byte) {
-    return !byte.Literal && (anyCase ? Lower(byte.Character) : byte.Character) == c;
-  });
+  return std::equal(special.begin(), special.end(), pattern.begin(),
+                    [](char c, PatternByte byte) { return !byte.Literal && Lower(byte.Character) == c; });
 }
 
 const HalfOfDay* HalfAt(Pattern pattern) noexcept {
   for (const HalfOfDay& half : kHalves) {
-    if (StartsWith(pattern, half.Marker, false)) return &half;
+    if (StartsWith(pattern, half.Marker)) return &half;
   }
   return nullptr;
 }
 
 const Writer* WriterAt(Pattern pattern) noexcept {
   for (const Writer& writer : kWriters) {
-    if (StartsWith(pattern, writer.Letters, true)) return &writer;
+    if (StartsWith(pattern, writer.Letters)) return &writer;
   }
   return nullptr;
-}
-
-bool HasHalves(Pattern pattern) noexcept {
-  for (; !pattern.empty(); pattern = pattern.subspan(1)) {
-    if (HalfAt(pattern)) return true;
-  }
-  return false;
 }
 
 class DateWriter {
@@ -123,17 +114,21 @@ class DateWriter {
  private:
   // Writes what stands next and tells how much of the pattern that was.
   std::size_t WriteNext() {
-    if (const HalfOfDay* half = HalfAt(pattern_)) {
-      text_.append(parts_.Hour < 12 ? half->Morning : half->Afternoon);
-      return half->Marker.size();
-    }
+    if (const HalfOfDay* half = HalfAt(pattern_)) return WriteHalf(*half);
     if (const Writer* writer = WriterAt(pattern_)) return WriteBy(*writer);
     if (pattern_.front().IsOneOf("cC")) {
       text_.append(date_.AsGeneralDate());
+      afterHour_ = false;
     } else {
-      text_.push_back(pattern_.front().Character);
+      pattern_.front().AppendTo(text_);
     }
     return 1;
+  }
+  std::size_t WriteHalf(const HalfOfDay& half) {
+    const bool capital = pattern_.front().Is('A');
+    for (const char c : parts_.Hour < 12 ? half.Morning : half.Afternoon) text_.push_back(capital ? Upper(c) : c);
+    afterHour_ = false;
+    return half.Marker.size();
   }
   std::size_t WriteBy(const Writer& writer) {
     const std::string_view letters = writer.Letters;
@@ -157,6 +152,13 @@ class DateWriter {
 };
 
 }  // namespace
+
+bool HasHalves(Pattern pattern) noexcept {
+  for (; !pattern.empty(); pattern = pattern.subspan(1)) {
+    if (HalfAt(pattern)) return true;
+  }
+  return false;
+}
 
 std::string FormatDate(Date date, Pattern pattern) { return DateWriter(date, pattern).Write(); }
 

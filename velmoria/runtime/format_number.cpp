@@ -19,6 +19,7 @@ class Digits {
   }
 
   bool IsZero() const noexcept { return text_.empty(); }
+  int Count() const noexcept { return static_cast<int>(text_.size()); }
   int Point() const noexcept { return point_; }
   void SetPoint(int point) noexcept { point_ = point; }
   void Shift(int places) noexcept {
@@ -79,6 +80,7 @@ struct Layout {
   std::size_t ExponentAt = std::string::npos;
   std::size_t ExponentDigits = 0;
 
+  bool HasPlaces() const noexcept { return WholePlaces + FractionPlaces > 0; }
   bool IsScientific() const noexcept { return ExponentAt != std::string::npos; }
   std::size_t ExponentEnd() const noexcept { return ExponentAt + 2 + ExponentDigits; }
 };
@@ -96,7 +98,7 @@ class LayoutReader {
         ReadByte(pattern_[at]);
       }
     }
-    if (!layout_.HasPoint) layout_.Thousands += commas_;
+    layout_.Thousands = commas_;
     return layout_;
   }
 
@@ -108,22 +110,27 @@ class LayoutReader {
   void ReadExponent(std::size_t at) {
     layout_.ExponentAt = at;
     for (at += 2; at < pattern_.size() && pattern_[at].IsOneOf("0#"); ++at) ++layout_.ExponentDigits;
-    if (layout_.ExponentDigits == 0) Fail(RuntimeFailure::InvalidArgument);
+    if (layout_.ExponentDigits == 0 || !layout_.HasPlaces()) Fail(RuntimeFailure::InvalidArgument);
   }
   void ReadByte(PatternByte byte) {
     if (byte.Is('%')) ++layout_.Percents;
-    if (byte.Is('.') && !layout_.HasPoint) {
+    if (layout_.IsScientific()) {
+      if (byte.IsOneOf("0#")) Fail(RuntimeFailure::InvalidArgument);
+    } else if (byte.IsOneOf("0#")) {
+      ReadPlace(byte.Is('0'));
+    } else if (byte.Is('.')) {
       layout_.HasPoint = true;
-      layout_.Thousands += commas_;
+    } else if (byte.Is(',') && layout_.WholePlaces > 0 && !layout_.HasPoint) {
+      ++commas_;
     }
-    if (byte.Is(',') && layout_.WholePlaces > 0 && !layout_.HasPoint) ++commas_;
-    if (!byte.IsOneOf("0#") || layout_.IsScientific()) return;
+  }
+  void ReadPlace(bool zero) {
     if (layout_.HasPoint) {
-      if (byte.Is('0')) layout_.LastZero = layout_.FractionPlaces;
+      if (zero) layout_.LastZero = layout_.FractionPlaces;
       ++layout_.FractionPlaces;
       return;
     }
-    if (byte.Is('0') && layout_.FirstZero < 0) layout_.FirstZero = layout_.WholePlaces;
+    if (zero && layout_.FirstZero < 0) layout_.FirstZero = layout_.WholePlaces;
     ++layout_.WholePlaces;
     layout_.Grouped = layout_.Grouped || commas_ > 0;
     commas_ = 0;
@@ -134,8 +141,9 @@ class LayoutReader {
   int commas_ = 0;  // since the last place before the point
 };
 
-// Scales and rounds; gives the exponent of a scientific layout.
+// Scales and rounds; gives the exponent of a scientific layout. Where no digit is shown, a small number is no zero.
 int Fit(Digits& digits, const Layout& layout) {
+  if (!layout.HasPlaces() && !layout.HasPoint) return 0;
   digits.Shift(2 * layout.Percents - 3 * layout.Thousands);
   if (!layout.IsScientific() || digits.IsZero()) {
     digits.Round(layout.FractionPlaces);
@@ -162,24 +170,25 @@ class SectionWriter {
         WriteExponent(text);
         at = layout_.ExponentEnd() - 1;
       } else {
-        WriteByte(text, pattern_[at], at);
+        WriteByte(text, pattern_[at]);
       }
     }
   }
 
  private:
-  void WriteByte(std::string& text, PatternByte byte, std::size_t at) {
-    const bool place = byte.IsOneOf("0#") && (!layout_.IsScientific() || at < layout_.ExponentAt);
-    if (place && !pointWritten_) {
-      WriteWholePlace(text);
-    } else if (place) {
-      WriteFractionPlace(text);
+  void WriteByte(std::string& text, PatternByte byte) {
+    if (byte.IsOneOf("0#")) {
+      if (pointWritten_) {
+        WriteFractionPlace(text);
+      } else {
+        WriteWholePlace(text);
+      }
     } else if (byte.Is('.') && !pointWritten_) {
       if (layout_.WholePlaces == 0) WriteWhole(text, digits_.WholeDigits() - 1, 0);
       text.push_back('.');
       pointWritten_ = true;
     } else if (!byte.Is(',')) {
-      text.push_back(byte.Character);
+      byte.AppendTo(text);
     }
   }
   // The first place takes all digits for which there is no place of their own.
@@ -227,16 +236,46 @@ std::size_t SectionFor(Section wanted, const Sections& sections) noexcept {
   return wanted < sections.size() && !sections[wanted].empty() ? wanted : kPositive;
 }
 
+// An exponent has two digits or more, as everywhere in plain texts.
+std::string WithExponent(const Digits& digits) {
+  std::string text(1, digits.At(digits.Point() - 1));
+  if (digits.Count() > 1) text.push_back('.');
+  for (int digit = 1; digit < digits.Count(); ++digit) text.push_back(digits.At(digits.Point() - 1 - digit));
+  const int exponent = digits.Point() - 1;
+  return text.append(exponent < 0 ? "e-" : "e+") + Padded(std::abs(exponent), 2);
+}
+
+std::string WithoutExponent(const Digits& digits) {
+  std::string text;
+  for (int place = std::max(digits.WholeDigits(), 1) - 1; place >= 0; --place) text.push_back(digits.At(place));
+  if (digits.FractionDigits() > 0) text.push_back('.');
+  for (int place = 1; place <= digits.FractionDigits(); ++place) text.push_back(digits.At(-place));
+  return text;
+}
+
 }  // namespace
 
-std::string FormatNumber(const NumberInText& number, const Sections& sections) {
+std::string PlainNumber(const NumberInText& number) {
+  constexpr int kLeastPoint = -3;
+  constexpr int kLargestPoint = kLargestScale + 1;
+  const Digits digits(number);
+  const bool plain = digits.Point() >= kLeastPoint && digits.Point() <= kLargestPoint;
+  const std::string text = plain ? WithoutExponent(digits) : WithExponent(digits);
+  return number.Negative && !digits.IsZero() ? "-" + text : text;
+}
+
+void CheckNumberPattern(Pattern pattern) { LayoutReader(pattern).Read(); }
+
+std::string FormatNumber(const NumberInText& number, const Sections& sections, const std::string& plain) {
   Digits digits(number);
   std::size_t section = SectionFor(digits.IsZero() ? kZero : number.Negative ? kNegative : kPositive, sections);
+  if (sections[section].empty()) return plain;
   Layout layout = LayoutReader(sections[section]).Read();
   const bool wasZero = digits.IsZero();
   int exponent = Fit(digits, layout);
   if (digits.IsZero() && !wasZero) {
     section = SectionFor(kZero, sections);
+    if (sections[section].empty()) return "0";
     layout = LayoutReader(sections[section]).Read();
     exponent = 0;
   }

@@ -40,7 +40,7 @@ class CharacterWriter {
         for (; surplus > 0; --surplus) WriteCharacter();
         WritePlace(byte, missing);
       } else if (!byte.IsOneOf("<>!")) {
-        text_.push_back(byte.Character);
+        byte.AppendTo(text_);
       }
     }
     while (next_ < count) WriteCharacter();
@@ -72,12 +72,6 @@ class CharacterWriter {
 std::string FormatCharacters(std::string_view text, const Sections& sections) {
   const bool own = text.empty() && sections.size() > 1;
   return CharacterWriter(text, sections[own ? 1 : 0]).Write();
-}
-
-std::string LiteralsOf(Pattern pattern) {
-  std::string text;
-  for (const PatternByte byte : pattern) text.push_back(byte.Character);
-  return text;
 }
 
 }  // namespace velmoria

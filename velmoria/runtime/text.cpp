@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 
 #include "velmoria/runtime/utf8_impl.h"
@@ -14,6 +15,10 @@ template <class Number>
 void AppendReal(std::string& text, Number value) {
   if (value == 0) {
     text.push_back('0');  // also for a negative zero, which is equal
+    return;
+  }
+  if (std::isnan(value)) {
+    text.append("nan");  // its sign means nothing and depends on the processor
     return;
   }
   constexpr Number kLeastPlain = static_cast<Number>(1e-4);

@@ -54,8 +54,8 @@ constexpr FoldRange kFoldRanges[] = {
     {0xA680, 0xA69A, 2, 1},
 };
 
-// Variant forms of small letters: they fold to the plain letter, but neither change to it in lower case nor are what
-// the capital letter comes from.
+// Variant forms of small letters: they fold to the plain letter and share its capital, but neither change to it in
+// lower case nor are what the capital letter comes from.
 constexpr char32_t kSmallVariants[] = {0x00B5, 0x017F, 0x0345, 0x03C2, 0x03D0, 0x03D1, 0x03D5,
                                        0x03D6, 0x03F0, 0x03F1, 0x03F5, 0x1E9B, 0x1FBE};
 constexpr char32_t kCapitalSharpS = 0x1E9E;
@@ -118,6 +118,7 @@ char32_t LowerCharacter(char32_t code) noexcept { return IsSmallVariant(code) ? 
 
 char32_t UpperCharacter(char32_t code) noexcept {
   if (code < 0x80) return code >= 'a' && code <= 'z' ? code - ('a' - 'A') : code;
+  if (IsSmallVariant(code)) return UpperCharacter(FoldCharacter(code));
   for (const FoldRange& range : kFoldRanges) {
     const char32_t capital = Offset(code, -range.Offset);
     const bool within = capital >= range.First && capital <= range.Last && (capital - range.First) % range.Step == 0;
