@@ -9,26 +9,12 @@ namespace velmoria {
 
 namespace {
 
-struct CodeName {
-  VarType Code;
-  const char* Name;
-};
+// By type code; two codes are not in use.
+constexpr const char* kTypeNames[] = {"Empty",    "Null",    "Integer", "Long",   "Single", "Double",
+                                      "Currency", "Date",    "String",  "Object", "Error",  "Boolean",
+                                      "Variant",  "Unknown", "Decimal", "",       "",       "Byte"};
 
-constexpr CodeName kCodeNames[] = {
-    {VarType::Empty, "Empty"},     {VarType::Null, "Null"},         {VarType::Integer, "Integer"},
-    {VarType::Long, "Long"},       {VarType::Single, "Single"},     {VarType::Double, "Double"},
-    {VarType::Date, "Date"},       {VarType::Currency, "Currency"}, {VarType::String, "String"},
-    {VarType::Object, "Object"},   {VarType::Error, "Error"},       {VarType::Boolean, "Boolean"},
-    {VarType::Variant, "Variant"}, {VarType::Unknown, "Unknown"},   {VarType::Decimal, "Decimal"},
-    {VarType::Byte, "Byte"},
-};
-
-std::string NameOf(VarType code) {
-  for (const CodeName& row : kCodeNames) {
-    if (row.Code == code) return row.Name;
-  }
-  return "Unknown";
-}
+std::string NameOf(VarType code) { return kTypeNames[static_cast<std::size_t>(code)]; }
 
 }  // namespace
 

@@ -1,5 +1,8 @@
 #include "velmoria/runtime/error.h"
 
+#include <limits>
+#include <memory>
+
 #include <gtest/gtest.h>
 
 #include "tests/unit/runtime/expect_failure.h"
@@ -57,6 +60,25 @@ TEST(ErrorTest, EachFailureHasItsUsualText) {
               {40002, "The database driver reported a failure"},
               {1, "Unknown failure"}};
   for (const auto& row : rows) EXPECT_STREQ(RuntimeFailureText(static_cast<RuntimeFailure>(row.Number)), row.Text);
+}
+
+TEST(ErrorTest, ACopyKeepsItsOwnText) {
+  std::unique_ptr<Error> first = std::make_unique<Error>(13, "a text too long to be held inside");
+  const Error copy(*first);
+  first.reset();
+  EXPECT_STREQ(copy.what(), "a text too long to be held inside");
+  EXPECT_EQ(copy.HelpFile(), "");
+  EXPECT_EQ(copy.HelpContext(), 0);
+}
+
+TEST(ErrorTest, NumbersAtTheEndsOfTheirTypeAreNoCatalogueNumbers) {
+  EXPECT_EQ(Error(std::numeric_limits<std::int32_t>::max(), "").CatalogueNumber(), 0);
+  EXPECT_EQ(Error(std::numeric_limits<std::int32_t>::min(), "").CatalogueNumber(), 0);
+  EXPECT_EQ(Error(ErrorBase, "").CatalogueNumber(), 0);
+}
+
+TEST(ErrorTest, FailUsesTheUsualText) {
+  ExpectFailure(RuntimeFailure::FileNotFound, "File not found", [] { Fail(RuntimeFailure::FileNotFound); });
 }
 
 TEST(ErrorTest, FailTakesAnotherTextWhenGiven) {

@@ -50,6 +50,15 @@ TEST(ObjectTest, IsOneObjectBehindAllItsFaces) {
 
 TEST(ObjectTest, ReportsItselfAsObjectUnlessItHasAName) { EXPECT_EQ(Make<Plain>()->ReportedType(), "Object"); }
 
+TEST(ObjectDeathTest, AnotherThreadMayNotTouchAnObject) {
+#if defined(NDEBUG) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "Does not apply: only a plain debug build asserts it";
+#endif
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const auto object = Make<Plain>();
+  EXPECT_DEATH(std::thread([&] { const auto copy(object); }).join(), "ThisApartmentNumber");
+}
+
 TEST(ObjectTest, EachThreadIsAnApartmentWithANumberOfItsOwn) {
   const std::uint32_t mine = ThisApartmentNumber();
   std::uint32_t other = 0;

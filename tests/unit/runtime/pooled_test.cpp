@@ -47,6 +47,35 @@ TEST(PooledTest, AFreedBlockServesTheNextRequestOfItsSize) {
   FreePooled(second, 96);
 }
 
+TEST(PooledTest, MoreBlocksOfASizeThanAreUsefulGoBackToTheHeap) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "Does not apply: every block is the heap's own under an address checker";
+#endif
+  constexpr std::size_t kMostKept = 65536;
+  void* next = nullptr;
+  void* lastKept = nullptr;
+  std::thread([&] {
+    std::vector<void*> blocks(kMostKept + 1);
+    for (void*& block : blocks) block = AllocatePooled(16);
+    lastKept = blocks[kMostKept - 1];
+    for (void* block : blocks) FreePooled(block, 16);
+    next = AllocatePooled(16);
+    FreePooled(next, 16);
+  }).join();
+  EXPECT_EQ(next, lastKept);
+}
+
+TEST(PooledTest, SizesOfOneGrainShareTheirBlocks) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "Does not apply: every block is the heap's own under an address checker";
+#endif
+  void* first = AllocatePooled(33);
+  FreePooled(first, 33);
+  void* second = AllocatePooled(48);
+  EXPECT_EQ(first, second);
+  FreePooled(second, 48);
+}
+
 TEST(PooledTest, BlocksAreAlignedForAnyObject) {
   void* block = AllocatePooled(7);
   EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block) % alignof(std::max_align_t), 0U);

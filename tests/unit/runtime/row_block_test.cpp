@@ -36,8 +36,8 @@ void ExpectNumbers(const RowBlock& block, int first, std::size_t count) {
   }
 }
 
-const std::vector<std::vector<int>> kDivisions = {{10},      {4, 4, 2},    {1, 3, 3, 3}, {4, 4, 4},
-                                                  {1, 5, 4}, {5, 1, 1, 3}, {7, 3},       {2, 8}};
+const std::vector<std::vector<int>> kDivisions = {{10},         {4, 4, 2}, {1, 3, 3, 3}, {4, 4, 4},    {1, 5, 4},
+                                                  {5, 1, 1, 3}, {7, 3},    {2, 8},       {1, 1, 5, 3}, {1, 5, 1, 1, 2}};
 
 TEST(RowBlockTest, EveryStorageGivesItsValues) {
   const Date noon = Date::From(2026, 11, 20, 12);
@@ -106,6 +106,26 @@ TEST(RowBlockTest, TextsLieInPlaceOneBehindTheOther) {
   EXPECT_EQ(chunk->View(0, 3), "cde");
   EXPECT_EQ(chunk->View(0, 0).data() + 2, chunk->View(0, 3).data());
   EXPECT_EQ(chunk->View(1, 0), "");
+}
+
+TEST(RowBlockTest, BytesLieInPlaceToo) {
+  RowChunkBuilder builder({ColumnStorage::Bytes});
+  builder.AddRow({std::vector<Byte>{'a', 0}});
+  builder.AddRow({std::vector<Byte>{}});
+  builder.AddRow({std::vector<Byte>{255}});
+  const auto chunk = builder.Build();
+  EXPECT_EQ(chunk->View(0, 0), std::string_view("a\0", 2));
+  EXPECT_EQ(chunk->Value(0, 1), Variant(std::vector<Byte>()));
+  EXPECT_EQ(chunk->View(0, 2), "\xFF");
+}
+
+TEST(RowBlockTest, FalseIsHeldAsWellAsTrue) {
+  RowChunkBuilder builder({ColumnStorage::Boolean});
+  builder.AddRow({false});
+  builder.AddRow({-1});
+  const auto chunk = builder.Build();
+  EXPECT_EQ(chunk->Value(0, 0), Variant(false));
+  EXPECT_EQ(chunk->Value(0, 1), Variant(true));
 }
 
 TEST(RowBlockTest, TheBuilderRefusesWhatAColumnCannotHold) {
@@ -192,6 +212,20 @@ TEST(RowBlockTest, HeapBytesCountTheBuffers) {
   RowBlock block;
   block.Append(chunk);
   EXPECT_GT(block.HeapBytes(), chunk->HeapBytes());
+}
+
+TEST(RowBlockTest, HeapBytesCountTextsAndNullBitsToo) {
+  RowChunkBuilder builder({ColumnStorage::Text, ColumnStorage::Long});
+  for (int row = 0; row < 64; ++row) builder.AddRow({std::string(100, 'x'), Variant::Null()});
+  const std::size_t texts = 64 * (100 + sizeof(std::uint32_t));
+  const std::size_t numbers = 64 * sizeof(std::int32_t) + sizeof(std::uint64_t);
+  EXPECT_GE(builder.Build()->HeapBytes(), texts + numbers);
+}
+
+TEST(RowBlockTest, AShortArenaTakesNothingFromTheHeap) {
+  RowChunkBuilder builder({ColumnStorage::Text});
+  builder.AddRow({"short"});
+  EXPECT_EQ(builder.Build()->HeapBytes(), sizeof(RowChunk::Column) + sizeof(std::uint32_t));
 }
 
 }  // namespace

@@ -16,9 +16,31 @@ TEST(TextTest, CharactersAreCodePointsAndStrayBytesCountAsOne) {
   const struct {
     std::string_view Text;
     std::size_t Count;
-  } rows[] = {{"", 0},           {"abc", 3},        {"Größe", 5},          {"Ελλάδα", 6},
-              {"€", 1},          {"😀x", 2},        {"a\xFFz"sv, 3},       {"\xC3"sv, 1},
-              {"\xE2\x82"sv, 2}, {"\xC0\x80"sv, 2}, {"\xED\xA0\x80"sv, 3}, {"\xF5\x80\x80\x80"sv, 4},
+  } rows[] = {{"", 0},
+              {"abc", 3},
+              {"Größe", 5},
+              {"Ελλάδα", 6},
+              {"€", 1},
+              {"😀x", 2},
+              {"a\xFFz"sv, 3},
+              {"\xC3"sv, 1},
+              {"\xE2\x82"sv, 2},
+              {"\xC0\x80"sv, 2},
+              {"\xED\xA0\x80"sv, 3},
+              {"\xF5\x80\x80\x80"sv, 4},
+              {"\xC3("sv, 2},
+              {"\xE2\x28\xA1"sv, 3},
+              {"\xE2\x82("sv, 3},
+              {"\xF0\x9F\x98("sv, 4},
+              {"\xC1\xBF"sv, 2},
+              {"\xE0\x80\x80"sv, 3},
+              {"\xE0\x9F\xBF"sv, 3},
+              {"\xF0\x8F\xBF\xBF"sv, 4},
+              {"\xF4\x90\x80\x80"sv, 4},
+              {"\xF4\x8F\xBF\xBF"sv, 1},
+              {"\xEF\xBF\xBF"sv, 1},
+              {"\x80"sv, 1},
+              {"\xF0\x9F"sv, 2},
               {"a\0b"sv, 3}};
   for (const auto& row : rows) EXPECT_EQ(CharacterCount(row.Text), row.Count) << row.Text;
 }
@@ -56,6 +78,11 @@ TEST(TextTest, EqualFoldedAndItsHashAgree) {
               {"ЖУК", "жук", true},
               {"É", "E", false},
               {"\xFF"sv, "ÿ", false},
+              {"ẞ", "ß", true},
+              {"aẞ", "Aßx", false},
+              {"@[`{", "@[`{", true},
+              {"@", "`", false},
+              {"Z", "[", false},
               {"a[", "A{", false}};
   for (const auto& row : rows) {
     EXPECT_EQ(EqualFolded(row.Left, row.Right), row.Equal) << row.Left << " " << row.Right;
@@ -71,6 +98,8 @@ TEST(TextTest, FindsPartsWithoutRegardToCase) {
   EXPECT_TRUE(ContainsFolded("", ""));
   EXPECT_FALSE(ContainsFolded("", "x"));
   EXPECT_FALSE(ContainsFolded("Orders", "ordersx"));
+  EXPECT_TRUE(ContainsFolded("Maẞe", "aße"));
+  EXPECT_FALSE(ContainsFolded("é", "\xA9"sv));
 }
 
 TEST(TextTest, CapitalAndSmallLettersMeetAgain) {
@@ -86,6 +115,52 @@ TEST(TextTest, CapitalAndSmallLettersMeetAgain) {
   EXPECT_EQ(UpperCharacter(U'ß'), U'ß');
   EXPECT_EQ(LowerCharacter(U'ς'), U'ς');
   EXPECT_EQ(UpperCharacter(U's'), U'S');
+}
+
+TEST(TextTest, EveryCodePointComesBackFromItsBytes) {
+  for (char32_t code = 0; code <= 0x10FFFF; ++code) {
+    if (code == 0xD800) code = 0xE000;
+    std::string text;
+    AppendUtf8(text, code);
+    const Utf8Character read = DecodeUtf8(text);
+    ASSERT_EQ(read.Code, code);
+    ASSERT_EQ(read.Bytes, text.size());
+  }
+}
+
+TEST(TextTest, AStrayByteComesBackFromItsCode) {
+  for (int byte = 0x80; byte <= 0xFF; ++byte) {
+    const std::string stray(1, static_cast<char>(byte));
+    EXPECT_EQ(FoldCase(stray), stray);
+    EXPECT_TRUE(EqualFolded(stray, stray));
+  }
+}
+
+TEST(TextTest, FoldingIsDoneAtOnceAndAgreesWithBothCases) {
+  for (char32_t code = 0; code < 0xB000; ++code) {
+    const char32_t folded = FoldCharacter(code);
+    ASSERT_EQ(FoldCharacter(folded), folded) << static_cast<unsigned>(code);
+    ASSERT_EQ(FoldCharacter(LowerCharacter(code)), folded) << static_cast<unsigned>(code);
+    ASSERT_EQ(FoldCharacter(UpperCharacter(code)), folded) << static_cast<unsigned>(code);
+  }
+}
+
+TEST(TextTest, OtherWritingsOfASmallLetterShareItsCapital) {
+  const struct {
+    char32_t Written;
+    char32_t Capital;
+  } rows[] = {{U'ς', U'Σ'}, {U'ſ', U'S'}, {U'µ', U'Μ'}, {U'ϐ', U'Β'}, {U'ϑ', U'Θ'}, {U'ẛ', U'Ṡ'}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(UpperCharacter(row.Written), row.Capital);
+    EXPECT_EQ(LowerCharacter(row.Written), row.Written);
+    EXPECT_NE(LowerCharacter(row.Capital), row.Written);
+  }
+}
+
+TEST(TextTest, DotlessAndDottedLettersStayApart) {
+  EXPECT_FALSE(EqualFolded("ı", "i"));
+  EXPECT_FALSE(EqualFolded("İ", "i"));
+  EXPECT_TRUE(EqualFolded("I", "i"));
 }
 
 TEST(TextTest, QuotesByApostrophes) {
@@ -113,12 +188,28 @@ TEST(TextTest, RealNumbersHaveTheFewestDigitsThatReadBack) {
               {1e20, "1e+20"},
               {-2.5, "-2.5"},
               {-0.0, "0"},
+              {std::numeric_limits<double>::infinity(), "inf"},
+              {-std::numeric_limits<double>::infinity(), "-inf"},
+              {999999999999999, "999999999999999"},
+              {1e15, "1e+15"},
+              {0.00012345, "0.00012345"},
+              {0.00009999, "9.999e-05"},
+              {5e-324, "5e-324"},
               {1.0 / 3, "0.3333333333333333"},
               {1.7976931348623157e308, "1.7976931348623157e+308"}};
   for (const auto& row : rows) {
     std::string text;
     AppendNumber(text, row.Value);
     EXPECT_EQ(text, row.Text);
+  }
+}
+
+TEST(TextTest, WhatIsNoNumberHasNoSign) {
+  for (const double value : {std::nan(""), -std::nan("")}) {
+    std::string text;
+    AppendNumber(text, value);
+    AppendNumber(text, static_cast<float>(value));
+    EXPECT_EQ(text, "nannan");
   }
 }
 

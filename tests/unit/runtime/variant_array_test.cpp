@@ -1,4 +1,5 @@
 #include <limits>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
@@ -130,6 +131,57 @@ TEST(VariantArrayTest, ResizeOfTwoDimensionsKeepsWholeRows) {
   array.ResizeLast(0);
   EXPECT_EQ(array.UpperBound(1), 1);
   ExpectSubscriptOutOfRange([&] { array.Element(1, 1); });
+}
+
+TEST(VariantArrayTest, AnArrayThatCannotGrowKeepsItsBounds) {
+  constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max() - 1;
+  Variant array = Variant::Array2(kMost, -1);
+  EXPECT_THROW(array.ResizeLast(kMost), std::length_error);
+  EXPECT_EQ(array.UpperBound(2), -1);
+}
+
+TEST(VariantArrayTest, ResizeLeavesCopiesAsTheyAre) {
+  Variant first(std::vector<Byte>{1, 2, 3});
+  const Variant second = first;
+  first.ResizeLast(0);
+  EXPECT_EQ(first.Bytes().size(), 1U);
+  EXPECT_EQ(second.Bytes().size(), 3U);
+}
+
+TEST(VariantArrayTest, EveryTypeOfElementConvertsAndStartsAsZero) {
+  const struct {
+    VarType Type;
+    Variant Zero;
+    Variant Seven;
+  } rows[] = {{VarType::Integer, std::int16_t{0}, std::int16_t{7}},
+              {VarType::Long, 0, 7},
+              {VarType::Single, 0.0F, 7.0F},
+              {VarType::Double, 0.0, 7.0},
+              {VarType::Currency, Currency{0}, Currency{70000}},
+              {VarType::Date, Date{0}, Date{7}},
+              {VarType::String, "", "7"},
+              {VarType::Boolean, false, true},
+              {VarType::Decimal, Decimal{}, Decimal::From(std::int64_t{7})},
+              {VarType::Byte, Byte{0}, Byte{7}}};
+  for (const auto& row : rows) {
+    Variant array = Variant::Array(-1, 1, row.Type);
+    array.SetElement(1, std::int16_t{7});
+    EXPECT_EQ(array.Element(-1), row.Zero) << row.Zero.TypeName();
+    EXPECT_EQ(array.Element(1), row.Seven) << row.Zero.TypeName();
+  }
+}
+
+TEST(VariantArrayTest, TwoDimensionsCheckEachSubscript) {
+  Variant array = Variant::Array2(1, 2);
+  ExpectSubscriptOutOfRange([&] { array.Element(0, 3); });
+  ExpectSubscriptOutOfRange([&] { array.Element(-1, 0); });
+  ExpectSubscriptOutOfRange([&] { array.SetElement(0, -1, 1); });
+  ExpectSubscriptOutOfRange([&] { array.SetElement(0, 1); });
+  ExpectSubscriptOutOfRange([&] { array.UpperBound(3); });
+  ExpectSubscriptOutOfRange([] { Variant::Array2(-2, 0); });
+  Variant none(5);
+  ExpectTypeMismatch([&] { none.Element(0, 0); });
+  ExpectTypeMismatch([&] { none.SetElement(0, 0, 1); });
 }
 
 TEST(VariantArrayTest, ByteArraysShowTheirBytes) {

@@ -48,7 +48,16 @@ TEST(VariantCompareTest, EqualValuesOfOneTypeAreTheSame) {
               {object, object, true},
               {object, Make<Plain>(), false},
               {Ref<Plain>(), Ref<Plain>(), true},
-              {object, Ref<Plain>(), false}};
+              {object, Ref<Plain>(), false},
+              {Byte{7}, Byte{7}, true},
+              {Byte{7}, Byte{8}, false},
+              {std::int16_t{7}, std::int16_t{8}, false},
+              {1.5F, 1.25F, false},
+              {std::nanf(""), std::nanf(""), false},
+              {Currency{1}, Currency{2}, false},
+              {Decimal::Parse("1.5"), Decimal::Parse("1.6"), false},
+              {"", "", true},
+              {"short", "a text too long to be held inside", false}};
   for (const auto& row : rows) {
     EXPECT_EQ(row.Left == row.Right, row.Same) << row.Left.TypeName() << " " << row.Right.TypeName();
     EXPECT_EQ(row.Right == row.Left, row.Same) << row.Left.TypeName() << " " << row.Right.TypeName();
@@ -98,6 +107,17 @@ TEST(VariantCompareTest, NumbersOfAnyWidthAreOrderedByValue) {
   for (const auto& row : rows) {
     EXPECT_EQ(Compare(row.Left, row.Right), row.Order) << row.Left.AsText() << " " << row.Right.AsText();
     EXPECT_EQ(Compare(row.Right, row.Left), -row.Order);
+  }
+}
+
+TEST(VariantCompareTest, EqualNumbersOfAllPairsOfTypesCompareEqual) {
+  const Variant sevens[] = {std::int16_t{7}, 7, 7.0F, 7.0, Currency{70000}, Decimal::Parse("7.00"), Byte{7}};
+  const Variant eights[] = {std::int16_t{8}, 8, 8.0F, 8.0, Currency{80000}, Decimal::Parse("8.0"), Byte{8}};
+  for (const Variant& seven : sevens) {
+    for (const Variant& other : sevens) EXPECT_EQ(Compare(seven, other), 0) << other.TypeName();
+    for (const Variant& eight : eights) EXPECT_EQ(Compare(seven, eight), -1) << eight.TypeName();
+    EXPECT_EQ(Compare(seven, true), 1) << seven.TypeName();
+    EXPECT_EQ(Compare(false, seven), -1) << seven.TypeName();
   }
 }
 

@@ -56,7 +56,16 @@ TEST(VariantTest, EachValueHasItsTypeCodeAndName) {
               {std::vector<Byte>{1}, 8209, "Byte()"},
               {Variant::Array(0, 1), 8204, "Variant()"},
               {Variant::Array(0, 1, VarType::Integer), 8194, "Integer()"},
-              {Variant::Array(0, 1, VarType::Object), 8201, "Object()"}};
+              {Variant::Array(0, 1, VarType::Long), 8195, "Long()"},
+              {Variant::Array(0, 1, VarType::Single), 8196, "Single()"},
+              {Variant::Array(0, 1, VarType::Double), 8197, "Double()"},
+              {Variant::Array(0, 1, VarType::Currency), 8198, "Currency()"},
+              {Variant::Array(0, 1, VarType::Date), 8199, "Date()"},
+              {Variant::Array(0, 1, VarType::String), 8200, "String()"},
+              {Variant::Array(0, 1, VarType::Object), 8201, "Object()"},
+              {Variant::Array(0, 1, VarType::Boolean), 8203, "Boolean()"},
+              {Variant::Array(0, 1, VarType::Decimal), 8206, "Decimal()"},
+              {Variant::Array2(1, 1), 8204, "Variant()"}};
   for (const auto& row : rows) {
     EXPECT_EQ(static_cast<int>(row.Value.Type()), row.Code) << row.Name;
     EXPECT_EQ(row.Value.TypeName(), row.Name);
@@ -146,6 +155,30 @@ TEST(VariantTest, AnObjectLivesInEveryCopy) {
     EXPECT_EQ(copy.AsObject<Counted>().get(), copy.ObjectPointer());
   }
   EXPECT_EQ(alive, 0);
+}
+
+TEST(VariantTest, AnObjectLivesInTheArraysThatHoldIt) {
+  int alive = 0;
+  {
+    Variant array = Variant::Array(0, 1, VarType::Object);
+    array.SetElement(1, Make<Counted>(alive));
+    const Variant copy = array;
+    array = Variant();
+    EXPECT_EQ(alive, 1);
+    EXPECT_EQ(copy.Element(1).TypeName(), "Counted");
+  }
+  EXPECT_EQ(alive, 0);
+}
+
+TEST(VariantTest, AssigningAValueToItselfKeepsIt) {
+  for (Variant value : {Variant("a text too long to be held inside"), Variant::Array(1, 2), Variant("short")}) {
+    const Variant kept = value;
+    Variant& same = value;
+    value = same;
+    EXPECT_EQ(value, kept);
+    value = std::move(same);
+    EXPECT_EQ(value, kept);
+  }
 }
 
 TEST(VariantTest, AnObjectOfAnotherClassGivesNone) {
