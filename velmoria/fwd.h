@@ -140,4 +140,8 @@ using KeyFormatPtr = Ref<KeyFormat>;
 using KeyFormatDataPtr = Ref<KeyFormatData>;
 using ModelPtr = Ref<Model>;
 
+// repository
+class DataFile;
+using DataFilePtr = Ref<DataFile>;
+
 }  // namespace velmoria

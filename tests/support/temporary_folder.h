@@ -1,10 +1,16 @@
 #pragma once
 
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include "velmoria/runtime/date.h"
 
 namespace velmoria::test {
 
@@ -36,6 +42,21 @@ inline std::string ReadText(const std::string& path) {
 
 inline void WriteText(const std::string& path, const std::string& text) {
   std::ofstream(path, std::ios::binary) << text;
+}
+
+/// Makes a file look as if it was last changed at a local time.
+inline void SetFileTime(const std::string& path, Date time) {
+  const auto parts = time.Parts();
+  tm local{};
+  local.tm_year = parts.Year - 1900;
+  local.tm_mon = parts.Month - 1;
+  local.tm_mday = parts.Day;
+  local.tm_hour = parts.Hour;
+  local.tm_min = parts.Minute;
+  local.tm_sec = parts.Second;
+  local.tm_isdst = -1;
+  const timespec times[2] = {{mktime(&local), 0}, {mktime(&local), 0}};
+  utimensat(AT_FDCWD, path.c_str(), times, 0);
 }
 
 }  // namespace velmoria::test

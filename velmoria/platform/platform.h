@@ -4,6 +4,7 @@
 
 #include "velmoria/platform/components/component_source_impl.h"
 #include "velmoria/platform/posix/clock.h"
+#include "velmoria/platform/posix/files.h"
 #include "velmoria/platform/posix/host_application.h"
 #include "velmoria/platform/posix/log_service.h"
 #include "velmoria/platform/posix/settings_store.h"
@@ -25,6 +26,7 @@ struct Platform {
   std::shared_ptr<SettingsStore> Settings;
   std::shared_ptr<LogService> Log;
   std::shared_ptr<velmoria::Clock> Clock;
+  std::shared_ptr<velmoria::Files> Files;
   std::shared_ptr<HostApplication> Host;
   std::shared_ptr<ComponentSource> Components;
   std::shared_ptr<odbc::Calls> Odbc;
