@@ -70,6 +70,9 @@ KeyFormatPtr Action::KeyFormat() {
   return keyFormat_;
 }
 
+PropertiesPtr Action::SchemaCache() const { return schemaCache_; }
+void Action::SetSchemaCache(const PropertiesPtr& value) { schemaCache_ = value; }
+
 void Action::PassOn(const ParentChange& change) {
   change.To(sources_);
   change.To(keyFormat_);

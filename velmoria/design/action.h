@@ -52,7 +52,7 @@ class VELMORIA_API Action final : public DesignObject<ActionKind> {
   /// Whether the Connection does; asking may make the Connection, but opens nothing.
   bool SupportsAsync();
   /// New Properties that describe the columns of the Source in force: its parameters are needed, and a procedure is
-  /// really executed.
+  /// really executed. Raises 15157 and 15159 without a Class and a Server.
   PropertiesPtr CreateProperties();
   /// A copy of the parameters of the Source in force. With an Identifier its values are filled in; a Property of it
   /// that is no parameter joins as a copy with pfInput alone kept of its Flags.
@@ -67,16 +67,26 @@ class VELMORIA_API Action final : public DesignObject<ActionKind> {
   /// The engine in force for DatabaseName. Raises 15069 for an unknown database.
   zEngines DatabaseEngine() const;
   std::string DatabaseEngineName() const;
+  /// What the DAO layer opens the Source of engAccess as, whatever engine is in force: 1 for a table; 2, or 4 without
+  /// EditFlags, for a query or a statement; 0 for any other type. Raises 15075 without such a Source.
+  std::int32_t RecordSetType() const;
+  /// Whether the Source in force is read over RDO. Raises as Sources.Item.
+  bool IsReadOverRDO();
+  /// What CreateProperties gave when the Server loaded its metadata, or none. It belongs to this object alone.
+  PropertiesPtr SchemaCache() const;
+  void SetSchemaCache(const PropertiesPtr& value);
   /// The definitions of a result's columns.
   PropertiesDataPtr RDOCreatePropertiesData(rdoResultset& result);
 
  private:
   void PassOn(const ParentChange& change) override;
   ConnectionPtr FindOrSetupConnection() const;
+  PropertiesDataPtr DescribeSource();
 
   SourcesPtr sources_;
   KeyFormatPtr keyFormat_;
   ConnectionPtr connection_;
+  PropertiesPtr schemaCache_;
 };
 
 }  // namespace velmoria

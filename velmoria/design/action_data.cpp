@@ -1,10 +1,14 @@
 #include "velmoria/design/action_data.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "velmoria/brokering/key_format_data.h"
 #include "velmoria/core/apartment_impl.h"
 #include "velmoria/design/database.h"
 #include "velmoria/design/databases.h"
 #include "velmoria/design/design_data_impl.h"
+#include "velmoria/design/source_data.h"
 #include "velmoria/design/sources_data.h"
 #include "velmoria/properties/parents_data.h"
 #include "velmoria/runtime/text.h"
@@ -12,6 +16,25 @@
 namespace velmoria {
 
 template class DesignData<ActionKind>;
+
+namespace {
+
+constexpr std::int32_t kTable = 1;
+constexpr std::int32_t kDynaset = 2;
+constexpr std::int32_t kSnapshot = 4;
+
+struct RecordSetRow {
+  zSourceTypes SourceType;
+  std::int32_t Editable;
+  std::int32_t ReadOnly;
+};
+constexpr RecordSetRow kRecordSetTypes[] = {
+    {stTable, kTable, kTable},
+    {stQueryDef, kDynaset, kSnapshot},
+    {stSQL, kDynaset, kSnapshot},
+};
+
+}  // namespace
 
 ActionData::ActionData() = default;
 ActionData::~ActionData() = default;
@@ -23,6 +46,11 @@ std::string ActionData::Details() const {
 }
 
 void ActionData::Enter(Parents& parents) { parents.Action = this; }
+
+void ActionData::LoadAllDetail() {
+  SourcesData()->LoadCollection();
+  DesignData::LoadAllDetail();
+}
 
 SourcesDataPtr ActionData::SourcesData() {
   if (!sourcesData_) sourcesData_ = Make<velmoria::SourcesData>();
@@ -54,9 +82,17 @@ std::string ActionData::DatabaseEngineName() const {
   return database ? database->EngineName() : std::string();
 }
 
+std::int32_t ActionData::RecordSetType() try {
+  const auto source = SourcesData()->Find(engAccess);
+  if (!source) Raise(errItem_Source, "RecordSetType (Get)", KeyedByEngine::Shown(engAccess, engAccess));
+  const auto* row = std::ranges::find(kRecordSetTypes, source->Fields().SourceType, &RecordSetRow::SourceType);
+  if (row == std::end(kRecordSetTypes)) return 0;
+  return Fields().EditFlags == efNone ? row->ReadOnly : row->Editable;
+} catch (...) { Failed("RecordSetType (Get)"); }
+
 void ActionData::CopyChildren(const ActionData& source) {
-  keyFormatData_ = CopyOf(source.keyFormatData_);
-  sourcesData_ = CopyOf(source.sourcesData_);
+  SetChild(keyFormatData_, CopyOf(source.keyFormatData_));
+  SetChild(sourcesData_, CopyOf(source.sourcesData_));
   DesignData::CopyChildren(source);
 }
 

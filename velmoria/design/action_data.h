@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "velmoria/design/action_kind.h"
@@ -16,6 +17,7 @@ class ActionData final : public DesignData<ActionKind> {
 
   std::string Details() const override;
   void Enter(Parents& parents) override;
+  void LoadAllDetail() override;
   SourcesDataPtr SourcesData();
   KeyFormatDataPtr KeyFormatData();
 
@@ -27,6 +29,8 @@ class ActionData final : public DesignData<ActionKind> {
   /// The engine in force. Raises as Database.
   zEngines DatabaseEngine() const;
   std::string DatabaseEngineName() const;
+  /// Raises 15075 without a Source of engAccess.
+  std::int32_t RecordSetType();
 
  private:
   void CopyChildren(const ActionData& source) override;

@@ -61,15 +61,28 @@ bool Action::SupportsAsync() try { return Connection()->SupportsAsync(); } catch
   Failed("SupportsAsync (Get)");
 }
 
+std::int32_t Action::RecordSetType() const { return Data()->RecordSetType(); }
+
+bool Action::IsReadOverRDO() { return Sources()->Item()->AccessMethod() == 1; }
+
+// A Source of an unknown engine has no columns.
 PropertiesPtr Action::CreateProperties() try {
-  auto classObject = Make<velmoria::Class>();
+  const bool hasColumns = Sources()->Item()->AccessMethod() != 0;
+  return BoundProperties(psDefinition, hasColumns ? DescribeSource() : nullptr, ParentsForChildren());
+} catch (...) { Failed("CreateProperties"); }
+
+PropertiesDataPtr Action::DescribeSource() {
+  const auto& parents = HeldParents();
+  if (!parents.Class) Raise(errRequires_Class, "CreateProperties", {"Creating Properties"});
+  if (!parents.Server) Raise(errRequires_Server, "CreateProperties", {"Creating Properties"});
   Parents above;
-  above.Server = HeldParents().Server;
-  classObject->Bind(HeldParents().Class, above);
+  above.Server = parents.Server;
+  auto classObject = Make<velmoria::Class>();
+  classObject->Bind(parents.Class, above);
   auto agent = Make<DatabaseAgent>();
   agent->Initialize(classObject, ActionPtr(this), CreateParameters(), 0);
-  return BoundProperties(psDefinition, agent->PropertiesData(), ParentsForChildren());
-} catch (...) { Failed("CreateProperties"); }
+  return agent->PropertiesData();
+}
 
 PropertiesPtr Action::CreateParameters(const IdentifierPtr& identifier) try {
   auto parameters = Sources()->Item()->Parameters()->Copy();

@@ -21,6 +21,13 @@ std::string ClassData::Details() const {
 
 void ClassData::Enter(Parents& parents) { parents.Class = this; }
 
+void ClassData::LoadAllDetail() {
+  static_cast<void>(PropertiesData());
+  ActionsData()->LoadCollection();
+  RelationshipsData()->LoadCollection();
+  DesignData::LoadAllDetail();
+}
+
 PropertiesDataPtr ClassData::PropertiesData() {
   if (!propertiesData_) propertiesData_ = Make<velmoria::PropertiesData>();
   return propertiesData_;
@@ -38,9 +45,9 @@ RelationshipsDataPtr ClassData::RelationshipsData() {
 
 // The copy's user properties are the identifier's once more; those of the source are not carried over.
 void ClassData::CopyChildren(const ClassData& source) {
-  relationshipsData_ = CopyOf(source.relationshipsData_);
-  actionsData_ = CopyOf(source.actionsData_);
-  propertiesData_ = CopyOf(source.propertiesData_);
+  SetChild(relationshipsData_, CopyOf(source.relationshipsData_));
+  SetChild(actionsData_, CopyOf(source.actionsData_));
+  SetChild(propertiesData_, CopyOf(source.propertiesData_));
   SetUserProperties(CopyOf(source.propertiesData_));
 }
 

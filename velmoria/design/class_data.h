@@ -16,6 +16,7 @@ class ClassData final : public DesignData<ClassKind> {
 
   std::string Details() const override;
   void Enter(Parents& parents) override;
+  void LoadAllDetail() override;
   /// The definition of the identifier.
   PropertiesDataPtr PropertiesData();
   ActionsDataPtr ActionsData();

@@ -52,13 +52,23 @@ void ConnectorData::Setup(ConnectorFields fields) try {
 
 std::string ConnectorData::Details() const {
   const auto& fields = Fields();
-  return "Connector: " + Quoted(EngineName()) +
-         "  ConnectionType: " + Quoted(ConnectionTypeName(fields.ConnectionType)) +
+  return "Connector: " + Quoted(EngineName()) + "  ConnectionType: " + Quoted(ConnectionTypeName()) +
          "  ConnectionString: " + Quoted(WithoutPassword(fields.ConnectionString)) +
          "  Username: " + Quoted(fields.UserName) +
          "  DefinitionValidation: " + Quoted(Variant(fields.DefinitionValidation).AsText()) +
          "  CursorDriver: " + Quoted(CursorDriverName(fields.CursorDriver)) +
          "  CursorType: " + Quoted(CursorTypeName(fields.CursorType));
+}
+
+std::string ConnectorData::ConnectionTypeName() const { return velmoria::ConnectionTypeName(Fields().ConnectionType); }
+
+std::string ConnectorData::ConnectionsName() const { return NumberText(connectionsName_); }
+
+void ConnectorData::SetConnectionsName(const std::string& value) {
+  const auto number = Variant(value).AsLong();
+  if (number == connectionsName_) return;
+  connectionsName_ = number;
+  Stamp();
 }
 
 void ConnectorData::Enter(Parents& parents) { parents.Connector = this; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "velmoria/design/connector_kind.h"
@@ -19,9 +20,16 @@ class ConnectorData final : public DesignData<ConnectorKind> {
   /// Without the password, also where the connection string holds one.
   std::string Details() const override;
   void Enter(Parents& parents) override;
+  std::string ConnectionTypeName() const;
   const std::string& Password() const noexcept { return Fields().Password; }
+  /// A number in text form, 0 for a new Connector. Setting raises 6 or 13 for what is no such number.
+  std::string ConnectionsName() const;
+  void SetConnectionsName(const std::string& value);
   /// What the driver manager gets. Raises 15055 without a ConnectionType.
   std::string ODBCConnectionString() const;
+
+ private:
+  std::int32_t connectionsName_ = 0;
 };
 
 }  // namespace velmoria

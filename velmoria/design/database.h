@@ -9,8 +9,8 @@ namespace velmoria {
 
 extern template class VELMORIA_API DesignObject<DatabaseKind>;
 
-/// The logical data store of an application. Engine says which of its Connectors is in force. Every setter but that of
-/// Locked raises 15002 while Locked.
+/// The logical data store of an application. Engine says which of its Connectors is in force. Every setter but those
+/// of Locked and LoadOnStartup raises 15002 while Locked.
 class VELMORIA_API Database final : public DesignObject<DatabaseKind> {
  public:
   Database();
@@ -18,6 +18,9 @@ class VELMORIA_API Database final : public DesignObject<DatabaseKind> {
 
   /// The collection of registered databases keeps the name under which it took this Database in.
   void SetName(std::string value);
+  /// The full path of the definition file; empty until it has a place.
+  std::string FileName() const;
+  void SetFileName(std::string value);
   /// Switches every Action over this Database; whether there is a Connector for it shows when that is used.
   zEngines Engine() const;
   void SetEngine(zEngines value);
@@ -25,6 +28,9 @@ class VELMORIA_API Database final : public DesignObject<DatabaseKind> {
   /// Whether connections are set up from the Connector, or by the application alone.
   bool AutoConnect() const;
   void SetAutoConnect(bool value);
+  /// Whether a registered Database is read as a whole at the start.
+  bool LoadOnStartup() const;
+  void SetLoadOnStartup(bool value);
   ConnectorsPtr Connectors();
 
  private:

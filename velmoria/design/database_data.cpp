@@ -2,29 +2,29 @@
 
 #include "velmoria/design/connector_data.h"
 #include "velmoria/design/connectors_data.h"
-#include "velmoria/design/design_data_impl.h"
+#include "velmoria/design/root_data_impl.h"
 #include "velmoria/properties/parents_data.h"
-#include "velmoria/runtime/text.h"
 
 namespace velmoria {
 
 template class DesignData<DatabaseKind>;
+template class RootData<DatabaseKind>;
 
 DatabaseData::DatabaseData() = default;
 DatabaseData::~DatabaseData() = default;
 
-void DatabaseData::Setup(DatabaseFields fields) {
-  if (fields.Name.empty()) Raise(errMissing_DatabaseInfo, "Setup");
-  Adopt(std::move(fields));
-}
-
-Date DatabaseData::DateModified() const { return Now(); }
+void DatabaseData::NameFile(DataFile& file, const std::string& name) const { file.SetDatabaseName(name); }
 
 std::string DatabaseData::Details() const {
-  return "Database: " + Quoted(Name()) + "  AutoConnect: " + Variant(Fields().AutoConnect).AsText();
+  return "Database: " + Quoted(Name()) + "  AutoConnect: " + Variant(Fields().AutoConnect).AsText() + FileDetails();
 }
 
 void DatabaseData::Enter(Parents& parents) { parents.Database = this; }
+
+void DatabaseData::LoadAllDetail() {
+  ConnectorsData()->LoadCollection();
+  DesignData::LoadAllDetail();
+}
 
 ConnectorsDataPtr DatabaseData::ConnectorsData() {
   if (!connectorsData_) connectorsData_ = Make<velmoria::ConnectorsData>();
@@ -32,6 +32,10 @@ ConnectorsDataPtr DatabaseData::ConnectorsData() {
 }
 
 std::int32_t DatabaseData::AccessMethod() const noexcept { return Fields().Engine == engAccess ? 2 : 1; }
+
+std::string DatabaseData::AccessMethodDisplay() const { return AccessMethodName(AccessMethod()); }
+
+std::string DatabaseData::EngineName() const { return velmoria::EngineName(Fields().Engine); }
 
 std::string DatabaseData::SupportedEnginesDisplay() const {
   if (!connectorsData_ || connectorsData_->Count() == 0) return "(None)";
@@ -44,7 +48,7 @@ std::string DatabaseData::SupportedEnginesDisplay() const {
 }
 
 void DatabaseData::CopyChildren(const DatabaseData& source) {
-  connectorsData_ = CopyOf(source.connectorsData_);
+  SetChild(connectorsData_, CopyOf(source.connectorsData_));
   DesignData::CopyChildren(source);
 }
 

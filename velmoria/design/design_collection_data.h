@@ -43,6 +43,8 @@ class DesignCollectionData : public Object, public Reporting {
   /// Gives a member another key and leaves its position. Raises the kind's "Problem renaming" error.
   void Rekey(const Key& key, const Key& newKey);
 
+  /// Brings everything below every member into memory.
+  void LoadCollection() const;
   Ref<typename Kind::CollectionData> Copy(bool recursive = true) const;
   /// Whether members came or went, or one is dirty.
   bool Dirty() const;

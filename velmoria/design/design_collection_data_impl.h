@@ -64,6 +64,11 @@ void DesignCollectionData<Kind>::Rekey(const Key& key, const Key& newKey) {
 }
 
 template <class Kind>
+void DesignCollectionData<Kind>::LoadCollection() const {
+  for (const auto& member : members_) member->LoadAllDetail();
+}
+
+template <class Kind>
 Ref<typename Kind::CollectionData> DesignCollectionData<Kind>::Copy(bool recursive) const {
   auto copy = Make<typename Kind::CollectionData>();
   for (const auto& member : members_) copy->Add(member->Copy({}, recursive));

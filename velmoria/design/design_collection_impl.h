@@ -90,6 +90,7 @@ void DesignCollection<Kind>::Take(const Index& index) {
     resolved = Resolved(index, true);
     const auto place = members_->PositionOf(Kind::KeyPolicy::ListIndex(resolved));
     if (data_) {
+      if (Kind::LoadsDetailToRemove) item->Data()->LoadAllDetail();
       data_->Remove(members_->KeyAt(place));
       item->ClearParents(parents_->Filled());
     }
@@ -127,7 +128,7 @@ std::string DesignCollection<Kind>::Details() const {
   const auto& members = Members();
   std::string text(data_ ? Kind::Counted.Bound : Kind::Counted.Transient);
   text += NumberText(static_cast<long long>(members.Count()));
-  if (data_) text += ParentClause();
+  if (data_ && !parents_->IsEmpty()) text += ParentClause();
   for (const auto& member : members) text.append("\r\n    ").append(member->Details());
   return text;
 }

@@ -52,10 +52,10 @@ class DesignData : public Object, public Reporting {
 
   /// Takes the fields of a new object, which is dirty from then on.
   virtual void Setup(typename Kind::Fields fields);
-  /// Stores a value that differs and makes the object dirty.
+  /// Stores a value that differs, or any value of a field that is stored always, and makes the object dirty.
   template <class T>
   void Let(T Kind::Fields::* field, std::type_identity_t<T> value) {
-    if (!(fields_.*field == value)) Store(field, std::move(value));
+    if (Lists(Kind::StoredAlways, field) || !(fields_.*field == value)) Store(field, std::move(value));
   }
   /// Stores and makes the object dirty, whatever the value was.
   template <class T>
@@ -72,7 +72,10 @@ class DesignData : public Object, public Reporting {
   bool Dirty() const { return !dirty_.IsEmpty() || ChildrenDirty(); }
   virtual std::string Details() const = 0;
   PropertiesDataPtr UserPropertiesData();
-  Ref<typename Kind::Data> Copy(const Key& key = {}, bool recursive = true) const;
+  /// A recursive one brings everything below the original into memory.
+  Ref<typename Kind::Data> Copy(const Key& key = {}, bool recursive = true);
+  /// Brings everything below into memory, so that the object is whole by itself.
+  virtual void LoadAllDetail();
   /// Puts itself in its slot of a child's parents.
   virtual void Enter(velmoria::Parents& parents) = 0;
 
@@ -88,12 +91,17 @@ class DesignData : public Object, public Reporting {
   virtual void CopyChildren(const typename Kind::Data& source);
   virtual bool ChildrenDirty() const;
   const PropertiesDataPtr& ExistingUserProperties() const noexcept { return userPropertiesData_; }
+  /// Takes a child's definitions and makes the object dirty, whatever was there.
+  template <class T>
+  void SetChild(Ref<T>& child, const Ref<T>& value) {
+    child = value;
+    Stamp();
+  }
   void SetUserProperties(const PropertiesDataPtr& value);
+  void Stamp();
   std::string StateDetails() const override { return Details(); }
 
  private:
-  void Stamp();
-
   typename Kind::Fields fields_{};
   Variant dirty_;  // date of the last change, Empty while clean
   Date dateCreated_;

@@ -45,16 +45,17 @@ PropertiesDataPtr DesignData<Kind>::UserPropertiesData() {
 
 template <class Kind>
 void DesignData<Kind>::SetUserProperties(const PropertiesDataPtr& value) {
-  userPropertiesData_ = value;
+  SetChild(userPropertiesData_, value);
 }
 
 template <class Kind>
-Ref<typename Kind::Data> DesignData<Kind>::Copy(const Key& key, bool recursive) const try {
+Ref<typename Kind::Data> DesignData<Kind>::Copy(const Key& key, bool recursive) try {
   auto fields = fields_;
   if (key != Key()) fields.*Kind::KeyField = key;
   auto copy = Make<typename Kind::Data>();
   DesignData& made = *copy;
   made.SetupCopy(std::move(fields));
+  if (recursive) LoadAllDetail();
   const auto& source = static_cast<const typename Kind::Data&>(*this);
   made.CopyParts(source, recursive);
   if (recursive) made.CopyChildren(source);
@@ -62,12 +63,17 @@ Ref<typename Kind::Data> DesignData<Kind>::Copy(const Key& key, bool recursive) 
 } catch (...) { Failed("Copy"); }
 
 template <class Kind>
+void DesignData<Kind>::LoadAllDetail() {
+  static_cast<void>(UserPropertiesData());
+}
+
+template <class Kind>
 void DesignData<Kind>::CopyParts(const typename Kind::Data&, bool) {}
 
 template <class Kind>
 void DesignData<Kind>::CopyChildren(const typename Kind::Data& source) {
   const DesignData& original = source;
-  userPropertiesData_ = CopyOf(original.userPropertiesData_);
+  SetUserProperties(CopyOf(original.userPropertiesData_));
 }
 
 template <class Kind>

@@ -64,14 +64,13 @@ class VELMORIA_API DesignObject : public Object, public Reporting {
  protected:
   DesignObject();
 
-  // The only readers and writers of fields. Let refuses with 15002 when the kind obeys Locked, and leaves a value that
-  // is there already; LetAlways stores and makes Dirty whatever the value.
+  // The only reader and writer of fields. Let refuses with 15002 when the kind obeys Locked for the field.
   template <class T>
   T Get(T Kind::Fields::* field) const;
   template <class T>
   void Let(std::string_view routine, T Kind::Fields::* field, std::type_identity_t<T> value);
-  template <class T>
-  void LetAlways(std::string_view routine, T Kind::Fields::* field, std::type_identity_t<T> value);
+  /// Raises 15002 while Locked, in a kind whose setters obey it.
+  void RefuseLocked(std::string_view routine) const;
 
   /// Hands a change of parents to every child that has been made; an override does its children and calls this.
   virtual void PassOn(const ParentChange& change);
@@ -83,8 +82,6 @@ class VELMORIA_API DesignObject : public Object, public Reporting {
   std::string StateDetails() const override;
 
  private:
-  void RefuseLocked(std::string_view routine) const;
-
   mutable Ref<typename Kind::Data> data_;
   std::unique_ptr<velmoria::Parents> parents_;
   PropertiesPtr userProperties_;

@@ -132,15 +132,8 @@ T DesignObject<Kind>::Get(T Kind::Fields::* field) const {
 template <class Kind>
 template <class T>
 void DesignObject<Kind>::Let(std::string_view routine, T Kind::Fields::* field, std::type_identity_t<T> value) {
-  RefuseLocked(routine);
+  if (!Lists(Kind::SetWhileLocked, field)) RefuseLocked(routine);
   Data()->Let(field, std::move(value));
-}
-
-template <class Kind>
-template <class T>
-void DesignObject<Kind>::LetAlways(std::string_view routine, T Kind::Fields::* field, std::type_identity_t<T> value) {
-  RefuseLocked(routine);
-  Data()->Store(field, std::move(value));
 }
 
 template <class Kind>

@@ -21,13 +21,18 @@ std::string RelationshipData::Details() const {
 
 void RelationshipData::Enter(Parents& parents) { parents.Relationship = this; }
 
+void RelationshipData::LoadAllDetail() {
+  LinksData()->LoadCollection();
+  DesignData::LoadAllDetail();
+}
+
 LinksDataPtr RelationshipData::LinksData() {
   if (!linksData_) linksData_ = Make<velmoria::LinksData>();
   return linksData_;
 }
 
 void RelationshipData::CopyChildren(const RelationshipData& source) {
-  linksData_ = CopyOf(source.linksData_);
+  SetChild(linksData_, CopyOf(source.linksData_));
   DesignData::CopyChildren(source);
 }
 

@@ -16,6 +16,7 @@ class RelationshipData final : public DesignData<RelationshipKind> {
 
   std::string Details() const override;
   void Enter(Parents& parents) override;
+  void LoadAllDetail() override;
   LinksDataPtr LinksData();
 
  private:

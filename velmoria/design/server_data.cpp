@@ -1,29 +1,29 @@
 #include "velmoria/design/server_data.h"
 
 #include "velmoria/design/classes_data.h"
-#include "velmoria/design/design_data_impl.h"
+#include "velmoria/design/root_data_impl.h"
 #include "velmoria/properties/parents_data.h"
-#include "velmoria/runtime/text.h"
 
 namespace velmoria {
 
 template class DesignData<ServerKind>;
+template class RootData<ServerKind>;
 
 ServerData::ServerData() = default;
 ServerData::~ServerData() = default;
 
-void ServerData::Setup(ServerFields fields) {
-  if (fields.Name.empty()) Raise(errMissing_ServerInfo, "Setup");
-  Adopt(std::move(fields));
-}
-
-Date ServerData::DateModified() const { return Now(); }
+void ServerData::NameFile(DataFile& file, const std::string& name) const { file.SetServerName(name); }
 
 std::string ServerData::Details() const {
-  return "Server: " + Quoted(Name()) + "  ActiveXComponent: " + Quoted(Fields().ActiveXComponent);
+  return "Server: " + Quoted(Name()) + "  ActiveXComponent: " + Quoted(Fields().ActiveXComponent) + FileDetails();
 }
 
 void ServerData::Enter(Parents& parents) { parents.Server = this; }
+
+void ServerData::LoadAllDetail() {
+  ClassesData()->LoadCollection();
+  DesignData::LoadAllDetail();
+}
 
 ClassesDataPtr ServerData::ClassesData() {
   if (!classesData_) classesData_ = Make<velmoria::ClassesData>();
@@ -31,7 +31,7 @@ ClassesDataPtr ServerData::ClassesData() {
 }
 
 void ServerData::CopyChildren(const ServerData& source) {
-  classesData_ = CopyOf(source.classesData_);
+  SetChild(classesData_, CopyOf(source.classesData_));
   DesignData::CopyChildren(source);
 }
 

@@ -2,27 +2,26 @@
 
 #include <string>
 
-#include "velmoria/design/design_data.h"
+#include "velmoria/design/root_data.h"
 #include "velmoria/design/server_kind.h"
 
 namespace velmoria {
 
 extern template class DesignData<ServerKind>;
+extern template class RootData<ServerKind>;
 
-class ServerData final : public DesignData<ServerKind> {
+class ServerData final : public RootData<ServerKind> {
  public:
   ServerData();
   ~ServerData() override;
 
-  /// Raises 15081 without a name.
-  void Setup(ServerFields fields) override;
-  /// The present moment: nothing is on file.
-  Date DateModified() const override;
   std::string Details() const override;
   void Enter(Parents& parents) override;
+  void LoadAllDetail() override;
   ClassesDataPtr ClassesData();
 
  private:
+  void NameFile(DataFile& file, const std::string& name) const override;
   void CopyChildren(const ServerData& source) override;
   bool ChildrenDirty() const override;
 

@@ -8,9 +8,11 @@ namespace velmoria {
 
 /// What a Server is made from.
 struct ServerFields {
-  std::string Name;
+  std::string Name;  // empty for an existing file, which decides everything else
+  std::string FileName{};
   std::string ActiveXComponent{};
   std::string Description{};
+  bool LoadOnStartup = false;
   bool Locked = false;
   bool UseMetaData = true;
 };
@@ -23,8 +25,10 @@ struct VELMORIA_API ServerKind : DesignKind {
 
   static constexpr auto KeyField = &ServerFields::Name;
   static constexpr bool CollectionIsStamped = false;
+  static constexpr bool LoadsDetailToRemove = false;
   static constexpr DesignNames Names{"Server", "ServerData", "Servers", "ServersData"};
   static constexpr DesignNumbers Numbers{errAdd_Server, errItem_Server, errRemove_Server, errRename_Server};
+  static constexpr RootNumbers RootRaises{errMissing_ServerInfo, errFile_ReadServer};
   static constexpr CountTexts Counted{"Servers Count ", "Registered Servers Count ", "Registered Servers Count: "};
 };
 

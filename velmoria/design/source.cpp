@@ -15,20 +15,20 @@ Source::Source() = default;
 Source::~Source() = default;
 
 zSourceTypes Source::SourceType() const { return Get(&SourceFields::SourceType); }
-void Source::SetSourceType(zSourceTypes value) { LetAlways("SourceType (Let)", &SourceFields::SourceType, value); }
+void Source::SetSourceType(zSourceTypes value) { Let("SourceType (Let)", &SourceFields::SourceType, value); }
 std::string Source::SourceTypeName() const { return velmoria::SourceTypeName(SourceType()); }
 
 std::string Source::SourceText() const { return Get(&SourceFields::SourceText); }
 void Source::SetSourceText(std::string value) { Let("SourceText (Let)", &SourceFields::SourceText, std::move(value)); }
 
 std::int32_t Source::KeysetSize() const { return Get(&SourceFields::KeysetSize); }
-void Source::SetKeysetSize(std::int32_t value) { LetAlways("KeysetSize (Let)", &SourceFields::KeysetSize, value); }
+void Source::SetKeysetSize(std::int32_t value) { Let("KeysetSize (Let)", &SourceFields::KeysetSize, value); }
 
 std::int32_t Source::RowsetSize() const { return Get(&SourceFields::RowsetSize); }
-void Source::SetRowsetSize(std::int32_t value) { LetAlways("RowsetSize (Let)", &SourceFields::RowsetSize, value); }
+void Source::SetRowsetSize(std::int32_t value) { Let("RowsetSize (Let)", &SourceFields::RowsetSize, value); }
 
 zOptionFlags Source::OptionFlags() const { return Get(&SourceFields::OptionFlags); }
-void Source::SetOptionFlags(zOptionFlags value) { LetAlways("OptionFlags (Let)", &SourceFields::OptionFlags, value); }
+void Source::SetOptionFlags(zOptionFlags value) { Let("OptionFlags (Let)", &SourceFields::OptionFlags, value); }
 
 PropertiesPtr Source::Parameters() try {
   if (!parameters_) parameters_ = BoundProperties(psParameter, Data()->ParametersData(), ParentsForChildren());

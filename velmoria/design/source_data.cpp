@@ -58,6 +58,11 @@ std::string SourceData::Details() const {
 
 void SourceData::Enter(Parents& parents) { parents.Source = this; }
 
+void SourceData::LoadAllDetail() {
+  static_cast<void>(ParametersData());
+  DesignData::LoadAllDetail();
+}
+
 PropertiesDataPtr SourceData::ParametersData() {
   if (!parametersData_) parametersData_ = Make<PropertiesData>();
   return parametersData_;
@@ -68,11 +73,13 @@ std::int32_t SourceData::AccessMethod() const noexcept {
   return Engine() == engAccess ? 2 : 1;
 }
 
+std::string SourceData::AccessMethodName() const { return velmoria::AccessMethodName(AccessMethod()); }
+
 // A copy keeps whatever type it has, on whatever engine.
 void SourceData::SetupCopy(SourceFields fields) { Adopt(std::move(fields)); }
 
 void SourceData::CopyChildren(const SourceData& source) {
-  parametersData_ = CopyOf(source.parametersData_);
+  SetChild(parametersData_, CopyOf(source.parametersData_));
   DesignData::CopyChildren(source);
 }
 

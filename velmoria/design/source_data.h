@@ -19,8 +19,10 @@ class SourceData final : public DesignData<SourceKind> {
   void Setup(SourceFields fields) override;
   std::string Details() const override;
   void Enter(Parents& parents) override;
+  void LoadAllDetail() override;
   PropertiesDataPtr ParametersData();
   std::int32_t AccessMethod() const noexcept;
+  std::string AccessMethodName() const;
 
  private:
   void SetupCopy(SourceFields fields) override;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 
 #include "velmoria/core/enumerations.h"
 #include "velmoria/design/design_kind.h"
@@ -28,6 +29,8 @@ struct VELMORIA_API SourceKind : DesignKind {
   using CollectionData = SourcesData;
 
   static constexpr auto KeyField = &SourceFields::Engine;
+  static constexpr std::tuple StoredAlways{&SourceFields::SourceType, &SourceFields::KeysetSize,
+                                           &SourceFields::RowsetSize, &SourceFields::OptionFlags};
   static constexpr DesignNames Names{"Source", "SourceData", "Sources", "SourcesData"};
   static constexpr DesignNumbers Numbers{errAdd_Source, errItem_Source, errRemove_Source, errRename_Source};
   static constexpr CountTexts Counted{"Sources Count: "};

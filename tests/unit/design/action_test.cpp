@@ -234,6 +234,67 @@ TEST_F(ActionTest, SupportsAsyncFailsWhereTheConnectionDoes) {
   ExpectRaised(zErrors{15084}, [&] { AddGet()->SupportsAsync(); });
 }
 
+struct RecordSetRow {
+  zSourceTypes SourceType;
+  zEditFlags EditFlags;
+  int Expected;
+};
+
+TEST_F(ActionTest, TheRecordSetTypeIsThatOfTheAccessSourceWhateverTheEngineInForce) {
+  const RecordSetRow rows[] = {
+      {stTable, efNone, 1},      {stTable, efAll, 1}, {stQueryDef, efNone, 4},
+      {stQueryDef, efInsert, 2}, {stSQL, efNone, 4},  {stSQL, efAll, 2},
+      {stNone, efAll, 0},        {stView, efAll, 0},  {stStoredProcedure, efAll, 0},
+      {stView, efNone, 0},
+  };
+  const auto get = AddGet();
+  const auto access = get->Sources()->SetupItem({.Engine = engAccess, .SourceType = stTable});
+  for (const auto& row : rows) {
+    access->SetSourceType(row.SourceType);
+    get->SetEditFlags(row.EditFlags);
+    EXPECT_EQ(get->RecordSetType(), row.Expected) << access->SourceTypeName() << " " << get->EditFlagsDisplay();
+  }
+}
+
+TEST_F(ActionTest, WithoutAnAccessSourceThereIsNoRecordSetType) {
+  ExpectRaised(zErrors{15075}, [&] { AddGet()->RecordSetType(); }, {.Text = "Engine: 1  Index: 1", .Count = 1});
+}
+
+TEST_F(ActionTest, WhetherItIsReadOverRdoGoesByTheSourceInForce) {
+  const auto database = AddDatabase();
+  const auto get = AddGet();
+  get->Sources()->SetupItem({.Engine = engAccess, .SourceType = stTable});
+  EXPECT_TRUE(get->IsReadOverRDO());
+  database->SetEngine(engAccess);
+  EXPECT_FALSE(get->IsReadOverRDO());
+  database->SetEngine(engOracle);
+  ExpectRaised(zErrors{15075}, [&] { get->IsReadOverRDO(); }, {.Text = "Engine: 5  Index: 0"});
+}
+
+TEST_F(ActionTest, PropertiesNeedAClassAndAServer) {
+  AddDatabase();
+  const auto free = MakeDesign<ActionKind>({.Name = "Get", .DatabaseName = "Shop"});
+  free->Sources()->SetupItem({.Engine = engODBC, .SourceType = stTable, .SourceText = "orders"});
+  ExpectRaised(zErrors{15157}, [&] { free->CreateProperties(); }, {.Text = "Operation: 'Creating Properties'"});
+  MakeDesign<ClassKind>({.Name = "Order"})->Actions()->Add(free);
+  ExpectRaised(zErrors{15159}, [&] { free->CreateProperties(); }, {.Text = "Operation: 'Creating Properties'"});
+}
+
+TEST_F(ActionTest, PropertiesOfAnUnknownDatabaseFailBeforeAnythingElse) {
+  ExpectRaised(zErrors{15069}, [&] { MakeDesign<ActionKind>({.Name = "Get"})->CreateProperties(); },
+               {.Text = "Index: ''", .Count = 1});
+}
+
+TEST_F(ActionTest, ASourceOfAnEngineThatNothingReadsHasNoProperties) {
+  const auto database = AddDatabase();
+  const auto get = AddGet();
+  get->Sources()->ChangeItemEngine(engODBC, engRMS);
+  database->SetEngine(engRMS);
+  const auto properties = get->CreateProperties();
+  EXPECT_EQ(properties->Style(), psDefinition);
+  EXPECT_EQ(properties->Count(), 0);
+}
+
 TEST_F(ActionTest, TheKeyFormatIsMadeOnFirstRequestAndKept) {
   const auto get = AddGet();
   get->KeyFormat()->SetSeparator("|");

@@ -184,6 +184,24 @@ TEST_F(ConnectorTest, NoTextOrMessageShowsThePassword) {
   EXPECT_NE(shown.find("Driver=X;Pwd=***;UID=anna"), std::string::npos);
 }
 
+TEST_F(ConnectorTest, TheConnectionsNameIsANumberInTextFormAndNotCopied) {
+  const auto connector = AddText("Driver=X");
+  EXPECT_EQ(connector->Data()->ConnectionsName(), "0");
+  connector->Data()->SetConnectionsName("12");
+  EXPECT_EQ(connector->Data()->ConnectionsName(), "12");
+  EXPECT_EQ(connector->Copy()->Data()->ConnectionsName(), "0");
+  EXPECT_THROW(connector->Data()->SetConnectionsName("Batch"), Error);
+  EXPECT_EQ(connector->Data()->ConnectionsName(), "12");
+}
+
+TEST_F(ConnectorTest, OnlyAnotherConnectionsNameMakesDirty) {
+  const auto connector = Make<Connector>();
+  connector->Data()->SetConnectionsName("0");
+  EXPECT_FALSE(connector->Dirty());
+  connector->Data()->SetConnectionsName("1");
+  EXPECT_TRUE(connector->Dirty());
+}
+
 TEST_F(ConnectorTest, CopyKeepsOrChangesTheEngineAndTakesDefaultsAnew) {
   const auto connector = Add({.Engine = engODBC, .ConnectionType = ctText, .Password = "secret"});
   connector->SetCursorType(crtNone);

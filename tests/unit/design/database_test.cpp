@@ -5,6 +5,7 @@
 #include "tests/support/design_kinds.h"
 #include "tests/support/expect_raised.h"
 #include "tests/support/scoped_apartment.h"
+#include "tests/support/temporary_folder.h"
 
 namespace velmoria::test {
 namespace {
@@ -21,9 +22,16 @@ TEST_F(DatabaseTest, WithoutNameThereIsNotEnoughInformation) {
 }
 
 TEST_F(DatabaseTest, SetupItemStoresEveryField) {
-  const auto database = databases_->SetupItem(
-      {.Name = "Shop", .Engine = engSybase, .Description = "d", .AutoConnect = true, .Locked = true});
+  const auto database = databases_->SetupItem({.Name = "Shop",
+                                               .FileName = "/shop.vdb",
+                                               .Engine = engSybase,
+                                               .Description = "d",
+                                               .AutoConnect = true,
+                                               .LoadOnStartup = true,
+                                               .Locked = true});
   EXPECT_EQ(database->Name(), "Shop");
+  EXPECT_EQ(database->FileName(), "/shop.vdb");
+  EXPECT_TRUE(database->LoadOnStartup());
   EXPECT_EQ(database->Engine(), engSybase);
   EXPECT_EQ(database->EngineName(), "Sybase SQL Server");
   EXPECT_EQ(database->Description(), "d");
@@ -35,8 +43,40 @@ TEST_F(DatabaseTest, SettersStore) {
   const auto database = databases_->SetupItem({.Name = "Shop"});
   database->SetEngine(engOracle);
   database->SetAutoConnect(true);
+  database->SetFileName("/shop.vdb");
+  database->SetLoadOnStartup(true);
+  EXPECT_EQ(database->FileName(), "/shop.vdb");
+  EXPECT_TRUE(database->LoadOnStartup());
   EXPECT_EQ(database->Engine(), engOracle);
   EXPECT_TRUE(database->AutoConnect());
+}
+
+TEST_F(DatabaseTest, AMissingFileWithoutANameIsReported) {
+  ExpectRaised(zErrors{15046}, [&] { databases_->SetupItem({.Name = "", .FileName = "/nowhere/shop.vdb"}); },
+               {.Text = "Database: ''  Filename: '/nowhere/shop.vdb'", .Count = 1});
+  EXPECT_EQ(databases_->Count(), 0);
+}
+
+TEST_F(DatabaseTest, AnExistingFileWithoutANameIsNotReadAndChangesNothing) {
+  const TemporaryFolder folder;
+  const auto path = folder.Path("shop.vdb");
+  WriteText(path, "kept");
+  ExpectRaised(zErrors{15042}, [&] { databases_->SetupItem({.Name = "", .FileName = path}); },
+               {.Text = "Database: ''  FileName: '" + path + "'", .Count = 1});
+  EXPECT_EQ(databases_->Count(), 0);
+  EXPECT_EQ(ReadText(path), "kept");
+}
+
+TEST_F(DatabaseTest, AFileThatIsThereDecidesWhenItWasModified) {
+  const TemporaryFolder folder;
+  WriteText(folder.Path("shop.vdb"), "x");
+  SetFileTime(folder.Path("shop.vdb"), Date::From(1997, 5, 4));
+  const auto database = databases_->SetupItem({.Name = "Shop", .FileName = folder.Path("shop.vdb")});
+  EXPECT_EQ(database->DateModified(), Date::From(1997, 5, 4));
+}
+
+TEST_F(DatabaseTest, TheVersionIsThatOfDefinitionFiles) {
+  EXPECT_EQ(databases_->SetupItem({.Name = "Shop"})->Data()->Version(), "1.0-0e");
 }
 
 TEST_F(DatabaseTest, AnyEngineCanBeSetWithoutAConnector) {
@@ -69,6 +109,7 @@ TEST_F(DatabaseTest, EveryEngineButAccessIsReadOverRdo) {
   for (int engine = 0; engine <= 7; ++engine) {
     database->SetEngine(zEngines{engine});
     EXPECT_EQ(database->Data()->AccessMethod(), engine == 1 ? 2 : 1) << engine;
+    EXPECT_EQ(database->Data()->AccessMethodDisplay(), engine == 1 ? "DAO 3.5" : "RDO 2.0") << engine;
   }
 }
 
@@ -88,6 +129,7 @@ TEST_F(DatabaseTest, RecursiveCopyTakesConnectorsAndUserProperties) {
   EXPECT_EQ(copy->Connectors()->Item(engODBC)->ConnectionString(), "shop");
   EXPECT_EQ(copy->Connectors()->Item(engODBC)->DatabaseName(), "Store");
   EXPECT_EQ(copy->UserProperties()->Count(), 1);
+  EXPECT_EQ(copy->FileName(), "");
   EXPECT_EQ(database->Copy("", false)->Connectors()->Count(), 0);
 }
 

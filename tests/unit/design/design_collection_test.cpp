@@ -1,44 +1,14 @@
 #include "velmoria/design/design_collection.h"
 
-#include <string>
-
 #include <gtest/gtest.h>
 
-#include "tests/support/design_kinds.h"
 #include "tests/support/expect_raised.h"
-#include "tests/support/scoped_apartment.h"
+#include "tests/unit/design/design_collection_fixture.h"
 #include "velmoria/core/messages.h"
 #include "velmoria/properties/properties.h"
 
 namespace velmoria::test {
 namespace {
-
-// What holds for every kind of design object.
-template <class Sample>
-class EveryDesignCollection : public testing::Test {
- protected:
-  using Kind = typename Sample::Kind;
-  using Collection = typename Sample::Collection;
-
-  static std::string Keys(const Collection& collection) {
-    std::string keys;
-    for (const auto& member : collection) keys += Sample::KeyOf(*member) + " ";
-    return keys;
-  }
-  static std::string KeyTexts(std::initializer_list<int> numbers) {
-    std::string keys;
-    for (const int n : numbers) keys += Sample::KeyText(n) + " ";
-    return keys;
-  }
-  static auto Filled() {
-    auto collection = Sample::Bound();
-    for (const int n : {1, 2, 3}) collection->SetupItem(Sample::Fields(n));
-    return collection;
-  }
-  static auto Free(int n) { return MakeDesign<Kind>(Sample::Fields(n)); }
-
-  ScopedApartment apartment_;
-};
 
 TYPED_TEST_SUITE(EveryDesignCollection, DesignSamples);
 
@@ -48,54 +18,9 @@ TYPED_TEST(EveryDesignCollection, FindsItsMembersByKey) {
   EXPECT_EQ(TypeParam::KeyOf(*collection->Item(TypeParam::Index(2))), TypeParam::KeyText(2));
 }
 
-TYPED_TEST(EveryDesignCollection, ItemOfAnUnknownKeyRaisesTheKindsNumber) {
-  const auto collection = this->Filled();
-  ExpectRaised(TypeParam::Raises.Finding, [&] { collection->Item(TypeParam::Index(5)); },
-               {.Text = TypeParam::Shown(5), .Count = 1});
-}
-
 TYPED_TEST(EveryDesignCollection, FindMissesInSilence) {
   EXPECT_FALSE(this->Filled()->Find(TypeParam::Index(5)));
   EXPECT_EQ(this->apartment_.Messages().Count(), 0);
-}
-
-TYPED_TEST(EveryDesignCollection, SetupItemOfAKeyInUseRaisesTheKindsNumber) {
-  const auto collection = this->Filled();
-  ExpectRaised(TypeParam::Raises.Adding, [&] { collection->SetupItem(TypeParam::Fields(2)); },
-               {.Text = TypeParam::ShownAdding(2) + "  Before: '(Missing)'  After: '(Missing)'"});
-  EXPECT_EQ(this->Keys(*collection), this->KeyTexts({1, 2, 3}));
-}
-
-TYPED_TEST(EveryDesignCollection, AddOfAKeyInUseRaisesTheKindsNumber) {
-  const auto collection = this->Filled();
-  ExpectRaised(TypeParam::Raises.Adding, [&] { collection->Add(this->Free(2)); }, {.Text = TypeParam::ShownAdding(2)});
-  EXPECT_EQ(collection->Count(), 3);
-}
-
-TYPED_TEST(EveryDesignCollection, TransientAddOfAKeyInUseRaisesTheKindsNumber) {
-  const auto collection = Make<typename TypeParam::Collection>();
-  collection->Add(this->Free(1));
-  ExpectRaised(TypeParam::Raises.Adding, [&] { collection->Add(this->Free(1)); }, {.Text = TypeParam::ShownAdding(1)});
-}
-
-TYPED_TEST(EveryDesignCollection, AddOfNothingRaisesTheKindsNumber) {
-  ExpectRaised(TypeParam::Raises.Adding, [&] { TypeParam::Bound()->Add(nullptr); });
-}
-
-TYPED_TEST(EveryDesignCollection, AddWithBothPositionsFailsAndNamesThem) {
-  const auto collection = this->Filled();
-  const Position both{TypeParam::KeyText(1), TypeParam::KeyText(2)};
-  const auto shown = TypeParam::ShownAdding(4) + "  Before: '" + TypeParam::KeyText(1) + "'  After: '" +
-                     TypeParam::KeyText(2) + "'\r\nPassing both Before and After arguments is not allowed.";
-  ExpectRaised(TypeParam::Raises.Adding, [&] { collection->Add(this->Free(4), both); }, {.Text = shown, .Count = 1});
-  ExpectRaised(TypeParam::Raises.Adding, [&] { collection->SetupItem(TypeParam::Fields(4), both); },
-               {.Text = shown, .Count = 1});
-}
-
-TYPED_TEST(EveryDesignCollection, AddAtAPositionThatIsNotThereRaisesTheKindsNumber) {
-  const auto collection = this->Filled();
-  ExpectRaised(TypeParam::Raises.Adding, [&] { collection->Add(this->Free(4), {.Before = TypeParam::KeyText(5)}); },
-               {.Text = "Before: '" + TypeParam::KeyText(5) + "'"});
 }
 
 TYPED_TEST(EveryDesignCollection, BeforeAndAfterPlaceAMember) {
@@ -125,52 +50,11 @@ TYPED_TEST(EveryDesignCollection, RekeyingKeepsThePosition) {
   EXPECT_EQ(TypeParam::KeyOf(*collection->Item(TypeParam::Index(4))), TypeParam::KeyText(4));
 }
 
-TYPED_TEST(EveryDesignCollection, RekeyingToAKeyInUseRaisesTheKindsNumberAndChangesNothing) {
-  const auto collection = this->Filled();
-  ExpectRaised(TypeParam::Raises.Rekeying, [&] { TypeParam::Rekey(*collection, 1, 3); },
-               {.Text = "'" + TypeParam::KeyText(1) + "'", .Count = 1});
-  EXPECT_EQ(this->Keys(*collection), this->KeyTexts({1, 2, 3}));
-}
-
-TYPED_TEST(EveryDesignCollection, RekeyingToTheSameKeyFails) {
-  const auto collection = this->Filled();
-  ExpectRaised(TypeParam::Raises.Rekeying, [&] { TypeParam::Rekey(*collection, 1, 1); });
-}
-
-TYPED_TEST(EveryDesignCollection, RekeyingAnUnknownMemberRaisesTheKindsNumber) {
-  const auto collection = this->Filled();
-  ExpectRaised(TypeParam::Raises.Rekeying, [&] { TypeParam::Rekey(*collection, 4, 5); });
-  EXPECT_EQ(this->Keys(*collection), this->KeyTexts({1, 2, 3}));
-}
-
-TYPED_TEST(EveryDesignCollection, ATransientCollectionRefusesRekeying) {
-  const auto collection = Make<typename TypeParam::Collection>();
-  collection->Add(this->Free(1));
-  ExpectRaised(TypeParam::ByEngine ? zErrors{15086} : zErrors{15085}, [&] { TypeParam::Rekey(*collection, 1, 2); },
-               {.Count = 1});
-}
-
 TYPED_TEST(EveryDesignCollection, RemoveTakesTheMemberOutOfTheDefinitionsToo) {
   const auto collection = this->Filled();
   collection->Remove(TypeParam::Index(2));
   EXPECT_EQ(this->Keys(*collection), this->KeyTexts({1, 3}));
   EXPECT_EQ(collection->Data()->Count(), 2U);
-}
-
-TYPED_TEST(EveryDesignCollection, RemoveOfAnUnknownKeyShowsTheErrorOfItem) {
-  const auto collection = this->Filled();
-  const auto error = Thrown([&] { collection->Remove(TypeParam::Index(5)); });
-  ASSERT_TRUE(error);
-  EXPECT_EQ(zErrors{error->CatalogueNumber()}, TypeParam::Raises.Finding);
-  EXPECT_TRUE(this->apartment_.Messages().Item(std::to_string(static_cast<int>(TypeParam::Raises.Removing))));
-  EXPECT_EQ(this->apartment_.Messages().Count(), 2);
-}
-
-TYPED_TEST(EveryDesignCollection, RemoveOfWhatAnotherFaceRemovedRaisesTheKindsNumber) {
-  const auto collection = this->Filled();
-  collection->Data()->Remove(TypeParam::KeyText(1));
-  ExpectRaised(TypeParam::Raises.Removing, [&] { collection->Remove(TypeParam::Index(1)); },
-               {.Text = TypeParam::Shown(1)});
 }
 
 TYPED_TEST(EveryDesignCollection, ARemovedMemberMayBeAddedElsewhere) {

@@ -119,25 +119,14 @@ TEST_F(SourceTest, SettersTestNothing) {
   EXPECT_EQ(source->SourceText(), "q");
 }
 
-TEST_F(SourceTest, SomeSettersMakeDirtyWithoutAChange) {
-  const auto dirtyAfter = [](void (*set)(Source&)) {
-    const auto source = Make<Source>();
-    set(*source);
-    return source->Dirty();
-  };
-  EXPECT_TRUE(dirtyAfter([](Source& source) { source.SetSourceType(stNone); }));
-  EXPECT_TRUE(dirtyAfter([](Source& source) { source.SetKeysetSize(0); }));
-  EXPECT_TRUE(dirtyAfter([](Source& source) { source.SetRowsetSize(0); }));
-  EXPECT_TRUE(dirtyAfter([](Source& source) { source.SetOptionFlags(ofNone); }));
-  EXPECT_FALSE(dirtyAfter([](Source& source) { source.SetSourceText(""); }));
-}
-
 TEST_F(SourceTest, AccessMethodFollowsTheEngine) {
   const auto source = Make<Source>();
   const int expected[] = {0, 2, 1, 1, 1, 1, 0, 0};
+  const char* const names[] = {"(None)", "RDO 2.0", "DAO 3.5"};
   for (int engine = 0; engine <= 7; ++engine) {
     source->Data()->SetKey(zEngines{engine});
     EXPECT_EQ(source->AccessMethod(), expected[engine]) << engine;
+    EXPECT_EQ(source->Data()->AccessMethodName(), names[expected[engine]]) << engine;
   }
 }
 
