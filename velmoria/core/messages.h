@@ -61,8 +61,9 @@ class VELMORIA_API Messages final : public Object {
   KeyedList<MessagePtr>::Iterator begin() const noexcept { return items_.begin(); }
   KeyedList<MessagePtr>::Iterator end() const noexcept { return items_.end(); }
 
-  /// Records a message, and the database engines' own errors after it as warnings; their list is then emptied. The
-  /// result is the new message, also when it was declined, or none while messaging is suspended.
+  /// Records a message and behind it, as warnings, what the database engines themselves say: DAO's list of errors when
+  /// its last entry has the number given, RDO's list whatever the number, which is emptied then. The result is the new
+  /// message, also when it was declined, or none while messaging is suspended.
   MessagePtr SetupItem(const MessageArguments& arguments);
 
   /// The name of the routine that suspended messaging, or "" while messages are recorded.
@@ -93,7 +94,6 @@ class VELMORIA_API Messages final : public Object {
   friend class Suspension;
 
   bool Declines(const std::string& key, const Message& item);
-  void AddEngineErrors();
   /// Suspends for a guard; the ticket ends it, 0 when messaging is suspended already.
   std::uint64_t Suspend(std::string_view routine);
   void Resume(std::uint64_t ticket) noexcept;
