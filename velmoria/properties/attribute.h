@@ -30,21 +30,26 @@ class VELMORIA_API Attribute final : public Object, public Reporting {
 
   std::string_view ReportedType() const noexcept override { return "Attribute"; }
 
-  /// The value in the storage of the DataType: Empty reads as the zero of its type, Null as Null. Raises 15000 for a
-  /// setting whose stored text is no such value.
+  /// The value in the storage of the DataType: Empty reads as the zero of its type, Null as Null; dtVariant and
+  /// dtByteArray give it as it is stored. Raises 15000 for a setting whose stored text is no such value.
   Variant Value() const;
-  /// Always stores and stamps, the present value too. Empty and Null are kept as they are. Raises 15021 when not
-  /// Modifiable, 15161 for a text beyond Size, 15020 for a value that does not convert.
+  /// Always stores and makes its collection Dirty, the present value too. Empty and Null are kept as they are;
+  /// dtVariant and dtByteArray take anything. Raises 15021 when not Modifiable, whatever the value, 15161 for a text of
+  /// a dtString beyond Size, 15020 for a value that does not convert (the cause, 6 or 13, is a warning beside it). A
+  /// refused value changes nothing.
   void SetValue(const Variant& value);
 
+  /// It changes by RenameItem of the collection.
   std::string Name() const;
   zDataTypes DataType() const;
   /// Raises 15002 when Locked; the value stays as it is stored. So do the two setters below.
   void SetDataType(zDataTypes value);
+  /// The longest text of a dtString in characters; 0 and below is no limit.
   std::int32_t Size() const;
   void SetSize(std::int32_t value);
   bool Modifiable() const;
   void SetModifiable(bool value);
+  /// Never refused.
   bool Locked() const;
   void SetLocked(bool value);
 

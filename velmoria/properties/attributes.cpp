@@ -43,30 +43,31 @@ void Attributes::CheckAdd(std::string_view routine, const std::string& name, con
 void Attributes::Add(const AttributePtr& item, const Position& position) {
   const auto name = item ? item->Name() : std::string();
   CheckAdd("Add", name, position);
-  try {
-    if (!item) Fail(RuntimeFailure::ObjectNotSet);
-    Members();
-    if (data_) data_->Add(item->Data(), position);
-    InsertAt(items_, item, name, position);
-  } catch (...) { Failed("Add", errAdd_Attribute, AddTexts(name, position)); }
+  Insert("Add", item, name, position);
 }
 
 AttributePtr Attributes::SetupItem(const AttributeFields& fields, const Position& position) {
   CheckAdd("SetupItem", fields.Name, position);
-  auto item = SetupData(fields, position);
-  try {
-    InsertAt(items_, item, fields.Name, position);
-  } catch (...) { Failed("SetupItem", errAdd_Attribute, AddTexts(fields.Name, position)); }
+  auto item = NewItem(fields);
+  Insert("SetupItem", item, fields.Name, position);
   return item;
 }
 
-AttributePtr Attributes::SetupData(const AttributeFields& fields, const Position& position) try {
-  Members();
-  if (data_) return Make<Attribute>(data_->SetupItem(fields, position));
+AttributePtr Attributes::NewItem(const AttributeFields& fields) const try {
   auto data = Make<AttributeData>();
   data->Setup(fields);
   return Make<Attribute>(std::move(data));
 } catch (...) { Failed("SetupItem"); }
+
+// Another collection may stand on the same definition, so both this list and the definition's must take the item.
+void Attributes::Insert(std::string_view routine, const AttributePtr& item, const std::string& name,
+                        const Position& position) try {
+  if (!item) Fail(RuntimeFailure::ObjectNotSet);
+  const auto place = PlaceOf(Members(), position);
+  if (items_.FindKey(name)) Fail(RuntimeFailure::KeyInUse);
+  if (data_) data_->Add(item->Data(), position);
+  items_.Insert(place, item, name);
+} catch (...) { Failed(routine, errAdd_Attribute, AddTexts(name, position)); }
 
 AttributePtr Attributes::Find(const Variant& index) const {
   const auto* found = Members().Find(index);
@@ -89,10 +90,12 @@ void Attributes::Remove(const Variant& index) {
 }
 
 void Attributes::RenameItem(const std::string& name, const std::string& newName) try {
-  Members();
+  const auto place = Members().PositionOf(name);
   if (!data_) Raise(errNotSupported_Rename, "RenameItem");
+  if (items_.FindKey(newName)) Raise(errRename_Attribute, "RenameItem", {name, newName});
+  Item(name);
   data_->RenameItem(name, newName);
-  items_.Rename(items_.PositionOf(std::string_view(name)), newName);
+  items_.Rename(place, newName);
 } catch (...) { Failed("RenameItem"); }
 
 std::int32_t Attributes::Count() const { return static_cast<std::int32_t>(Members().Count()); }

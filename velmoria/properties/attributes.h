@@ -13,7 +13,8 @@
 namespace velmoria {
 
 /// Attributes by name. Those of a Property change its definition; a transient collection has no definition behind it
-/// and its members cannot be renamed. Locked guards SupportsAdd and SupportsRemove and does not reach the members.
+/// and its members cannot be renamed. Members stay alive while somebody holds them, also after Remove. Locked guards
+/// SupportsAdd and SupportsRemove and does not reach the members. A refused operation changes nothing.
 class VELMORIA_API Attributes final : public Object, public Reporting {
  public:
   using Iterator = KeyedList<AttributePtr>::Iterator;
@@ -35,7 +36,7 @@ class VELMORIA_API Attributes final : public Object, public Reporting {
   /// By 1-based position or name. Raises 15083 when SupportsRemove is False, 15132 otherwise, after 15062 for a miss.
   void Remove(const Variant& index);
   /// The position stays. Raises 15085 for a transient collection, 15148 when the new name is taken, even by the member
-  /// itself.
+  /// itself in another case, 15062 for a miss.
   void RenameItem(const std::string& name, const std::string& newName);
 
   std::int32_t Count() const;
@@ -65,7 +66,8 @@ class VELMORIA_API Attributes final : public Object, public Reporting {
 
  private:
   const KeyedList<AttributePtr>& Members() const;
-  AttributePtr SetupData(const AttributeFields& fields, const Position& position);
+  AttributePtr NewItem(const AttributeFields& fields) const;
+  void Insert(std::string_view routine, const AttributePtr& item, const std::string& name, const Position& position);
   void CheckAdd(std::string_view routine, const std::string& name, const Position& position) const;
 
   PropertyDataPtr definition_;

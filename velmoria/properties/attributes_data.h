@@ -34,15 +34,16 @@ class AttributesData final : public Object, public Reporting {
   void Remove(const Variant& index);
   /// The position stays. Raises 15148 when the new name is taken, even by the member itself.
   void RenameItem(const std::string& name, const std::string& newName);
+  /// A clean one with copies of the members.
   AttributesDataPtr Copy() const;
 
+  /// Whether a member came, went, was renamed or changed.
   bool Dirty() const;
   void ClearDirty();
   std::string Details() const;
 
  private:
   std::string StateDetails() const override { return Details(); }
-  void Insert(const AttributeDataPtr& item, const Position& position);
   void Stamp();
 
   KeyedList<AttributeDataPtr> items_;

@@ -118,6 +118,67 @@ TEST_F(AttributeTest, BinaryAndUntypedValuesAreKeptWithoutATest) {
   EXPECT_EQ(untyped->Value(), Variant("x"));
 }
 
+TEST_F(AttributeTest, ReadOnlyOneRefusesEmptyNullAndWhatDoesNotConvertAlike) {
+  const auto attribute = Made({.Name = "A", .Value = 5, .DataType = dtLongInteger, .Modifiable = false});
+  for (const auto& value : {Variant(), Variant::Null(), Variant("abc")}) {
+    ExpectRaised(errAttribute_Modify, [&] { attribute->SetValue(value); }, {.Count = 1});
+  }
+  attribute->SetModifiable(true);
+  attribute->SetValue(6);
+  EXPECT_EQ(attribute->Value(), Variant(6));
+}
+
+TEST_F(AttributeTest, RefusalsNameTheDataAndTheSettersTheAttribute) {
+  EXPECT_TRUE(Thrown([] { OfType(dtLongInteger)->SetValue("abc"); }));
+  EXPECT_EQ(apartment_.Messages().Item("15020")->TypeName(), "AttributeData");
+  EXPECT_EQ(apartment_.Messages().Item("15020")->RoutineName(), "Value (Let)");
+  EXPECT_TRUE(Thrown([] { Made({.Name = "A", .Locked = true})->SetSize(1); }));
+  EXPECT_EQ(apartment_.Messages().Item("15002")->TypeName(), "Attribute");
+}
+
+TEST_F(AttributeTest, MissingValueLeavesItEmpty) {
+  EXPECT_TRUE(Made({.Name = "A"})->Value().IsEmpty());
+  EXPECT_EQ(Made({.Name = "A", .Value = Variant(), .DataType = dtDate})->Value(), Variant(Date{}));
+}
+
+TEST_F(AttributeTest, FirstValueMeetsTheTests) {
+  ExpectRaised(errAttribute_DataType, [] { Made({.Name = "A", .Value = "x", .DataType = dtDate}); });
+  ExpectRaised(errValue_Size, [] { Made({.Name = "A", .Value = "abc", .DataType = dtString, .Size = 2}); });
+}
+
+TEST_F(AttributeTest, UnreadableSettingFailsWhenItIsReadAndShowsItsText) {
+  const auto attribute = OfType(dtBoolean);
+  attribute->Data()->SetStoredValue("maybe");
+  ExpectReported(RuntimeFailure::TypeMismatch, [&] { attribute->Value(); });
+  EXPECT_EQ(attribute->Details(), "Attribute: 'A'  DataType: 'Boolean'  Value: 'maybe'");
+  attribute->SetValue(true);
+  EXPECT_EQ(attribute->Value(), Variant(true));
+}
+
+class AttributeOutsideTest : public AttributeTest, public testing::WithParamInterface<std::int32_t> {};
+
+TEST_P(AttributeOutsideTest, DataTypeAndSizeOutsideAreKept) {
+  const auto attribute = Made({.Name = "A", .Value = "kept"});
+  attribute->SetDataType(zDataTypes{GetParam()});
+  attribute->SetSize(GetParam());
+  EXPECT_EQ(attribute->DataType(), zDataTypes{GetParam()});
+  EXPECT_EQ(attribute->Size(), GetParam());
+  EXPECT_EQ(attribute->Value(), Variant("kept"));
+  EXPECT_EQ(attribute->Details(), "Attribute: 'A'  DataType: ''  Value: 'kept'");
+  attribute->SetValue(Variant::ArrayOfValues({1}));
+  EXPECT_TRUE(attribute->Value().IsArray());
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, AttributeOutsideTest, testing::Values(-1, 12, 2147483647, -2147483647 - 1));
+
+TEST_F(AttributeTest, OtherDataTypeLeavesTheStoredValue) {
+  const auto attribute = Made({.Name = "A", .Value = "2.5", .DataType = dtString});
+  attribute->SetDataType(dtInteger);
+  EXPECT_EQ(attribute->Value(), Variant(std::int16_t{2}));
+  attribute->SetDataType(dtString);
+  EXPECT_EQ(attribute->Value(), Variant("2.5"));
+}
+
 TEST_F(AttributeTest, DetailsShowNameTypeAndValue) {
   EXPECT_EQ(Made({.Name = "A", .Value = 5, .DataType = dtLongInteger})->Details(),
             "Attribute: 'A'  DataType: 'Long Integer'  Value: '5'");

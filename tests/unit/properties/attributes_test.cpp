@@ -179,6 +179,86 @@ TEST_F(AttributesTest, RefusedValueLeavesTheCollectionAsItWas) {
   EXPECT_EQ(property_->Data()->AttributesData()->Count(), 3);
 }
 
+TEST_F(AttributesTest, RefusalNamesTheCollectionItsRoutineAndTheCause) {
+  EXPECT_TRUE(Thrown([&] { bound_->SetupItem({.Name = "A"}); }));
+  EXPECT_EQ(apartment_.Messages().Item("457")->SeverityFlags(), svfWarning);
+  EXPECT_EQ(apartment_.Messages().Item("15004")->TypeName(), "Attributes");
+  EXPECT_EQ(apartment_.Messages().Item("15004")->RoutineName(), "SetupItem");
+}
+
+TEST_F(AttributesTest, RemovedMemberLivesOnAndCanBeAddedAgain) {
+  const auto member = bound_->Item("B");
+  bound_->Remove("b");
+  member->SetValue(1);
+  bound_->Add(member, {.After = "C"});
+  EXPECT_EQ(Names(*bound_), "ACB");
+  EXPECT_EQ(bound_->Item("B"), member);
+  EXPECT_EQ(property_->Data()->AttributesData()->Item(3)->Value(), Variant(1));
+}
+
+TEST_F(AttributesTest, FlagOfRemovalIsAskedBeforeTheMemberIsLookedFor) {
+  bound_->SetSupportsRemove(false);
+  ExpectRaised(errNotSupported_Remove, [&] { bound_->Remove("X"); }, {.Count = 1});
+  bound_->SetSupportsAdd(false);
+  ExpectRaised(errNotSupported_Add, [&] { bound_->SetupItem({.Name = "X"}, {.Before = 1, .After = 1}); });
+}
+
+TEST_F(AttributesTest, CollectionMadeForbiddingOrLockedIsSo) {
+  const auto attributes = framework_.CreateAttributes(true, false);
+  EXPECT_TRUE(attributes->Locked());
+  EXPECT_TRUE(attributes->SupportsAdd());
+  EXPECT_FALSE(attributes->SupportsRemove());
+  ExpectRaised(errVelmoria_Locked, [&] { attributes->Setup(false, true, true); });
+}
+
+// Two collections over one definition, as two rows have them
+
+class AttributesOfTwoTest : public AttributesTest {
+ protected:
+  AttributesOfTwoTest() {
+    other_.Bind(property_->Data());
+    EXPECT_EQ(Names(other_), "ABC");
+  }
+
+  Attributes other_;
+};
+
+TEST_F(AttributesOfTwoTest, NameThatTheDefinitionHasIsRefusedByBoth) {
+  bound_->SetupItem({.Name = "D"});
+  ExpectRaised(errAdd_Attribute, [&] { other_.SetupItem({.Name = "D"}); });
+  EXPECT_EQ(Names(other_), "ABC");
+  EXPECT_EQ(Names(*property_->Data()->AttributesData()), "ABCD");
+}
+
+TEST_F(AttributesOfTwoTest, PlaceThatOnlyOneOfThemHasChangesNeither) {
+  bound_->SetupItem({.Name = "D"});
+  ExpectRaised(errAdd_Attribute, [&] { other_.SetupItem({.Name = "E"}, {.Before = "D"}); });
+  ExpectRaised(errAdd_Attribute, [&] { other_.Add(Loose("E"), {.After = 4}); });
+  EXPECT_EQ(Names(other_), "ABC");
+  EXPECT_EQ(Names(*property_->Data()->AttributesData()), "ABCD");
+}
+
+TEST_F(AttributesOfTwoTest, RenamingWhatOnlyOneOfThemHasChangesNeither) {
+  bound_->SetupItem({.Name = "D"});
+  ExpectRaised(errItem_Attribute, [&] { other_.RenameItem("D", "E"); }, {.Text = "Index: 'D'"});
+  ExpectRaised(errRename_Attribute, [&] { other_.RenameItem("A", "D"); });
+  bound_->Remove("A");
+  ExpectRaised(errRename_Attribute, [&] { other_.RenameItem("B", "A"); }, {.Text = "NewName: 'A'"});
+  EXPECT_EQ(Names(other_), "ABC");
+  EXPECT_EQ(Names(*property_->Data()->AttributesData()), "BCD");
+}
+
+TEST_F(AttributesOfTwoTest, MemberThatTheDefinitionLostCannotBeRemoved) {
+  bound_->Remove("A");
+  ExpectRaised(errItem_Attribute, [&] { other_.Remove("A"); });
+  EXPECT_EQ(Names(other_), "ABC");
+}
+
+TEST_F(AttributesOfTwoTest, ValueIsTheSameInBoth) {
+  bound_->Item("A")->SetValue(7);
+  EXPECT_EQ(other_.Item("A")->Value(), Variant(7));
+}
+
 TEST_F(AttributesTest, DefinitionIsDirtyWhenMembersComeGoOrChange) {
   const auto data = property_->Data()->AttributesData();
   data->ClearDirty();
