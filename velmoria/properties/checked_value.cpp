@@ -1,9 +1,11 @@
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "velmoria/properties/checked_value_impl.h"
 #include "velmoria/properties/property_data.h"
 #include "velmoria/properties/typed_value_impl.h"
+#include "velmoria/runtime/error.h"
 #include "velmoria/runtime/text.h"
 
 namespace velmoria {
@@ -28,6 +30,17 @@ std::optional<Refusal> RefusalOfBytes(const Variant& value, const PropertyData& 
   return Refusal{errValue_BLOB, {definition.Name(), type}};
 }
 
+// By the whole second; what is no date at all differs from every one.
+bool DiffersFromDate(Date old, const Variant& present) {
+  if (present.IsNull()) return true;
+  try {
+    return SecondsBetween(old, present.AsDate()) != 0;
+  } catch (const Error&) { return true; }
+}
+
+// NaN is a number, but not even the same as itself.
+bool IsOrdered(const Variant& value) { return value.IsNumber() && !std::isnan(value.AsDouble()); }
+
 }  // namespace
 
 std::optional<Refusal> RefusalOf(const Variant& value, const PropertyData& definition) {
@@ -50,19 +63,18 @@ bool DiffersFromOld(const Variant& old, const Variant& present) {
                                      VarType::Array};
   if (old.IsEmpty()) return !present.IsEmpty();
   if (old.IsNull()) return !present.IsNull();
-  if (old.Type() == VarType::Date) {
-    if (present.IsEmpty()) return SecondsBetween(old.AsDate(), Date{}) != 0;
-    return present.Type() != VarType::Date || SecondsBetween(old.AsDate(), present.AsDate()) != 0;
-  }
+  if (old.Type() == VarType::Date) return DiffersFromDate(old.AsDate(), present);
   if (std::ranges::find(kAlwaysDiffer, old.Type()) != kAlwaysDiffer.end()) return true;
   if (present.IsEmpty() || present.IsNull()) return true;
-  if (old.IsNumber() && present.IsNumber()) return Compare(old, present) != 0;
+  if (IsOrdered(old) && IsOrdered(present)) return Compare(old, present) != 0;
   return !(old == present);
 }
 
 std::string ValueText(const Variant& value) {
   if (value.IsNull()) return {};
-  return value.IsArray() || value.IsObject() || value.IsMissing() ? "(" + value.TypeName() + ")" : value.AsText();
+  try {
+    return value.AsText();
+  } catch (const Error&) { return "(" + value.TypeName() + ")"; }
 }
 
 }  // namespace velmoria

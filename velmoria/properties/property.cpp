@@ -30,6 +30,13 @@ void Property::Bind(PropertyDataPtr data, RecordsetPtr recordset, std::int32_t r
   editFlags_ = editFlags;
 }
 
+// One that nobody has bound is as good as one made without a name.
+void Property::MakeDefinition() const {
+  auto definition = Make<PropertyData>();
+  definition->Setup(psNonPersistent, {.Name = {}});
+  data_ = std::move(definition);
+}
+
 RecordsetPtr Property::Recordset() const { return recordset_; }
 
 Property::Rare& Property::MakeRare() {
@@ -41,17 +48,17 @@ const Parents& Property::HeldParents() const { return rare_ ? rare_->Family : Pa
 
 void Property::SetParents(zPropertyStyles style, const Parents& parents) try {
   if (auto conflict = MakeRare().Family.Take(parents)) Raise(conflict->Number, "SetParents", {conflict->Name});
-  if (style != psNone) data_->SetStyle(style);
+  if (style != psNone) Data()->SetStyle(style);
 } catch (...) { Failed("SetParents"); }
 
 void Property::ClearParents(zPropertyStyles style, const ParentSlots& slots) {
   if (rare_) rare_->Family.Clear(slots);
-  if (style != psNone) data_->SetStyle(style);
+  if (style != psNone) Data()->SetStyle(style);
 }
 
 PropertyPtr Property::Copy(const std::string& name, bool recursive) const try {
   auto copy = Make<Property>();
-  copy->Bind(data_->Copy(name, recursive, StoredValue()), Parents{}, EditFlags());
+  copy->Bind(Data()->Copy(name, recursive, StoredValue()), Parents{}, EditFlags());
   return copy;
 } catch (...) { Failed("Copy"); }
 
@@ -59,7 +66,7 @@ AttributesPtr Property::Attributes() try {
   auto& attributes = MakeRare().OwnAttributes;
   if (!attributes) {
     attributes = Make<velmoria::Attributes>();
-    attributes->Bind(data_);
+    attributes->Bind(Data());
   }
   return attributes;
 } catch (...) { Failed("Attributes (Get)"); }
@@ -70,20 +77,20 @@ void Property::SetAttributes(AttributesPtr value) try {
 } catch (...) { Failed("Attributes (Let)"); }
 
 Variant Property::DisplayValue() const try {
-  if (data_->DataType() == dtByteArray) return "(Byte Array)";
+  if (Data()->DataType() == dtByteArray) return "(Byte Array)";
   auto value = Value();
   if (value.IsNull()) return "(Null)";
   if (value.IsEmpty()) return "(Empty)";
-  return data_->FormatText().empty() ? value : Formatted(value);
+  return Data()->FormatText().empty() ? value : Formatted(value);
 } catch (...) { Failed("DisplayValue"); }
 
 Variant Property::Formatted(const Variant& value) const try {
-  return velmoria::FormatText(value, data_->FormatText());
-} catch (...) { Failed("DisplayValue", errProperty_DisplayValue, {data_->FormatText()}); }
+  return velmoria::FormatText(value, Data()->FormatText());
+} catch (...) { Failed("DisplayValue", errProperty_DisplayValue, {Data()->FormatText()}); }
 
 std::string Property::Details() const {
-  return "Property: " + Quoted(data_->Name()) + "  Value: " + ValueText(DisplayValue()) +
-         "  DataType: " + Quoted(DataTypeName()) + "  SourceName: " + Quoted(data_->SourceName()) +
+  return "Property: " + Quoted(Data()->Name()) + "  Value: " + ValueText(DisplayValue()) +
+         "  DataType: " + Quoted(DataTypeName()) + "  SourceName: " + Quoted(Data()->SourceName()) +
          "  SourceDataType: " + Quoted(SourceDataTypeName());
 }
 

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "velmoria/core/now.h"
 #include "velmoria/properties/attributes_data.h"
 #include "velmoria/properties/checked_value_impl.h"
@@ -7,8 +9,7 @@
 namespace velmoria {
 
 void PropertyData::SetValue(const Variant& value) {
-  oldValue_ = fields_.Value;
-  fields_.Value = value;
+  oldValue_ = std::exchange(fields_.Value, Variant(value));  // the value given may be the old one itself
   SetDirty();
 }
 

@@ -45,18 +45,19 @@ zEngines Property::Engine() const {
   const auto& parents = HeldParents();
   if (parents.Source) return parents.Source->Engine();
   if (parents.Connector) return parents.Connector->Engine();
-  return data_->Engine();
+  if (parents.Database) return parents.Database->Fields().Engine;
+  return Data()->Engine();
 }
 
 zSourceTypes Property::SourceType() const {
-  if (data_->Style() == psParameter) {
+  if (Data()->Style() == psParameter) {
     const auto& source = HeldParents().Source;
     return source ? source->Fields().SourceType : stNone;
   }
-  if (data_->Style() == psPersistent) {
+  if (Data()->Style() == psPersistent) {
     if (const auto source = SourceOf(recordset_)) return source->SourceType();
   }
-  return data_->SourceTable().empty() ? stNone : stTable;
+  return Data()->SourceTable().empty() ? stNone : stTable;
 }
 
 std::string Property::SourceTypeName() const { return velmoria::SourceTypeName(SourceType()); }

@@ -9,7 +9,7 @@ namespace velmoria {
 
 zStateFlags Property::StateFlags() const {
   if (recordset_) return recordset_->StateFlags(row_);
-  return data_->DirtyValue() ? state_ | sfdirty : state_;
+  return Data()->DirtyValue() ? state_ | sfdirty : state_;
 }
 
 std::string Property::StateFlagsDisplay() const { return velmoria::StateFlagsDisplay(StateFlags()); }
@@ -23,13 +23,13 @@ std::string Property::EditFlagsDisplay() const { return velmoria::EditFlagsDispl
 
 void Property::SetStateFlags(zStateFlags flags) {
   state_ = flags;
-  data_->SetDirty();
+  Data()->SetDirty();
 }
 
-void Property::ClearDirty() { data_->ClearDirty(); }
+void Property::ClearDirty() { Data()->ClearDirty(); }
 
 void Property::MarkUpdated() try {
-  if (has(StateFlags(), sfNew) && EmptyValue() && data_->Modifiable()) SetValue(Variant::Null());
+  if (has(StateFlags(), sfNew) && EmptyValue() && Data()->Modifiable()) SetValue(Variant::Null());
   SetStateFlags(StateFlags() | sfpersistent);
   if (has(StateFlags(), sfpendingdelete)) {
     SetStateFlags(StateFlags() | sfdeleted);

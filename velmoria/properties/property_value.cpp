@@ -8,21 +8,21 @@
 
 namespace velmoria {
 
-Variant Property::StoredValue() const { return recordset_ ? recordset_->Values(row_, *data_) : data_->Value(); }
+Variant Property::StoredValue() const { return recordset_ ? recordset_->Values(row_, *Data()) : Data()->Value(); }
 
 Variant Property::Value() const try {
   auto value = StoredValue();
-  const auto dataType = data_->DataType();
+  const auto dataType = Data()->DataType();
   if (VarTypeMatches(value.Type(), dataType) || value.IsNull()) return value;
-  if (value.IsEmpty() && !data_->StoredDefaultValue().IsEmpty()) return data_->DefaultValue();
+  if (value.IsEmpty() && !Data()->StoredDefaultValue().IsEmpty()) return Data()->DefaultValue();
   return ConvertToDataType(value, dataType);
 } catch (...) { Failed("Value (Get)"); }
 
 void Property::SetValue(const Variant& value) try {
-  if (!data_->Modifiable()) Raise(errProperty_Modify, "Value (Let)", {data_->Name()});
+  if (!Data()->Modifiable()) Raise(errProperty_Modify, "Value (Let)", {Data()->Name()});
   const auto present = StoredValue();
-  if (auto refusal = RefusalOf(value, *data_)) Raise(refusal->Number, "Value (Let)", refusal->Texts);
-  const auto converted = value.IsEmpty() || value.IsNull() ? value : ConvertToDataType(value, data_->DataType());
+  if (auto refusal = RefusalOf(value, *Data())) Raise(refusal->Number, "Value (Let)", refusal->Texts);
+  const auto converted = value.IsEmpty() || value.IsNull() ? value : ConvertToDataType(value, Data()->DataType());
   if (VariantsEqual(converted, present) || BeforeValueChange.Raise(converted)) return;
   StoreValue(converted);
   AfterValueChange.Raise();
@@ -30,50 +30,50 @@ void Property::SetValue(const Variant& value) try {
 
 void Property::StoreValue(const Variant& value) {
   if (recordset_) {
-    recordset_->SetValue(row_, *data_, value);
+    recordset_->SetValue(row_, *Data(), value);
   } else {
-    data_->SetValue(value);
+    Data()->SetValue(value);
   }
 }
 
 void Property::ValueFailed(const Variant& value) const {
   if (CurrentError().CatalogueNumber() != 0) Failed("Value (Let)");
-  const auto mismatch = MismatchOf(value, *data_);
+  const auto mismatch = MismatchOf(value, *Data());
   Failed("Value (Let)", mismatch.Number, mismatch.Texts);
 }
 
 Variant Property::OldValue() const try {
-  return recordset_ ? recordset_->OldValues(row_, *data_) : data_->OldValue();
+  return recordset_ ? recordset_->OldValues(row_, *Data()) : Data()->OldValue();
 } catch (...) { Failed("OldValue (Get)"); }
 
 void Property::Undo() try {
   if (recordset_) {
-    recordset_->Undo(row_, *data_);
+    recordset_->Undo(row_, *Data());
     return;
   }
-  data_->Undo();
+  Data()->Undo();
   MarkUndone();
 } catch (...) { Failed("Undo"); }
 
 bool Property::DirtyValue() const try {
-  return recordset_ ? recordset_->Dirty(row_, *data_) : data_->DirtyValue();
+  return recordset_ ? recordset_->Dirty(row_, *Data()) : Data()->DirtyValue();
 } catch (...) { Failed("DirtyValue (Get)"); }
 
-bool Property::Dirty() const { return data_->Dirty(); }
+bool Property::Dirty() const { return Data()->Dirty(); }
 
 bool Property::EmptyValue() const try {
-  return recordset_ ? recordset_->Values(row_, *data_).IsEmpty() : data_->Value().IsEmpty();
+  return recordset_ ? recordset_->Values(row_, *Data()).IsEmpty() : Data()->Value().IsEmpty();
 } catch (...) { Failed("EmptyValue (Get)"); }
 
 bool Property::RequiresValue() const {
-  return has(data_->Flags(), pfInput) && has(data_->Flags(), pfRequired) && EmptyValue();
+  return has(Data()->Flags(), pfInput) && has(Data()->Flags(), pfRequired) && EmptyValue();
 }
 
-Variant Property::DefaultValue() const try { return data_->DefaultValue(); } catch (...) {
+Variant Property::DefaultValue() const try { return Data()->DefaultValue(); } catch (...) {
   Failed("DefaultValue (Get)");
 }
 
-void Property::SetDefaultValue(const Variant& value) try { data_->SetDefaultValue(value); } catch (...) {
+void Property::SetDefaultValue(const Variant& value) try { Data()->SetDefaultValue(value); } catch (...) {
   Failed("DefaultValue (Let)");
 }
 

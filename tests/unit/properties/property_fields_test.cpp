@@ -113,6 +113,91 @@ TEST_F(PropertyMetadataTest, SourceKeyNeedsTableAndColumn) {
   EXPECT_EQ(key("orders", ""), "");
 }
 
+class PropertyOutsideTest : public testing::TestWithParam<std::int32_t> {
+ protected:
+  ScopedApartment apartment_;
+  PropertyPtr property_ = Framework().CreateProperty({.Name = "X", .Value = "kept"})->Copy();
+};
+
+TEST_P(PropertyOutsideTest, DataTypeOutsideIsAsGoodAsVariant) {
+  property_->SetDataType(zDataTypes{GetParam()});
+  EXPECT_EQ(property_->DataType(), zDataTypes{GetParam()});
+  EXPECT_EQ(property_->DataTypeName(), "");
+  EXPECT_EQ(property_->DisplayValue(), Variant("kept"));
+  property_->SetValue(7);
+  EXPECT_EQ(property_->Value(), Variant(7));
+  property_->SetDefaultValue("7");
+  EXPECT_EQ(property_->DefaultValue(), Variant("7"));
+  EXPECT_EQ(property_->Details(), "Property: 'X'  Value: 7  DataType: ''  SourceName: ''  SourceDataType: 'Variant'");
+}
+
+TEST_P(PropertyOutsideTest, SourceDataTypeOutsideIsShownAsVariant) {
+  property_->SetSourceDataType(zSourceDataTypes{GetParam()});
+  EXPECT_EQ(property_->SourceDataType(), zSourceDataTypes{GetParam()});
+  EXPECT_EQ(property_->SourceDataTypeName(), "Variant");
+  property_->Data()->SetEngine(engAccess);
+  EXPECT_EQ(property_->SourceDataTypeName(), "Variant");
+}
+
+TEST_P(PropertyOutsideTest, FlagsCountByTheirBits) {
+  property_->SetFlags(zPropertyFlags{GetParam()});
+  EXPECT_EQ(property_->Flags(), zPropertyFlags{GetParam()});
+  EXPECT_EQ(property_->Counter(), (GetParam() & 32) != 0);
+  const auto error = Thrown([&] { property_->SetValue(Variant::Null()); });
+  EXPECT_EQ(error ? error->CatalogueNumber() : 0, (GetParam() & 1) != 0 ? 15162 : 0);
+}
+
+TEST_P(PropertyOutsideTest, SizeIsKeptAsGiven) {
+  property_->SetSize(GetParam());
+  EXPECT_EQ(property_->Size(), GetParam());
+}
+
+TEST_P(PropertyOutsideTest, EngineOutsideIsKept) {
+  property_->Data()->SetEngine(zEngines{GetParam()});
+  EXPECT_EQ(property_->Engine(), zEngines{GetParam()});
+  EXPECT_EQ(property_->SourceDataTypeName(), "Variant");
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, PropertyOutsideTest,
+                         testing::Values(-1000, 64, 99, 2147483647, -2147483647 - 1, 0x55555540));
+
+TEST_F(PropertyMetadataTest, AllFlagsShowAllWords) {
+  const auto property = Framework().CreateProperty({.Name = "X", .Flags = zPropertyFlags{-1}});
+  EXPECT_EQ(property->FlagsDisplay(), "Allow Zero Length; Counter/Identity; Input; Output; Required; Return");
+  property->SetFlags(zPropertyFlags{64});
+  EXPECT_EQ(property->FlagsDisplay(), "");
+}
+
+TEST_F(PropertyMetadataTest, WhatIsNoOperatorIsRefusedAndNotStored) {
+  const auto property = Framework().CreateProperty({.Name = "X"})->Copy();
+  for (const char* each : {"", " ", "==", "!=", "= ", "><", "Like", "\xff"}) {
+    ExpectRaised(errInvalid_Operator, [&] { property->SetOperator(each); }, {.Text = each, .Count = 1});
+  }
+  EXPECT_EQ(property->Operator(), "=");
+  EXPECT_FALSE(property->Dirty());
+}
+
+TEST_F(PropertyMetadataTest, WrongOperatorIsReportedByTheDefinition) {
+  EXPECT_THROW(Framework().CreateProperty({.Name = "X"})->SetOperator("!="), Error);
+  EXPECT_EQ(Framework().Messages()->Item("15056")->TypeName(), "PropertyData");
+  EXPECT_EQ(Framework().Messages()->Item("15056")->RoutineName(), "Operator (Let)");
+}
+
+TEST_F(PropertyMetadataTest, OtherSettersOfABoundPropertyAreNotRefused) {
+  const SampleRows rows;
+  const auto property = rows.Row(0)->Item("Name");
+  property->SetCaption("c");
+  EXPECT_EQ(rows.Row(1)->Item("Name")->Caption(), "c");
+}
+
+TEST_F(PropertyMetadataTest, OtherDataTypeLeavesTheStoredValue) {
+  const auto property = Framework().CreateProperty({.Name = "X", .Value = 2.5, .DataType = dtDouble});
+  property->SetDataType(dtLongInteger);
+  EXPECT_EQ(property->Value(), Variant(2));
+  property->SetDataType(dtDouble);
+  EXPECT_EQ(property->Value(), Variant(2.5));
+}
+
 TEST_F(PropertyMetadataTest, DisplayNames) {
   const auto property = Framework().CreateProperty(
       {.Name = "X", .DataType = dtLongInteger, .SourceDataType = dtRDOINTEGER, .Flags = pfcounter});

@@ -70,6 +70,94 @@ TEST_F(PropertyStateTest, DirtyStaysTrueAfterAWriteThoughDirtyValueDoesNot) {
   EXPECT_FALSE(property->DirtyValue());
 }
 
+struct Updated {
+  int Before;
+  Variant Value;
+  int After;
+};
+
+class PropertyUpdatedTest : public PropertyStateTest, public testing::WithParamInterface<Updated> {};
+
+TEST_P(PropertyUpdatedTest, WriteEndsInItsState) {
+  const auto property = New(GetParam().Value);
+  property->SetStateFlags(zStateFlags{GetParam().Before});
+  property->MarkUpdated();
+  EXPECT_EQ(static_cast<int>(property->StateFlags()), GetParam().After);
+  EXPECT_FALSE(property->DirtyValue());
+}
+
+// 34 is a new one, 8 a pending delete, 16 dirty. A deleted one counts as persistent, too, behind a write.
+INSTANTIATE_TEST_SUITE_P(Table, PropertyUpdatedTest,
+                         testing::Values(Updated{34, 1, 1}, Updated{34, {}, 1}, Updated{2, 1, 1}, Updated{1, 1, 1},
+                                         Updated{1, {}, 1}, Updated{1 + 16, 1, 1}, Updated{1 + 8 + 16, 1, 4},
+                                         Updated{34 + 8 + 16, 1, 4}, Updated{34 + 8, {}, 4}, Updated{8, 1, 4},
+                                         Updated{32, 1, 1}, Updated{4, 1, 5}));
+
+TEST_F(PropertyStateTest, FlagsAreJoinedAndNotAdded) {
+  const auto property = New(1);
+  property->MarkUpdated();
+  property->MarkUpdated();
+  EXPECT_EQ(property->StateFlags(), sfpersistent);
+}
+
+TEST_F(PropertyStateTest, NullOfTheWriteRaisesEventsThatMayVeto) {
+  const auto property = New();
+  int calls = 0;
+  property->BeforeValueChange += [&](const Variant& value, bool& Cancel) {
+    calls += value.IsNull() ? 1 : 100;
+    Cancel = true;
+  };
+  property->MarkUpdated();
+  EXPECT_EQ(calls, 1);
+  EXPECT_TRUE(property->EmptyValue());
+  EXPECT_EQ(property->StateFlags(), sfpersistent);
+}
+
+TEST_F(PropertyStateTest, EmptyValueOfAnOldPropertyStaysEmptyByTheWrite) {
+  const auto property = New();
+  property->SetStateFlags(sfpersistent);
+  property->MarkUpdated();
+  EXPECT_TRUE(property->EmptyValue());
+}
+
+TEST_F(PropertyStateTest, RefusedNullOfTheWriteLeavesTheStateNew) {
+  const auto property =
+      Framework().CreateProperty({.Name = "X", .DataType = dtLongInteger, .Flags = pfRequired})->Copy();
+  EXPECT_THROW(property->MarkUpdated(), Error);
+  EXPECT_EQ(property->StateFlags(), sfnonpersistent | sfNew);
+  EXPECT_FALSE(property->Dirty());
+  EXPECT_TRUE(property->EmptyValue());
+}
+
+TEST_F(PropertyStateTest, StateThatIsStoredStampsTheDefinition) {
+  const auto property = New(1)->Copy();
+  property->SetStateFlags(sfpersistent);
+  EXPECT_TRUE(property->Dirty());
+  property->ClearDirty();
+  EXPECT_FALSE(property->Dirty());
+  EXPECT_FALSE(property->DirtyValue());
+}
+
+TEST_F(PropertyStateTest, FreshStatesHaveTheirNumbers) {
+  EXPECT_EQ(static_cast<int>(New()->StateFlags()), 34);
+  EXPECT_EQ(static_cast<int>(New(1)->StateFlags()), 50);
+}
+
+TEST_F(PropertyStateTest, UndoGoesOneStepAndRaisesNoEvent) {
+  const auto property = New(1);
+  property->MarkUpdated();
+  property->SetValue(2);
+  property->SetValue(3);
+  property->SetModifiable(false);
+  property->BeforeValueChange += [](const Variant&, bool&) { ADD_FAILURE(); };
+  property->AfterValueChange += [] { ADD_FAILURE(); };
+  property->Undo();
+  EXPECT_EQ(property->Value(), Variant(2));
+  property->Undo();
+  EXPECT_EQ(property->Value(), Variant(2));
+  EXPECT_EQ(property->StateFlags(), sfpersistent);
+}
+
 struct Undone {
   zStateFlags Before;
   zStateFlags After;

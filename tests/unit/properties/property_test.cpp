@@ -1,5 +1,8 @@
 #include "velmoria/properties/property.h"
 
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
@@ -109,6 +112,72 @@ TEST_F(PropertyTest, DisplayValueWithoutFormatIsTheValueUnconverted) {
 TEST_F(PropertyTest, UnreadableFormatIsReportedWithItsText) {
   const auto property = New({.Name = "X", .Value = 1, .DataType = dtLongInteger, .FormatText = "0\"open"});
   ExpectRaised(errProperty_DisplayValue, [&] { property->DisplayValue(); }, {.Text = "FormatText: '0\"open'"});
+}
+
+TEST_F(PropertyTest, FormatThatDoesNotGoWithTheValueIsReportedToo) {
+  const auto property = New({.Name = "X", .Value = Variant::ArrayOfValues({1}), .FormatText = "0.00"});
+  ExpectRaised(errProperty_DisplayValue, [&] { property->DisplayValue(); }, {.Text = "FormatText: '0.00'", .Count = 2});
+}
+
+TEST_F(PropertyTest, FormatIsNotAskedForNullEmptyAndBytes) {
+  EXPECT_EQ(New({.Name = "X", .Value = Variant::Null(), .FormatText = "\"open"})->DisplayValue(), Variant("(Null)"));
+  EXPECT_EQ(New({.Name = "X", .FormatText = "\"open"})->DisplayValue(), Variant("(Empty)"));
+  EXPECT_EQ(New({.Name = "X", .Value = 1, .DataType = dtByteArray, .FormatText = "\"open"})->DisplayValue(),
+            Variant("(Byte Array)"));
+}
+
+TEST_F(PropertyTest, DisplayValueOfAnUnreadableValueIsItsFailure) {
+  const auto property = New({.Name = "X", .Value = "abc", .DataType = dtLongInteger, .FormatText = "0"});
+  ExpectReported(RuntimeFailure::TypeMismatch, [&] { property->DisplayValue(); });
+}
+
+struct DetailsCase {
+  const char* Name;
+  Variant (*Value)();
+  const char* Shown;
+};
+
+class PropertyDetailsTest : public PropertyTest, public testing::WithParamInterface<DetailsCase> {};
+
+TEST_P(PropertyDetailsTest, DetailsShowEveryValue) {
+  const auto property = New({.Name = "X", .Value = GetParam().Value()});
+  EXPECT_EQ(property->Details(), std::string("Property: 'X'  Value: ") + GetParam().Shown +
+                                     "  DataType: 'Variant'  SourceName: ''  SourceDataType: 'Variant'");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, PropertyDetailsTest,
+    testing::Values(DetailsCase{"Empty", [] { return Variant(); }, "(Empty)"},
+                    DetailsCase{"Null", [] { return Variant::Null(); }, "(Null)"},
+                    DetailsCase{"Text", [] { return Variant("it's"); }, "it's"},
+                    DetailsCase{"Boolean", [] { return Variant(true); }, "True"},
+                    DetailsCase{"Date", [] { return Variant(Date::From(1998, 6, 1)); }, "1998-06-01"},
+                    DetailsCase{"DateOutOfBounds", [] { return Variant(Date{1e9}); }, "(Date)"},
+                    DetailsCase{"Array", [] { return Variant::ArrayOfValues({1}); }, "(Variant())"},
+                    DetailsCase{"Bytes", [] { return Variant(std::vector<Byte>{1}); }, "(Byte())"},
+                    DetailsCase{"Nothing", [] { return Variant(PropertyPtr()); }, "(Nothing)"}),
+    [](const auto& each) { return each.param.Name; });
+
+TEST_F(PropertyTest, PropertyMadeOnItsOwnIsOneWithoutAName) {
+  const auto property = Make<Property>();
+  EXPECT_EQ(property->Name(), "");
+  EXPECT_EQ(property->Operator(), "=");
+  EXPECT_EQ(property->StateFlags(), sfnonpersistent | sfNew);
+  property->SetValue(1);
+  EXPECT_EQ(property->Value(), Variant(1));
+  EXPECT_EQ(Make<Property>()->Attributes()->Count(), 0);
+}
+
+TEST_F(PropertyTest, AttributesAreKeptAndOthersTakeTheirPlace) {
+  const auto property = New({.Name = "X"});
+  const auto own = property->Attributes();
+  EXPECT_EQ(property->Attributes(), own);
+  const auto others = Framework().CreateAttributes();
+  property->SetAttributes(others);
+  EXPECT_EQ(property->Attributes(), others);
+  own->SetupItem({.Name = "A"});
+  property->SetAttributes({});
+  EXPECT_EQ(property->Attributes()->Count(), 1);
 }
 
 TEST_F(PropertyTest, DetailsTellTheValueAndTheTypes) {

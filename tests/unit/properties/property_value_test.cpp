@@ -1,3 +1,6 @@
+#include <stdexcept>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
@@ -231,6 +234,35 @@ TEST_F(PropertyValueTest, FailureAfterTheStoreLeavesTheNewValue) {
   EXPECT_EQ(property->Value().AsLong(), 1);
 }
 
+TEST_F(PropertyValueTest, FailureOfAListenerIsAMismatchOfAnyOtherValue) {
+  const auto property = Of(dtLongInteger);
+  property->BeforeValueChange += [](const Variant&, bool&) { throw std::runtime_error("not today"); };
+  ExpectRaised(errProperty_DataType, [&] { property->SetValue("1"); }, {.Text = "ValueDataType: 'String'", .Count = 2});
+  EXPECT_TRUE(property->EmptyValue());
+}
+
+TEST_F(PropertyValueTest, WhateverAListenerThrowsIsReported) {
+  const auto property = Of(dtString);
+  property->BeforeValueChange += [](const Variant&, bool&) { throw 7; };
+  ExpectRaised(errProperty_Value, [&] { property->SetValue("x"); }, {.Count = 2});
+}
+
+TEST_F(PropertyValueTest, CatalogueErrorOfAListenerStaysTheOneSeen) {
+  const auto property = Of(dtLongInteger);
+  property->BeforeValueChange += [](const Variant&, bool&) { Framework().Servers()->Item("none"); };
+  ExpectRaised(errItem_Server, [&] { property->SetValue(1); }, {.Text = "none"});
+}
+
+TEST_F(PropertyValueTest, ListenerMaySetTheValueItself) {
+  const auto property = Of(dtLongInteger);
+  property->AfterValueChange += [&] {
+    if (property->Value().AsLong() < 3) property->SetValue(property->Value().AsLong() + 1);
+  };
+  property->SetValue(1);
+  EXPECT_EQ(property->Value(), Variant(3));
+  EXPECT_EQ(property->OldValue(), Variant(2));
+}
+
 TEST_F(PropertyValueTest, NothingSurvivesARefusedAssignment) {
   const auto property = New({.Name = "X", .Value = 1, .DataType = dtLongInteger});
   int calls = 0;
@@ -239,156 +271,6 @@ TEST_F(PropertyValueTest, NothingSurvivesARefusedAssignment) {
   EXPECT_EQ(property->Value().AsLong(), 1);
   EXPECT_TRUE(property->OldValue().IsEmpty());
   EXPECT_EQ(calls, 0);
-}
-
-// Events
-
-TEST_F(PropertyValueTest, ListenerSeesTheConvertedValueBeforeItIsStored) {
-  const auto property = Of(dtLongInteger);
-  Variant seen;
-  bool wasEmpty = false;
-  property->BeforeValueChange += [&](const Variant& value, bool&) {
-    seen = value;
-    wasEmpty = property->EmptyValue();
-  };
-  property->SetValue("42");
-  EXPECT_TRUE(seen == Variant(42));
-  EXPECT_TRUE(wasEmpty);
-}
-
-TEST_F(PropertyValueTest, CancelLeavesEverythingAsItWas) {
-  const auto property = Of(dtLongInteger);
-  property->SetValue(1);
-  int after = 0;
-  property->BeforeValueChange += [](const Variant&, bool& Cancel) { Cancel = true; };
-  property->AfterValueChange += [&] { ++after; };
-  property->SetValue(2);
-  EXPECT_EQ(property->Value().AsLong(), 1);
-  EXPECT_TRUE(property->OldValue().IsEmpty());
-  EXPECT_TRUE(property->DirtyValue());
-  EXPECT_EQ(after, 0);
-}
-
-TEST_F(PropertyValueTest, CancelOnACleanPropertyLeavesItClean) {
-  const auto property = Of(dtLongInteger);
-  property->BeforeValueChange += [](const Variant&, bool& Cancel) { Cancel = true; };
-  property->SetValue(2);
-  EXPECT_FALSE(property->DirtyValue());
-}
-
-struct Assignment {
-  const char* Name;
-  Variant First;
-  Variant Second;
-  bool Same;
-};
-
-class PropertySameValueTest : public PropertyValueTest, public testing::WithParamInterface<Assignment> {};
-
-TEST_P(PropertySameValueTest, OnlyAnotherValueRaisesEvents) {
-  const auto property = Of(dtVariant);
-  property->SetValue(GetParam().First);
-  int calls = 0;
-  property->BeforeValueChange += [&](const Variant&, bool&) { ++calls; };
-  property->SetValue(GetParam().Second);
-  EXPECT_EQ(calls, GetParam().Same ? 0 : 1);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Table, PropertySameValueTest,
-    testing::Values(Assignment{"EmptyEmpty", Variant(), Variant(), true},
-                    Assignment{"EmptyNull", Variant(), Variant::Null(), false},
-                    Assignment{"NullNull", Variant::Null(), Variant::Null(), true},
-                    Assignment{"NullZero", Variant::Null(), 0, false}, Assignment{"EqualNumbers", 1, 1, true},
-                    Assignment{"WidthsDiffer", std::int16_t{1}, 1, false}, Assignment{"TextAndNumber", "1", 1, false},
-                    Assignment{"CaseDiffers", "a", "A", false},
-                    Assignment{"SameSecond", Date{35000.25}, Date{35000.25 + 0.4 / 86400}, true},
-                    Assignment{"NextSecond", Date{35000.25}, Date{35000.25 + 1.0 / 86400}, false},
-                    Assignment{"EqualBytes", std::vector<Byte>{1, 2}, std::vector<Byte>{1, 2}, true},
-                    Assignment{"OtherBytes", std::vector<Byte>{1, 2}, std::vector<Byte>{1, 3}, false},
-                    Assignment{"OtherBounds", std::vector<Byte>{1, 2}, std::vector<Byte>{1}, false}),
-    [](const auto& each) { return each.param.Name; });
-
-TEST_F(PropertyValueTest, SecondBoundariesCountAndNotDistances) {
-  const auto property = Of(dtDate);
-  property->SetValue(Date::From({1998, 6, 1, 9, 0, 0, 900}));
-  property->SetValue(Date::From({1998, 6, 1, 9, 0, 1, 100}));
-  EXPECT_EQ(property->Value().AsDate().Parts().Second, 1);
-}
-
-TEST_F(PropertyValueTest, AssigningThePresentValueLeavesTheOldValue) {
-  const auto property = Of(dtLongInteger);
-  property->SetValue(1);
-  property->SetValue(2);
-  property->SetValue(2);
-  EXPECT_EQ(property->OldValue().AsLong(), 1);
-}
-
-// Old values
-
-TEST_F(PropertyValueTest, FreeStandingOldValueIsTheOneBeforeTheLatestChange) {
-  const auto property = New({.Name = "X", .Value = "A", .DataType = dtString});
-  property->SetValue("B");
-  property->SetValue("A");
-  EXPECT_EQ(property->OldValue().AsText(), "B");
-  EXPECT_TRUE(property->DirtyValue());
-}
-
-TEST_F(PropertyValueTest, UndoGoesBackOneStep) {
-  const auto property = Of(dtLongInteger);
-  property->SetValue(1);
-  property->SetValue(2);
-  property->Undo();
-  EXPECT_EQ(property->Value().AsLong(), 1);
-  EXPECT_FALSE(property->DirtyValue());
-}
-
-// Default values
-
-TEST_F(PropertyValueTest, DefaultValueMeetsTheTestsOfAValue) {
-  ExpectRaised(errValue_Size, [&] { New({.Name = "X", .DataType = dtString, .Size = 2})->SetDefaultValue("abc"); });
-  ExpectRaised(errValue_ZeroLength, [&] { Of(dtString, pfRequired)->SetDefaultValue(""); });
-  ExpectRaised(errValue_Required, [&] { Of(dtLongInteger, pfRequired)->SetDefaultValue(Variant::Null()); });
-  ExpectRaised(errValue_BLOB, [&] { Of(dtByteArray)->SetDefaultValue(1); });
-  ExpectRaised(errProperty_DataType, [&] { Of(dtLongInteger)->SetDefaultValue("abc"); },
-               {.Text = "ValueDataType: 'String'"});
-}
-
-TEST_F(PropertyValueTest, EmptyDefaultValueIsStoredEvenWhenRequired) {
-  const auto property = New({.Name = "X", .DataType = dtLongInteger, .Flags = pfRequired, .DefaultValue = 1});
-  property->SetDefaultValue(Variant());
-  EXPECT_TRUE(property->DefaultValue().IsEmpty());
-}
-
-TEST_F(PropertyValueTest, LockedDefinitionRefusesADefaultValueAndLockedPropertyDoesNot) {
-  const auto locked = New({.Name = "X", .DataType = dtLongInteger, .Locked = true});
-  EXPECT_FALSE(locked->Locked());
-  EXPECT_THROW(locked->SetDefaultValue(1), Error);
-  EXPECT_EQ(Framework().Messages()->Item("15002")->TypeName(), "PropertyData");
-  EXPECT_EQ(Framework().Messages()->Item("15002")->RoutineName(), "DefaultValue (Let)");
-  ExpectRaised(errVelmoria_Locked, [&] { locked->SetDefaultValue(1); });
-  const auto free = Of(dtLongInteger);
-  free->SetLocked(true);
-  free->SetDefaultValue(1);
-  EXPECT_EQ(free->DefaultValue().AsLong(), 1);
-}
-
-TEST_F(PropertyValueTest, DefaultValueRaisesNoEventAndStampsNothing) {
-  const auto property = New({.Name = "X", .DataType = dtLongInteger})->Copy();
-  int calls = 0;
-  property->BeforeValueChange += [&](const Variant&, bool&) { ++calls; };
-  property->SetDefaultValue(1);
-  EXPECT_FALSE(property->Dirty());
-  EXPECT_EQ(calls, 0);
-}
-
-TEST_F(PropertyValueTest, RequiresValueNeedsInputAndRequiredAndNoValue) {
-  EXPECT_TRUE(Of(dtLongInteger, pfInput | pfRequired)->RequiresValue());
-  EXPECT_FALSE(Of(dtLongInteger, pfInput)->RequiresValue());
-  EXPECT_FALSE(Of(dtLongInteger, pfRequired)->RequiresValue());
-  const auto filled = Of(dtLongInteger, pfInput | pfRequired);
-  filled->SetValue(1);
-  EXPECT_FALSE(filled->RequiresValue());
 }
 
 }  // namespace
