@@ -174,8 +174,11 @@ bool Variant::AsBoolean() const {
 Date Variant::AsDate() const {
   if (type_ == VarType::Date) return {real_};
   if (type_ == VarType::String) return velmoria::Date::Parse(TextView());
+  constexpr double kHalfMillisecond = 0.5 / 86'400'000;  // what is nearer to the year 10000 rounds into it
   const double days = AsDouble();
-  if (!(days > velmoria::Date::FirstDay - 1 && days < velmoria::Date::EndOfDays)) Fail(RuntimeFailure::Overflow);
+  if (!(days > velmoria::Date::FirstDay - 1 && days < velmoria::Date::EndOfDays - kHalfMillisecond)) {
+    Fail(RuntimeFailure::Overflow);
+  }
   return {days};
 }
 

@@ -49,6 +49,17 @@ TEST(DateTest, BeforeDayZeroTheTimeStillCountsForwards) {
   EXPECT_EQ(SecondsBetween(Date{-1.75}, Date{0}), 6 * 3600);
 }
 
+TEST(DateTest, FractionBelowDayZeroIsATimeOfDayZero) {
+  EXPECT_EQ(Date{-0.25}.AsText(), "06:00:00");
+  EXPECT_EQ(SecondsBetween(Date{-0.25}, Date{0.25}), 0);
+}
+
+TEST(DateTest, SecondsBetweenDaysOutOfBoundsStayNumbers) {
+  EXPECT_EQ(SecondsBetween(Date{}, Date{std::nan("")}), 0);
+  EXPECT_EQ(SecondsBetween(Date{1e300}, Date{1e301}), 0);
+  EXPECT_GT(SecondsBetween(Date{-1e300}, Date{}), 0);
+}
+
 TEST(DateTest, DaysThatDoNotExistRaise5) {
   const DateParts rows[] = {{.Year = 1900, .Month = 2, .Day = 29},
                             {.Year = 99, .Month = 1, .Day = 1},
@@ -77,7 +88,7 @@ TEST(DateTest, PartsAreRoundedToTheMillisecond) {
 }
 
 TEST(DateTest, DaysOutOfBoundsHaveNoParts) {
-  for (const double days : {-657435.0, 2958466.0, 2958465.99999999999, 1e300, std::nan("")}) {
+  for (const double days : {-657435.0, 2958466.0, 2958465.9999999995, 1e300, std::nan("")}) {
     ExpectOverflow([&] { Date{days}.Parts(); });
   }
   EXPECT_EQ(Date{-657434.5}.Parts().Year, 100);
@@ -123,6 +134,7 @@ TEST(DateTest, PrintsDateTimeOrBoth) {
               {{2029, 1, 1, 0, 0, 0, 0}, "2029-01-01", "1/1/29"},
               {{2030, 1, 1, 0, 0, 0, 0}, "2030-01-01", "1/1/2030"},
               {{2005, 1, 1, 0, 0, 1, 0}, "2005-01-01 00:00:01", "1/1/05 12:00:01 AM"},
+              {{1899, 6, 30, 0, 5, 0, 0}, "1899-06-30 00:05:00", "6/30/1899 12:05:00 AM"},
               {{123, 4, 5, 0, 0, 0, 0}, "0123-04-05", "4/5/0123"}};
   for (const auto& row : rows) {
     const Date date = Date::From(row.Parts);
@@ -157,6 +169,9 @@ TEST(DateTest, ReadsEveryForm) {
               {"6/1/30", {1930, 6, 1, 0, 0, 0, 0}},
               {"12:00:00 AM", {1899, 12, 30, 0, 0, 0, 0}},
               {"12:00 PM", {1899, 12, 30, 12, 0, 0, 0}},
+              {"9:14PM", {1899, 12, 30, 21, 14, 0, 0}},
+              {"2026-11-20    14:03", {2026, 11, 20, 14, 3, 0, 0}},
+              {"2026-11-20 2:03:05.25 pm", {2026, 11, 20, 14, 3, 5, 250}},
               {"6/1/1998 14:02", {1998, 6, 1, 14, 2, 0, 0}},
               {"2000-02-29", {2000, 2, 29, 0, 0, 0, 0}}};
   for (const auto& row : rows) EXPECT_EQ(Date::Parse(row.Text).Days, Date::From(row.Parts).Days) << row.Text;
@@ -184,6 +199,27 @@ TEST(DateTest, AnythingElseRaises13) {
                            "2026-11-20 10:00:00.",
                            "9:14 XM",
                            "99999-01-01",
+                           "1998",
+                           "1998-06",
+                           "1998-06-",
+                           "1998-6-01",
+                           "1998/06/01",
+                           "6",
+                           "6/",
+                           "6/1",
+                           "6/1/",
+                           "6/123/1998",
+                           "6-1-1998",
+                           "9",
+                           "9:",
+                           "9:14:",
+                           "9:14:2",
+                           "9:14:02.1234567890",
+                           "PM",
+                           "6/1/1998 PM",
+                           "1998-06-01T",
+                           "1998-06-01T 9:14",
+                           "1998-06-01 9:14 AMx",
                            "0099-01-01"}) {
     SCOPED_TRACE(text);
     ExpectTypeMismatch([&] { Date::Parse(text); });

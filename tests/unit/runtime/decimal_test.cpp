@@ -108,6 +108,28 @@ TEST(DecimalTest, DoublesOfDecimalsAreTheNearestOnes) {
   for (const auto& row : rows) EXPECT_EQ(Decimal::Parse(row.Text).AsDouble(), row.Value) << row.Text;
 }
 
+TEST(DecimalTest, ZeroHasNoSignHoweverItWasMade) {
+  const Decimal negative{.Scale = 3, .Negative = true};
+  EXPECT_EQ(negative, Decimal{});
+  EXPECT_EQ(Decimal{}, negative);
+  EXPECT_EQ(negative.AsText(), "0.000");
+  EXPECT_EQ(negative.AsInt64(), 0);
+  EXPECT_GT(negative, Decimal::Parse("-0.001"));
+}
+
+TEST(DecimalTest, DoublesOfManyPlacesAreTheNearestOnes) {
+  for (const char* text : {"0.00000000000000000000000001", "-0.0000000000000000000000000123", "9007199254740993",
+                           "0.9007199254740993", "12345678901234567890.12345678"}) {
+    EXPECT_EQ(Decimal::Parse(text).AsDouble(), std::stod(text)) << text;
+  }
+}
+
+TEST(DecimalTest, DoublesComeBackFromTheirDecimal) {
+  for (const double value : {0.1, -1234.5678, 1e28, 1.0 / 3, 9007199254740992.0, 123456789.123456789}) {
+    EXPECT_EQ(Decimal::From(value).AsDouble(), value);
+  }
+}
+
 TEST(DecimalTest, ComparesByValueWhateverTheScale) {
   EXPECT_EQ(Decimal::Parse("1.5"), Decimal::Parse("1.500"));
   EXPECT_EQ(Decimal::Parse("0"), Decimal::Parse("-0.00"));

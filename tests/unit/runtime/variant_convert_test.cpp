@@ -121,6 +121,7 @@ TEST(VariantConvertTest, WhatDoesNotFitAnIntegerRaises6) {
 TEST(VariantConvertTest, WhatDoesNotFitALongRaises6) {
   for (const Variant& value :
        {Variant(2147483647.5), Variant(-2147483649.0), Variant(1e10F), Variant("2147483648"), Variant("-1e99"),
+        Variant("9223372036854775808"), Variant("-9223372036854775809"), Variant(9.3e18), Variant(-9.3e18),
         Variant("1e999999"), Variant(Decimal::Parse("9999999999999999999999")), Variant(Currency{1LL << 62})}) {
     ExpectOverflow([&] { value.AsLong(); });
   }
@@ -267,8 +268,63 @@ TEST(VariantConvertTest, DatesKeepToTheirYears) {
   EXPECT_EQ(Variant(2958465).AsDate(), Date::From(9999, 12, 31));
   ExpectOverflow([] { Variant(-657435).AsDate(); });
   ExpectOverflow([] { Variant(2958466).AsDate(); });
+  ExpectOverflow([] { Variant(2958465.9999999995).AsDate(); });  // rounds into the year 10000
+  EXPECT_EQ(Variant(2958465.99999).AsDate().Parts().Year, 9999);
   ExpectTypeMismatch([] { Variant("next week").AsDate(); });
   ExpectTypeMismatch([] { Variant("35000").AsDate(); });
+}
+
+TEST(VariantConvertTest, ElementsOfAnArrayTakeWhatConvertsToTheirType) {
+  const struct {
+    VarType Element;
+    Variant Given;
+    Variant Held;
+  } rows[] = {{VarType::Integer, "2.5", std::int16_t{2}},
+              {VarType::Long, true, -1},
+              {VarType::Single, "0.1", 0.1F},
+              {VarType::Double, 0.5F, 0.5},
+              {VarType::Currency, "0.00005", Currency{0}},
+              {VarType::Decimal, "1.50", Decimal::Parse("1.50")},
+              {VarType::Date, 1.5, Date{1.5}},
+              {VarType::String, 12, "12"},
+              {VarType::Boolean, 2, true},
+              {VarType::Byte, true, Byte{255}},
+              {VarType::Variant, "x", "x"}};
+  for (const auto& row : rows) {
+    auto array = Variant::Array(0, 0, row.Element);
+    array.SetElement(0, row.Given);
+    EXPECT_EQ(array.Element(0), row.Held) << array.TypeName();
+  }
+}
+
+TEST(VariantConvertTest, ElementsOfAnArrayRefuseWhatDoesNotConvert) {
+  auto objects = Variant::Array(0, 0, VarType::Object);
+  ExpectTypeMismatch([&] { objects.SetElement(0, 1); });
+  auto bytes = Variant::Array(0, 0, VarType::Byte);
+  ExpectOverflow([&] { bytes.SetElement(0, 256); });
+  auto dates = Variant::Array(0, 0, VarType::Date);
+  ExpectFailure(RuntimeFailure::InvalidUseOfNull, "Invalid use of Null", [&] { dates.SetElement(0, Variant::Null()); });
+  EXPECT_EQ(objects.Element(0).TypeName(), "Nothing");
+  ExpectInvalidArgument([] { Variant::Array(0, 0, VarType::Null); });
+}
+
+TEST(VariantConvertTest, ExactTypesPassThroughOneAnother) {
+  for (const char* text : {"0.0001", "-922337203685477.5808", "922337203685477.5807"}) {
+    const Variant amount(Variant(text).AsCurrency());
+    EXPECT_EQ(Variant(amount.AsDecimal()).AsCurrency(), amount.AsCurrency());
+    EXPECT_EQ(Variant(amount.AsText()).AsCurrency(), amount.AsCurrency());
+    EXPECT_EQ(amount.AsText(), text);
+  }
+  for (const char* text : {"0.1234567890123456789012345678", "-79228162514264337593543950335", "1.50"}) {
+    EXPECT_EQ(Variant(Variant(text).AsDecimal()).AsText(), text);
+  }
+}
+
+TEST(VariantConvertTest, WhatDoesNotFitAnAmountRaises6) {
+  for (const Variant& value : {Variant("922337203685477.5808"), Variant("-922337203685477.5809"), Variant(9.3e14),
+                               Variant(1e15F), Variant(Decimal::Parse("922337203685477.58075"))}) {
+    ExpectOverflow([&] { value.AsCurrency(); });
+  }
 }
 
 TEST(VariantConvertTest, StringForms) {
