@@ -179,6 +179,8 @@ TEST_F(AttributeTest, OtherDataTypeLeavesTheStoredValue) {
   EXPECT_EQ(attribute->Value(), Variant("2.5"));
 }
 
+TEST_F(AttributeTest, TypeHasAName) { EXPECT_EQ(OfType(dtByteArray)->DataTypeName(), "Byte Array"); }
+
 TEST_F(AttributeTest, DetailsShowNameTypeAndValue) {
   EXPECT_EQ(Made({.Name = "A", .Value = 5, .DataType = dtLongInteger})->Details(),
             "Attribute: 'A'  DataType: 'Long Integer'  Value: '5'");

@@ -88,6 +88,12 @@ TEST_F(PropertyNamesTest, StyleOfNoneLeavesTheStyle) {
   EXPECT_EQ(property->Data()->Style(), psNonPersistent);
 }
 
+TEST_F(PropertyNamesTest, ParentsThatAreNotThereCanBeCleared) {
+  const auto property = New();
+  property->ClearParents(psNone, ParentSlots::All());
+  EXPECT_EQ(property->ServerName(), "");
+}
+
 TEST_F(PropertyNamesTest, ParentsAreNoChangeOfTheDefinition) {
   const auto property = New()->Copy();
   property->SetParents(psUser, all_);

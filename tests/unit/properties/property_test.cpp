@@ -271,6 +271,32 @@ TEST_F(PropertyTest, BoundOldValueIsTheOneBeforeTheFirstChange) {
   EXPECT_FALSE(property->DirtyValue());
 }
 
+TEST_F(PropertyTest, BoundUndoPutsBackADateAndLeavesAnOrdinaryValue) {
+  const SampleRows rows;
+  const auto placed = rows.Row(0)->Item("Placed");
+  placed->SetValue("1998-07-01");
+  placed->Undo();
+  EXPECT_EQ(placed->Value(), Variant(Date::From(1998, 6, 1, 9)));
+  const auto name = rows.Row(0)->Item("Name");
+  name->SetValue("Eve");
+  name->Undo();
+  EXPECT_EQ(name->Value(), Variant("Eve"));
+}
+
+TEST_F(PropertyTest, BoundEmptyValueIsTheRowsAndNotTheDefinitions) {
+  const SampleRows rows;
+  EXPECT_FALSE(rows.Row(0)->Item("Name")->EmptyValue());
+  EXPECT_FALSE(rows.Row(0)->Item("Note")->EmptyValue());
+  EXPECT_TRUE(rows.NewRow()->Item("Name")->EmptyValue());
+}
+
+TEST_F(PropertyTest, BoundDefaultValueIsTheDefinitions) {
+  const SampleRows rows;
+  rows.Row(0)->Item("Name")->SetDefaultValue("nobody");
+  EXPECT_EQ(rows.NewRow()->Item("Name")->Value(), Variant("nobody"));
+  EXPECT_EQ(rows.Row(0)->Item("Name")->Value(), Variant("Ada"));
+}
+
 TEST_F(PropertyTest, BoundValueIsConvertedToItsDataType) {
   const SampleRows rows;
   const auto property = rows.Row(0)->Item("Amount");

@@ -155,6 +155,13 @@ TEST_F(PropertyChangeTest, DefaultValueMeetsTheTestsOfAValue) {
                {.Text = "ValueDataType: 'String'"});
 }
 
+TEST_F(PropertyChangeTest, DefaultValueThatNoLongerConvertsFailsAtTheRead) {
+  const auto property = New({.Name = "X", .DefaultValue = "abc"});
+  property->SetDataType(dtLongInteger);
+  ExpectReported(RuntimeFailure::TypeMismatch, [&] { property->DefaultValue(); });
+  ExpectReported(RuntimeFailure::TypeMismatch, [&] { property->Value(); });
+}
+
 TEST_F(PropertyChangeTest, EmptyDefaultValueIsStoredEvenWhenRequired) {
   const auto property = New({.Name = "X", .DataType = dtLongInteger, .Flags = pfRequired, .DefaultValue = 1});
   property->SetDefaultValue(Variant());
