@@ -10,7 +10,7 @@ namespace velmoria {
 
 /// What a Database is made from.
 struct DatabaseFields {
-  std::string Name;  // empty for an existing file, which decides everything else
+  std::string Name{};  // empty for an existing file, which decides everything else
   std::string FileName{};
   zEngines Engine = engUnknown;
   std::string Description{};

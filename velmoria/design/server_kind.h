@@ -8,7 +8,7 @@ namespace velmoria {
 
 /// What a Server is made from.
 struct ServerFields {
-  std::string Name;  // empty for an existing file, which decides everything else
+  std::string Name{};  // empty for an existing file, which decides everything else
   std::string FileName{};
   std::string ActiveXComponent{};
   std::string Description{};
