@@ -55,13 +55,19 @@ class Event {
 };
 
 /// An event that a listener may veto by its last argument, Cancel; every listener is called, and Cancel stays True once
-/// somebody has set it.
+/// somebody has set it, whatever a later listener does.
 template <class Owner, class... Arguments>
 class CancelEvent {
  public:
   using Listener = std::function<void(Arguments..., bool& Cancel)>;
 
-  EventToken operator+=(Listener listener) { return event_ += std::move(listener); }
+  EventToken operator+=(Listener listener) {
+    return event_ += [listener = std::move(listener)](Arguments... arguments, bool& Cancel) {
+      bool cancel = Cancel;
+      listener(std::forward<Arguments>(arguments)..., cancel);
+      Cancel = Cancel || cancel;
+    };
+  }
   void operator-=(EventToken token) { event_ -= token; }
   bool HasListeners() const noexcept { return event_.HasListeners(); }
 

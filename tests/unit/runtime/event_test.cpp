@@ -83,6 +83,47 @@ TEST(EventTest, WhatAListenerThrowsReachesTheRaiser) {
   EXPECT_THROW(owner.Change("a"), std::runtime_error);
 }
 
+TEST(EventTest, WhoComesBehindAListenerThatThrowsIsNotCalled) {
+  Owner owner;
+  int calls = 0;
+  owner.Changed += [](const std::string&) { throw std::runtime_error("no"); };
+  owner.Changed += [&](const std::string&) { ++calls; };
+  EXPECT_THROW(owner.Change("a"), std::runtime_error);
+  EXPECT_EQ(calls, 0);
+}
+
+TEST(EventTest, ALeaverWhoseTurnIsStillToComeHearsTheCallThatIsUnderWay) {
+  Owner owner;
+  int calls = 0;
+  EventToken second;
+  owner.Changed += [&](const std::string&) { owner.Changed -= second; };
+  second = owner.Changed += [&](const std::string&) { ++calls; };
+  owner.Change("a");
+  owner.Change("b");
+  EXPECT_EQ(calls, 1);
+}
+
+TEST(EventTest, AnEventMayBeRaisedInsideItself) {
+  Owner owner;
+  std::string heard;
+  owner.Changed += [&](const std::string& name) {
+    heard += name;
+    if (name == "a") owner.Change("b");
+  };
+  owner.Change("a");
+  EXPECT_EQ(heard, "ab");
+}
+
+TEST(EventTest, NobodysTokenTakesNobodyAlong) {
+  Owner owner;
+  owner.Changed -= EventToken{};
+  int calls = 0;
+  owner.Changed += [&](const std::string&) { ++calls; };
+  owner.Changed -= EventToken{};
+  owner.Change("a");
+  EXPECT_EQ(calls, 1);
+}
+
 TEST(EventTest, NothingIsCancelledWhileNobodyListens) {
   Owner owner;
   EXPECT_FALSE(owner.Ask(1));
@@ -97,9 +138,19 @@ TEST(EventTest, OneListenerCancelsForAll) {
   EXPECT_TRUE(owner.Ask(11));
   EXPECT_FALSE(owner.Ask(10));
   EXPECT_EQ(heard, "yn");
+  EXPECT_TRUE(owner.BeforeChange.HasListeners());
   owner.BeforeChange -= second;
   EXPECT_TRUE(owner.Ask(12));
   EXPECT_EQ(heard, "yn");
+}
+
+TEST(EventTest, AVetoIsNotTakenBackByALaterListener) {
+  Owner owner;
+  owner.BeforeChange += [](int value, bool& Cancel) { Cancel = value == 1; };
+  owner.BeforeChange += [](int value, bool& Cancel) { Cancel = value == 2; };
+  EXPECT_TRUE(owner.Ask(1));
+  EXPECT_TRUE(owner.Ask(2));
+  EXPECT_FALSE(owner.Ask(3));
 }
 
 }  // namespace
