@@ -50,6 +50,32 @@ TEST(KeyedListTest, KeysAreComparedWithoutRegardToCase) {
   EXPECT_EQ(list.At(Variant("one")), 10);
 }
 
+TEST(KeyedListTest, LettersOfOtherAlphabetsAreFoldedToo) {
+  KeyedList<int> list;
+  list.Add(1, "Größe");
+  list.Add(2, "Ναι");
+  list.Add(3, "ДАТА");
+  list.Add(4, "été");
+  EXPECT_EQ(list.PositionOf("GRÖßE"), 1U);
+  EXPECT_EQ(list.PositionOf("ΝΑΙ"), 2U);
+  EXPECT_EQ(list.PositionOf("дата"), 3U);
+  EXPECT_EQ(list.PositionOf("ÉTÉ"), 4U);
+  EXPECT_EQ(list.PositionOf("ete"), 0U);
+  ExpectFailure(RuntimeFailure::KeyInUse, kKeyInUse, [&] { list.Add(5, "Été"); });
+  EXPECT_TRUE(list.RemoveKey("größe"));
+  ExpectConsistent(list);
+}
+
+TEST(KeyedListTest, KeysThatBeginAlikeAreDifferent) {
+  KeyedList<int> list;
+  list.Add(1, "Id");
+  list.Add(2, "Id ");
+  list.Add(3, "I");
+  EXPECT_EQ(list.PositionOf("id"), 1U);
+  EXPECT_EQ(list.PositionOf("ID "), 2U);
+  EXPECT_EQ(list.PositionOf("i"), 3U);
+}
+
 TEST(KeyedListTest, FindGivesNoneForWhatIsNotThere) {
   const auto list = ThreeMembers();
   EXPECT_EQ(list.FindAt(0), nullptr);
@@ -140,6 +166,23 @@ TEST(KeyedListTest, MembersMayHaveNoKey) {
   ExpectFailure(RuntimeFailure::KeyInUse, kKeyInUse, [&] { list.Add(4, ""); });
 }
 
+TEST(KeyedListTest, MembersWithoutAKeyComeAndGoBesideKeyedOnes) {
+  KeyedList<int> list;
+  list.Add(1, "a");
+  list.Insert(1, 2);
+  list.Add(3, "b");
+  list.RemoveAt(1);
+  EXPECT_EQ(Shown(list), "a=1 b=3 ");
+  ExpectConsistent(list);
+}
+
+TEST(KeyedListTest, RemovalFromAnEmptyListFindsNothing) {
+  KeyedList<int> list;
+  EXPECT_FALSE(list.RemoveKey("a"));
+  ExpectSubscriptOutOfRange([&] { list.RemoveAt(1); });
+  ExpectSubscriptOutOfRange([&] { list.RemoveAt(0); });
+}
+
 TEST(KeyedListTest, RemovalClosesTheGap) {
   auto list = ThreeMembers();
   list.RemoveAt(1);
@@ -198,6 +241,17 @@ TEST(KeyedListTest, TheEnumeratorWalksInOrder) {
   for (const int member : list) seen += std::to_string(member) + " ";
   EXPECT_EQ(seen, "10 20 30 ");
   for (const int member : KeyedList<int>()) FAIL() << member;
+}
+
+TEST(KeyedListTest, TheEnumeratorStepsEitherWayAndReachesInside) {
+  KeyedList<std::string> list;
+  list.Add("ab", "1");
+  list.Add("c", "2");
+  auto next = list.begin();
+  EXPECT_EQ(next->size(), 2U);
+  EXPECT_EQ(*next++, "ab");
+  EXPECT_EQ(*next, "c");
+  EXPECT_EQ(++next, list.end());
 }
 
 TEST(KeyedListTest, MembersThatOnlyMoveAreWelcome) {
