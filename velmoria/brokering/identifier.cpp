@@ -29,7 +29,7 @@ std::string Identifier::Key(const KeyFormatPtr& keyFormat) const try {
   const bool includeNames = format->IncludeNames();
   std::string key;
   if (format->Mixed()) key = ServerName() + separator + ClassName();
-  for (const auto& property : *properties_) {
+  for (const auto& property : *Present(properties_)) {
     if (!key.empty()) key += separator;
     if (includeNames) key += property->Name() + separator;
     const auto value = property->Value();

@@ -13,6 +13,15 @@
 
 namespace velmoria {
 
+namespace {
+
+// What a format and its Properties have in common; the format itself stays a parent of its Properties.
+constexpr ParentSlots OwnSlots(const ParentSlots& slots) {
+  return {.Server = slots.Server, .Class = slots.Class, .Action = slots.Action};
+}
+
+}  // namespace
+
 KeyFormat::KeyFormat() : parents_(std::make_unique<Parents>()) {}
 
 KeyFormat::~KeyFormat() = default;
@@ -30,8 +39,8 @@ void KeyFormat::SetParents(const Parents& parents) try {
 } catch (...) { Failed("SetParents"); }
 
 void KeyFormat::ClearParents(const ParentSlots& slots) {
-  parents_->Clear(slots);
-  if (properties_) properties_->ClearParents(psNone, slots);
+  parents_->Clear(OwnSlots(slots));
+  if (properties_) properties_->ClearParents(psNone, OwnSlots(slots));
 }
 
 KeyFormatPtr KeyFormat::Copy(bool recursive) const try {

@@ -20,7 +20,8 @@ class VELMORIA_API KeyFormat final : public Object, public Reporting {
   ~KeyFormat() override;
   std::string_view ReportedType() const noexcept override { return "KeyFormat"; }
 
-  /// Free of parents; recursive copies the Properties.
+  /// Free of parents; recursive copies the Properties. Of a format with EmptyKey the Separator, Mixed and IncludeNames
+  /// are not copied.
   KeyFormatPtr Copy(bool recursive = true) const;
 
   std::string Name() const;
@@ -37,14 +38,14 @@ class VELMORIA_API KeyFormat final : public Object, public Reporting {
   void SetEmptyKey(bool value);
   bool Locked() const;
   void SetLocked(bool value);
-  /// Made on first read.
+  /// The named properties that make the key; none for a key from the Identifier. Made on first read.
   PropertiesPtr Properties() const;
   std::string Details() const;
 
   // Inside the library.
   void Bind(KeyFormatDataPtr data, const Parents& parents);
   KeyFormatDataPtr Data() const;
-  /// Raise 15108, 15101, 15100 for a parent that it already has; the Properties follow.
+  /// Server, Class and Action; raises 15108, 15101, 15100 for one that it already has. The Properties follow.
   void SetParents(const Parents& parents);
   void ClearParents(const ParentSlots& slots);
 

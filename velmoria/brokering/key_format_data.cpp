@@ -38,6 +38,11 @@ void KeyFormatData::SetEmptyKey(bool value) {
   fields_.Separator.clear();
 }
 
+void KeyFormatData::SetLocked(bool value) {
+  fields_.Locked = value;
+  SetDirty();
+}
+
 PropertiesDataPtr KeyFormatData::PropertiesData() {
   if (!propertiesData_) propertiesData_ = Make<velmoria::PropertiesData>();
   return propertiesData_;

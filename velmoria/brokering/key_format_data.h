@@ -32,7 +32,8 @@ class KeyFormatData final : public Object, public Reporting {
   void SetIncludeNames(bool value) { Let(&KeyFormatFields::IncludeNames, value); }
   /// Leaving the empty-key state clears Mixed, IncludeNames and Separator.
   void SetEmptyKey(bool value);
-  void SetLocked(bool value) { Let(&KeyFormatFields::Locked, value); }
+  /// Stamps also when the value stays.
+  void SetLocked(bool value);
 
   /// The named properties that make the key; none for a key from the identifier. Made on first read.
   PropertiesDataPtr PropertiesData();

@@ -6,6 +6,8 @@
 #include "tests/support/sample_design.h"
 #include "tests/support/scoped_apartment.h"
 #include "velmoria/brokering/key_format_data.h"
+#include "velmoria/design/action_data.h"
+#include "velmoria/design/class_data.h"
 #include "velmoria/design/server_data.h"
 #include "velmoria/properties/parents_data.h"
 #include "velmoria/properties/properties_data.h"
@@ -37,6 +39,14 @@ TEST_F(KeyFormatTest, FormatMadeWithEmptyKeyIgnoresTheRest) {
   EXPECT_EQ(format->Separator(), "");
   EXPECT_FALSE(format->Mixed());
   EXPECT_FALSE(format->IncludeNames());
+  EXPECT_TRUE(format->EmptyKey());
+}
+
+TEST_F(KeyFormatTest, DefaultFormatOfTheApartmentIsAPlainOne) {
+  const auto format = apartment_.State().DefaultKeyFormat;
+  EXPECT_EQ(format->Details(), New()->Details());
+  EXPECT_FALSE(format->EmptyKey());
+  EXPECT_FALSE(format->Locked());
 }
 
 TEST_F(KeyFormatTest, SettersStore) {
@@ -75,16 +85,41 @@ TEST_F(KeyFormatTest, PresentEmptyKeyChangesNothing) {
   EXPECT_TRUE(format->Mixed());
 }
 
-TEST_F(KeyFormatTest, LockedRefusesEverySetterButLocked) {
+struct LockedRow {
+  const char* Routine;
+  void (*Present)(KeyFormat&);  // sets the value that is there
+  void (*Another)(KeyFormat&);
+};
+
+constexpr LockedRow kSetters[] = {
+    {"KeyFormat.Name (Let)", [](KeyFormat& format) { format.SetName(""); },
+     [](KeyFormat& format) { format.SetName("N"); }},
+    {"KeyFormat.Separator (Let)", [](KeyFormat& format) { format.SetSeparator(""); },
+     [](KeyFormat& format) { format.SetSeparator("|"); }},
+    {"KeyFormat.Mixed (Let)", [](KeyFormat& format) { format.SetMixed(false); },
+     [](KeyFormat& format) { format.SetMixed(true); }},
+    {"KeyFormat.IncludeNames (Let)", [](KeyFormat& format) { format.SetIncludeNames(false); },
+     [](KeyFormat& format) { format.SetIncludeNames(true); }},
+    {"KeyFormat.EmptyKey (Let)", [](KeyFormat& format) { format.SetEmptyKey(false); },
+     [](KeyFormat& format) { format.SetEmptyKey(true); }},
+};
+
+TEST_F(KeyFormatTest, LockedRefusesEverySetterButLockedWhateverTheValue) {
   const auto format = New({.Locked = true});
-  ExpectRaised(errVelmoria_Locked, [&] { format->SetName("N"); });
-  ExpectRaised(errVelmoria_Locked, [&] { format->SetSeparator(""); });
-  ExpectRaised(errVelmoria_Locked, [&] { format->SetMixed(false); });
-  ExpectRaised(errVelmoria_Locked, [&] { format->SetIncludeNames(false); });
-  ExpectRaised(errVelmoria_Locked, [&] { format->SetEmptyKey(false); });
+  for (const auto& setter : kSetters) {
+    ExpectRaised(errVelmoria_Locked, [&] { setter.Present(*format); }, {.Text = setter.Routine, .Count = 1});
+    ExpectRaised(errVelmoria_Locked, [&] { setter.Another(*format); }, {.Text = setter.Routine, .Count = 1});
+  }
+  EXPECT_EQ(format->Details(), New()->Details());
+  format->SetLocked(true);
   format->SetLocked(false);
-  format->SetName("N");
-  EXPECT_EQ(format->Name(), "N");
+  for (const auto& setter : kSetters) setter.Another(*format);
+  EXPECT_EQ(format->Details(), "Empty Key Format Mixed: True  Separator: '|'  IncludeNames: True  Name: 'N'");
+}
+
+TEST_F(KeyFormatTest, LockedIsRefusedBeforeTheEmptyKeyIs) {
+  const auto format = New({.EmptyKey = true, .Locked = true});
+  ExpectRaised(errVelmoria_Locked, [&] { format->SetSeparator("|"); });
 }
 
 TEST_F(KeyFormatTest, ChangesStampTheDefinition) {
@@ -99,6 +134,28 @@ TEST_F(KeyFormatTest, ChangesStampTheDefinition) {
   data->ClearDirty();
   format->Properties()->SetupItem({.Name = "A"});
   EXPECT_TRUE(data->Dirty());
+  data->ClearDirty();
+  EXPECT_FALSE(data->Dirty());
+}
+
+TEST_F(KeyFormatTest, EverySetterStampsAnotherValueAndLockedAnyValue) {
+  for (const auto& setter : kSetters) {
+    const auto format = New();
+    format->Data()->ClearDirty();
+    setter.Present(*format);
+    EXPECT_FALSE(format->Data()->Dirty()) << setter.Routine;
+    setter.Another(*format);
+    EXPECT_TRUE(format->Data()->Dirty()) << setter.Routine;
+  }
+  const auto format = New();
+  format->Data()->ClearDirty();
+  format->SetLocked(false);
+  EXPECT_TRUE(format->Data()->Dirty());
+}
+
+TEST_F(KeyFormatTest, CreationIsDated) {
+  apartment_.Clock().Time = Date::From(1999, 12, 31, 23, 59, 58);
+  EXPECT_EQ(Variant(New()->Data()->DateCreated()), Variant(Date::From(1999, 12, 31, 23, 59, 58)));
 }
 
 TEST_F(KeyFormatTest, PropertiesAreMadeOnceOverTheDefinition) {
@@ -122,7 +179,23 @@ TEST_F(KeyFormatTest, CopyHasItsOwnDefinition) {
   EXPECT_EQ(format->Copy(false)->Properties()->Count(), 0);
 }
 
-TEST_F(KeyFormatTest, CopyOfAnEmptyKeyFormatIsOneToo) { EXPECT_TRUE(New({.EmptyKey = true})->Copy()->EmptyKey()); }
+TEST_F(KeyFormatTest, CopyOfAnEmptyKeyFormatIsOneTooAndLosesTheRest) {
+  const auto format = New({.Name = "N", .Separator = "|", .Mixed = true, .IncludeNames = true});
+  format->SetEmptyKey(true);
+  const auto copy = format->Copy();
+  EXPECT_EQ(copy->Details(), "Empty Key Format Mixed: False  Separator: ''  IncludeNames: False  Name: 'N'");
+  EXPECT_EQ(format->Separator(), "|");
+}
+
+TEST_F(KeyFormatTest, CopyIsDirtyAndItsMembersAreItsOwn) {
+  const auto format = New();
+  format->Properties()->SetupItem({.Name = "A"})->Attributes()->SetupItem({.Name = "Colour"});
+  const auto copy = format->Copy();
+  EXPECT_TRUE(copy->Data()->Dirty());
+  EXPECT_EQ(copy->Properties()->Item("A")->Attributes()->Count(), 1);
+  copy->Properties()->Item("A")->SetCaption("c");
+  EXPECT_EQ(format->Properties()->Item("A")->Caption(), "");
+}
 
 TEST_F(KeyFormatTest, DetailsTellTheKind) {
   EXPECT_EQ(New()->Details(), "Identifier Key Mixed: False  Separator: ''  IncludeNames: False  Name: ''");
@@ -151,6 +224,43 @@ TEST_F(KeyFormatTest, ParentIsGivenOnceAndReachesTheProperties) {
   ExpectRaised(errParent_Server, [&] { format->SetParents(parents); }, {.Text = "Server: 'Sales'"});
   format->ClearParents({.Server = true});
   EXPECT_EQ(member->ServerName(), "");
+}
+
+TEST_F(KeyFormatTest, ServerClassAndActionAreTestedInThatOrder) {
+  const SampleDesign design;
+  Parents parents;
+  parents.Server = design.Sales->Data();
+  parents.Class = design.Order->Data();
+  parents.Action = design.Order->Actions()->Item("Get")->Data();
+  const auto format = New();
+  format->SetParents(parents);
+  ExpectRaised(errParent_Server, [&] { format->SetParents(parents); }, {.Text = "KeyFormat.SetParents", .Count = 1});
+  format->ClearParents({.Server = true});
+  ExpectRaised(errParent_Class, [&] { format->SetParents(parents); }, {.Text = "Class: 'Order'"});
+  format->ClearParents({.Class = true});
+  ExpectRaised(errParent_Action, [&] { format->SetParents(parents); }, {.Text = "Action: 'Get'"});
+  format->ClearParents({.Action = true});
+  format->SetParents(parents);
+  EXPECT_EQ(format->Properties()->ActionName(), "Get");
+}
+
+TEST_F(KeyFormatTest, FormatStaysTheParentOfItsProperties) {
+  const auto format = New({.Name = "Keys"});
+  const auto properties = format->Properties();
+  Parents itself;
+  itself.KeyFormat = format->Data();
+  format->ClearParents(ParentSlots::All());
+  ExpectRaised(errParent_KeyFormat, [&] { properties->SetParents(psNone, itself); }, {.Text = "'Keys'"});
+}
+
+TEST_F(KeyFormatTest, CopyHasNoParents) {
+  const SampleDesign design;
+  Parents parents;
+  parents.Server = design.Sales->Data();
+  const auto format = New();
+  format->SetParents(parents);
+  EXPECT_EQ(format->Properties()->ServerName(), "Sales");
+  EXPECT_EQ(format->Copy()->Properties()->ServerName(), "");
 }
 
 }  // namespace
