@@ -52,10 +52,16 @@ void PropertiesData::Insert(const PropertyDataPtr& item, const Position& positio
   items_.Insert(place, item, item->Name());
   if (orderFixed_) {
     item->SetOrderNumber(++lastOrder_);
+    item->FixOrderNumber();
   } else {
     Renumber(place);
   }
   ++generation_;
+}
+
+void PropertiesData::FixOrder() noexcept {
+  orderFixed_ = true;
+  for (const auto& item : items_) item->FixOrderNumber();
 }
 
 void PropertiesData::Renumber(std::size_t from) {
@@ -70,6 +76,7 @@ void PropertiesData::Remove(const std::string& name) try {
   const auto item = Item(name);
   const auto place = items_.PositionOf(std::string_view(name));
   items_.RemoveAt(place);
+  item->SetOrderNumber(0);
   Renumber(place);
   ++generation_;
   SetDirty();
@@ -106,11 +113,12 @@ bool PropertiesData::Modifiable(bool all) const {
   return all ? std::ranges::all_of(items_, modifiable) : std::ranges::any_of(items_, modifiable);
 }
 
-std::string PropertiesData::Details() const {
+std::string PropertiesData::Details() const try {
+  Suspension quiet{"PropertiesData.Details (Get)"};
   std::string text = "Properties Count " + NumberText(Count());
   for (const auto& item : items_) text.append(kDetailsIndent).append(item->Details());
   return text;
-}
+} catch (...) { Failed("Details (Get)"); }
 
 StatisticsPtr PropertiesData::Statistics() {
   if (!statistics_) statistics_ = Make<velmoria::Statistics>();

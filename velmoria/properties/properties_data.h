@@ -35,17 +35,23 @@ class PropertiesData final : public Object, public Reporting {
   KeyedList<PropertyDataPtr>::Iterator begin() const noexcept { return items_.begin(); }
   KeyedList<PropertyDataPtr>::Iterator end() const noexcept { return items_.end(); }
 
-  /// Takes a definition in under its Name and gives it its OrderNumber. With both positions given it appends.
+  /// Takes a definition in under its Name and gives it its OrderNumber. With both positions given it appends. Raises
+  /// 457 for a name in use, 9 or 5 for a position that is not there.
   void Add(const PropertyDataPtr& item, const Position& position = {});
+  /// Makes a definition and takes it in as Add does; clean leaves the list without a stamp.
   PropertyDataPtr SetupItem(zPropertyStyles style, const PropertyFields& fields, const Position& position = {},
                             bool clean = false);
+  /// Raises 15072 for an unknown name.
   void Remove(const std::string& name);
-  /// The position stays. Raises 15153 when newName is taken, even by the same member.
+  /// The position stays. Raises 15153 when newName is taken, even by the same member, and 15072 for an unknown name.
   void RenameItem(const std::string& name, const std::string& newName);
+  /// Dirty, of clean copies of the members; recursive copies their Attributes.
   PropertiesDataPtr Copy(bool recursive) const;
 
+  /// Whether members came, went or changed their name, or one of them is dirty itself.
   bool Dirty() const;
   void SetDirty();
+  /// Of the members, too.
   void ClearDirty();
   /// All: every member is modifiable. Not all: at least one is. An empty list answers `all` itself.
   bool Modifiable(bool all) const;
@@ -54,7 +60,7 @@ class PropertiesData final : public Object, public Reporting {
   StatisticsPtr Statistics();
 
   /// The definitions become the columns of rows: from now on a member keeps the OrderNumber it has.
-  void FixOrder() noexcept { orderFixed_ = true; }
+  void FixOrder() noexcept;
   /// Another number whenever members came, went or changed their name.
   std::uint32_t Generation() const noexcept { return generation_; }
 

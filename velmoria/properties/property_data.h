@@ -42,7 +42,11 @@ class PropertyData final : public Object, public Reporting, public Pooled {
   void SetStyle(zPropertyStyles value) noexcept { style_ = value; }
   /// Counts from 1; a column of rows is at OrderNumber - 1. 0 while it belongs to no list of definitions.
   std::int32_t OrderNumber() const noexcept { return orderNumber_; }
-  void SetOrderNumber(std::int32_t value) noexcept { orderNumber_ = value; }
+  void SetOrderNumber(std::int32_t value) noexcept {
+    if (!orderFixed_) orderNumber_ = value;
+  }
+  /// A column of rows is found by its number: from now on it keeps the one it has, whatever list it joins.
+  void FixOrderNumber() noexcept { orderFixed_ = true; }
 
   const std::string& Name() const noexcept { return fields_.Name; }
   void SetName(std::string value);
@@ -135,6 +139,7 @@ class PropertyData final : public Object, public Reporting, public Pooled {
   PropertyFields fields_;
   zPropertyStyles style_ = psNone;
   std::int32_t orderNumber_ = 0;
+  bool orderFixed_ = false;
   Variant oldValue_;
   Variant modified_;
   std::string propertiesName_;

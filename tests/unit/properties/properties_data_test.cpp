@@ -4,6 +4,8 @@
 
 #include "tests/support/expect_raised.h"
 #include "tests/support/scoped_apartment.h"
+#include "velmoria/properties/attribute_data.h"
+#include "velmoria/properties/attributes_data.h"
 #include "velmoria/properties/property_data.h"
 #include "velmoria/velmoria.h"
 
@@ -44,6 +46,9 @@ TEST_F(PropertiesDataTest, FindGivesNoneAndReportsNothing) {
   EXPECT_EQ(data->Find("x", {}, "t.A"), data->Item("A"));
   EXPECT_FALSE(data->Find("x"));
   EXPECT_FALSE(data->Find("x", "SB"));
+  EXPECT_FALSE(data->Find("x", {}, "T.A"));
+  EXPECT_EQ(data->Find("x", "sB", "t.A"), data->Item("A"));
+  EXPECT_EQ(data->Find(2, "sA"), data->Item("B"));
   EXPECT_EQ(Framework().Messages()->Count(), 0);
 }
 
@@ -51,8 +56,25 @@ TEST_F(PropertiesDataTest, MembersAreNumberedByTheirPosition) {
   const auto data = Of({"A", "C"});
   data->SetupItem(psUser, {.Name = "B"}, {.Before = "C"});
   EXPECT_EQ(Order(data), "A1B2C3");
+  const auto first = data->Item("A");
   data->Remove("A");
   EXPECT_EQ(Order(data), "B1C2");
+  EXPECT_EQ(first->OrderNumber(), 0);
+  data->Add(first, {.After = 1});
+  EXPECT_EQ(Order(data), "B1A2C3");
+}
+
+TEST_F(PropertiesDataTest, BothPositionsAppend) {
+  const auto data = Of({"A", "B"});
+  data->SetupItem(psUser, {.Name = "C"}, {.Before = 1, .After = 1});
+  EXPECT_EQ(Order(data), "A1B2C3");
+}
+
+TEST_F(PropertiesDataTest, UnknownPositionIsRefused) {
+  const auto data = Of({"A"});
+  ExpectReported(RuntimeFailure::SubscriptOutOfRange, [&] { data->SetupItem(psUser, {.Name = "B"}, {.After = 2}); });
+  ExpectReported(RuntimeFailure::InvalidArgument, [&] { data->Add(Make<PropertyData>(), {.Before = "X"}); });
+  EXPECT_EQ(data->Count(), 1);
 }
 
 TEST_F(PropertiesDataTest, ColumnsOfRowsKeepTheirNumbers) {
@@ -60,12 +82,46 @@ TEST_F(PropertiesDataTest, ColumnsOfRowsKeepTheirNumbers) {
   data->FixOrder();
   data->SetupItem(psUser, {.Name = "C"}, {.Before = 1});
   EXPECT_EQ(Order(data), "C3A1B2");
+  data->Remove("A");
+  EXPECT_EQ(Order(data), "C3B2");
+}
+
+TEST_F(PropertiesDataTest, ColumnOfRowsKeepsItsNumberInAnotherList) {
+  const auto columns = Of({"A", "B"});
+  columns->FixOrder();
+  const auto late = columns->SetupItem(psUser, {.Name = "C"});
+  const auto other = Of({"X"});
+  other->Add(columns->Item("B"), {.Before = 1});
+  other->Add(late);
+  EXPECT_EQ(Order(other), "B2X2C3");
+  other->Remove("C");
+  EXPECT_EQ(late->OrderNumber(), 3);
 }
 
 TEST_F(PropertiesDataTest, TakenNameIsAFailureOfTheContainer) {
   const auto data = Of({"A"});
   ExpectReported(RuntimeFailure::KeyInUse, [&] { data->SetupItem(psUser, {.Name = "a"}); });
+  ExpectReported(RuntimeFailure::KeyInUse, [&] { data->Add(data->Item("A")); });
   EXPECT_EQ(data->Count(), 1);
+  EXPECT_FALSE(data->Dirty());
+}
+
+TEST_F(PropertiesDataTest, RefusedDefaultValueMakesNoMember) {
+  const auto data = Of({});
+  ExpectRaised(errProperty_DataType,
+               [&] { data->SetupItem(psUser, {.Name = "A", .DataType = dtLongInteger, .DefaultValue = "abc"}); });
+  EXPECT_EQ(data->Count(), 0);
+  EXPECT_FALSE(data->Dirty());
+}
+
+TEST_F(PropertiesDataTest, SetupItemGivesTheStyle) {
+  EXPECT_EQ(Make<PropertiesData>()->SetupItem(psIdentifier, {.Name = "A"})->Style(), psIdentifier);
+}
+
+TEST_F(PropertiesDataTest, RemoveOfAnUnknownNameIsAProblemOfFinding) {
+  const auto data = Of({"A"});
+  ExpectRaised(errItem_Property, [&] { data->Remove("B"); }, {.Text = "Index: 'B'", .Count = 1});
+  EXPECT_FALSE(data->Dirty());
 }
 
 TEST_F(PropertiesDataTest, RenameKeepsThePositionAndRefusesATakenName) {
@@ -75,6 +131,8 @@ TEST_F(PropertiesDataTest, RenameKeepsThePositionAndRefusesATakenName) {
   EXPECT_EQ(data->Item("Z")->Name(), "Z");
   ExpectRaised(errRename_Property, [&] { data->RenameItem("Z", "b"); }, {.Text = "Name: 'Z'  NewName: 'b'"});
   ExpectRaised(errRename_Property, [&] { data->RenameItem("Z", "z"); });
+  ExpectRaised(errItem_Property, [&] { data->RenameItem("A", "Y"); }, {.Text = "Index: 'A'"});
+  EXPECT_EQ(Order(data), "Z1B2");
 }
 
 TEST_F(PropertiesDataTest, EveryChangeOfMembersStamps) {
@@ -88,7 +146,40 @@ TEST_F(PropertiesDataTest, EveryChangeOfMembersStamps) {
   EXPECT_TRUE(stamps([&] { data->SetupItem(psUser, {.Name = "C"}); }));
   EXPECT_TRUE(stamps([&] { data->RenameItem("C", "D"); }));
   EXPECT_TRUE(stamps([&] { data->Remove("D"); }));
+  EXPECT_TRUE(stamps([&] { data->Add(Make<PropertyData>()); }));
   EXPECT_TRUE(stamps([&] { data->Item("A")->SetCaption("c"); }));
+  EXPECT_TRUE(stamps([&] { data->SetDirty(); }));
+  EXPECT_FALSE(stamps([&] { data->SetupItem(psUser, {.Name = "E"}, {}, true); }));
+  EXPECT_FALSE(stamps([&] { data->Copy(true)->Item("A")->SetCaption("d"); }));
+}
+
+TEST_F(PropertiesDataTest, ClearDirtyReachesTheMembers) {
+  const auto data = Of({"A"});
+  data->Item("A")->SetValue(1);
+  data->SetDirty();
+  data->ClearDirty();
+  EXPECT_FALSE(data->Dirty());
+  EXPECT_FALSE(data->Item("A")->Dirty());
+  EXPECT_FALSE(data->Item("A")->DirtyValue());
+}
+
+TEST_F(PropertiesDataTest, GenerationTellsWhetherMembersCameOrWent) {
+  const auto data = Of({"A", "B"});
+  const auto differs = [&](auto change) {
+    const auto before = data->Generation();
+    change();
+    return data->Generation() != before;
+  };
+  EXPECT_TRUE(differs([&] { data->SetupItem(psUser, {.Name = "C"}); }));
+  EXPECT_TRUE(differs([&] { data->RenameItem("C", "D"); }));
+  EXPECT_TRUE(differs([&] { data->Remove("D"); }));
+  EXPECT_FALSE(differs([&] { data->Item("A")->SetCaption("c"); }));
+}
+
+TEST_F(PropertiesDataTest, StatisticsAreMadeOnceAndKept) {
+  const auto data = Of({});
+  EXPECT_TRUE(data->Statistics());
+  EXPECT_EQ(data->Statistics(), data->Statistics());
 }
 
 TEST_F(PropertiesDataTest, ModifiableAsksAllOrOne) {
@@ -108,9 +199,25 @@ TEST_F(PropertiesDataTest, CopyHasMembersOfItsOwn) {
   EXPECT_EQ(data->Item("A")->Caption(), "");
 }
 
-TEST_F(PropertiesDataTest, DetailsIndentTheMembers) {
+TEST_F(PropertiesDataTest, CopyIsDirtyThoughItsMembersAreClean) {
+  const auto copy = Of({"A"})->Copy(true);
+  EXPECT_TRUE(copy->Dirty());
+  EXPECT_FALSE(copy->Item("A")->Dirty());
+  EXPECT_FALSE(Make<PropertiesData>()->Copy(true)->Dirty());
+}
+
+TEST_F(PropertiesDataTest, OnlyARecursiveCopyTakesTheAttributes) {
   const auto data = Of({"A"});
-  EXPECT_EQ(data->Details(), "Properties Count 1\r\n    " + data->Item("A")->Details());
+  data->Item("A")->AttributesData()->SetupItem({.Name = "Colour"});
+  EXPECT_EQ(data->Copy(true)->Item("A")->AttributesData()->Count(), 1);
+  EXPECT_EQ(data->Copy(false)->Item("A")->AttributesData()->Count(), 0);
+}
+
+TEST_F(PropertiesDataTest, DetailsIndentTheMembers) {
+  const auto data = Of({"A", "B"});
+  EXPECT_EQ(data->Details(),
+            "Properties Count 2\r\n    " + data->Item("A")->Details() + "\r\n    " + data->Item("B")->Details());
+  EXPECT_EQ(Of({})->Details(), "Properties Count 0");
 }
 
 }  // namespace
