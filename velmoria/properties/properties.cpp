@@ -56,6 +56,7 @@ void Properties::Bind(const PropertiesBinding& binding) {
   auto parents = ParentsOfStyle(style_, binding.Parents);
   if (!parents.IsEmpty()) MakeRare().Family = std::move(parents);
   if (style_ != psPersistent) return;
+  if (name_.empty()) name_ = NameOf(binding.Parents.Action);
   recordset_ = binding.Recordset;
   row_ = binding.Row;
 }

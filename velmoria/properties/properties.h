@@ -39,6 +39,7 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   ~Properties() override;
   std::string_view ReportedType() const noexcept override { return "Properties"; }
 
+  // A listener that cancels ends the operation silently and the event that follows is left out.
   CancelEvent<Properties, Property&> BeforeAdd;
   Event<Properties, Property&> AfterAdd;
   CancelEvent<Properties, Property&> BeforeRemove;
@@ -53,23 +54,28 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
 
   /// By 1-based position or name; raises 15072 when there is none and no listener supplies one.
   PropertyPtr Item(const Variant& index);
-  /// The same by any key. By a Parameter whose Name and SourceName are both no key it gives none and raises nothing.
+  /// The same by any key; SourceName and SourceKey are compared exactly. A Parameter is found by its Name. If that is
+  /// no key but its SourceName is, by its SourceKey; if neither is, the answer is none, without event and error.
   PropertyPtr Item(const PropertyKey& key);
   std::int32_t Count() const;
   class Iterator;
   Iterator begin() const;
   Iterator end() const;
 
-  /// Raises 15082 when adding is not supported and 15014 when both positions are given; a name in use fails.
+  /// The item's definition joins that of the collection, and the item gets the collection's style and parents. Raises
+  /// 15082 when adding is not supported, 15100 to 15109 for a parent that the item already has, and 15014 when both
+  /// positions are given: the definition has taken the item by then, and keeps it. A name in use fails.
   void Add(const PropertyPtr& item, const Position& position = {});
-  /// Makes a member. Cancelled by a listener it gives none, or fails on a transient collection. Raises like Add, and
-  /// like Property.SetDefaultValue for the DefaultValue.
+  /// Makes a member. Its engine is that of the Source; where there is none, the one given or else the collection's.
+  /// Cancelled by a listener it gives none, and the definition stays behind; on a transient collection that fails. A
+  /// failure leaves nothing behind. Raises like Add, and like Property.SetDefaultValue for the DefaultValue.
   PropertyPtr SetupItem(const PropertyFields& fields, const Position& position = {});
-  /// Raises 15083 when removing is not supported, 15072 for an unknown member, 15142 when a step fails.
+  /// The member leaves the definition, too, and its parents. Raises 15083 when removing is not supported, 15072 for an
+  /// unknown member, 15142 when a step fails.
   void Remove(const Variant& index);
   void Remove(const PropertyKey& key);
-  /// The position stays. Raises 15085 on a transient collection, 15153 when the new name is taken, 15002 when the
-  /// member is Locked.
+  /// The position stays. Raises 15085 on a transient collection, 15153 when the new name is taken, even by the same
+  /// member, 15072 for an unknown name, 15002 when the member is Locked.
   void RenameItem(const std::string& name, const std::string& newName);
   /// An unbound, transient collection of copies; an empty name keeps the name.
   PropertiesPtr Copy(const std::string& name = {}, bool recursive = true);
@@ -140,7 +146,7 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   void Bind(const PropertiesBinding& binding);
   /// As psPersistent to one row of a Recordset and its columns.
   void BindRow(RecordsetPtr recordset, std::int32_t row, std::string name);
-  /// Raises 15002 when there are members or Locked.
+  /// Raises 15002 when Locked or once the members were asked for.
   void Setup(const std::string& name, bool locked, bool supportsAdd, bool supportsRemove, zEngines engine = engUnknown);
   void SetStyle(zPropertyStyles value) { style_ = value; }
   void SetIdentifier(IdentifierPtr value);
@@ -184,7 +190,8 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   void FillItems() const;
   PropertiesDataPtr DefinitionOfStyle() const;
   void Insert(const PropertyPtr& item, const Position& position, const char* routine);
-  PropertyPtr MakeMember(const PropertyFields& fields, const Position& position, bool& joined);
+  PropertyPtr MakeMember(const PropertyFields& fields, const Position& position);
+  void DropHalfMade(const PropertyPtr& member, const std::string& key);
   void RemoveMember(const PropertyPtr& item);
   const Parents& HeldParents() const;
   Rare& MakeRare() const;

@@ -21,14 +21,18 @@ void Properties::LoadItems() const {
 }
 
 void Properties::FillItems() const {
-  items_ = std::make_unique<Items>();
-  if (auto definition = DefinitionOfStyle()) data_ = std::move(definition);
-  if (!data_) return;
-  for (const auto& definition : *data_) {
-    auto item = Make<Property>();
-    item->Bind(definition, HeldParents());
-    items_->List.Add(std::move(item), definition->Name());
+  auto definitions = DefinitionOfStyle();
+  if (!definitions) definitions = data_;
+  auto items = std::make_unique<Items>();
+  if (definitions) {
+    for (const auto& definition : *definitions) {
+      auto item = Make<Property>();
+      item->Bind(definition, HeldParents());
+      items->List.Add(std::move(item), definition->Name());
+    }
   }
+  data_ = std::move(definitions);
+  items_ = std::move(items);
 }
 
 PropertiesDataPtr Properties::DefinitionOfStyle() const {
@@ -78,10 +82,10 @@ std::int32_t Properties::Count() const try {
   return items_ ? static_cast<std::int32_t>(items_->List.Count()) : data_->Count();
 } catch (...) { Failed("Count (Get)"); }
 
-Properties::Iterator Properties::begin() const {
+Properties::Iterator Properties::begin() const try {
   LoadItems();
   return {this, 1};
-}
+} catch (...) { Failed("NewEnum"); }
 
 Properties::Iterator Properties::end() const { return {this, Count() + 1}; }
 

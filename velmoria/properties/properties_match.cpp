@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "velmoria/core/apartment_impl.h"
+#include "velmoria/core/errors_ignored_impl.h"
 #include "velmoria/core/messages.h"
 #include "velmoria/properties/properties_parts_impl.h"
 #include "velmoria/properties/property_data.h"
@@ -58,6 +59,14 @@ const MatchOperator* FindMatchOperator(const std::string& text, const Variant& c
   return unset && !found->KnowsEmpty ? nullptr : &*found;
 }
 
+void Carry(Properties& into, const PropertyPtr& given, const PrepareValuesArguments& arguments) {
+  if (arguments.DirtyOnly && !given->DirtyValue()) return;
+  const auto member = into.FindRaising(PropertyKey{.Parameter = given});
+  if (!member || (member->Flags() & arguments.PropertyFlags) != arguments.PropertyFlags) return;
+  Suspension quiet{"Properties.PrepareValues"};
+  member->SetValue(arguments.UseOldValue ? given->OldValue() : given->Value());
+}
+
 }  // namespace
 
 bool Properties::PropertiesMatch(const PropertiesPtr& properties) try {
@@ -77,15 +86,8 @@ bool Properties::PropertiesMatch(const PropertiesPtr& properties) try {
 void Properties::PrepareValues(const PrepareValuesArguments& arguments) try {
   if (!arguments.Properties) Fail(RuntimeFailure::ObjectNotSet);
   for (const auto& given : *arguments.Properties) {
-    try {
-      if (arguments.DirtyOnly && !given->DirtyValue()) continue;
-      const auto member = FindRaising(PropertyKey{.Parameter = given});
-      if (!member || (member->Flags() & arguments.PropertyFlags) != arguments.PropertyFlags) continue;
-      Suspension quiet{"Properties.PrepareValues"};
-      member->SetValue(arguments.UseOldValue ? given->OldValue() : given->Value());
-    } catch (const Error&) {
-      // A member that refuses its value keeps what it has; whoever asked for the parameters sees that it is missing.
-    }
+    // A member that refuses its value keeps what it has; whoever asked for the parameters sees that it is missing.
+    WithErrorsIgnored([&] { Carry(*this, given, arguments); });
   }
   if (const auto messages = Apartment().Messages) messages->Clear();
 } catch (...) { Failed("PrepareValues"); }

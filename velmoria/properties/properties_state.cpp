@@ -99,8 +99,8 @@ std::string Properties::ClassName() const {
 
 std::string Properties::ActionName() const {
   if (const auto& action = HeldParents().Action) return action->Name();
-  if (recordset_) return ActionNameOf(*recordset_);
-  return rare_ ? rare_->ActionName : std::string();
+  auto name = recordset_ ? ActionNameOf(*recordset_) : std::string();
+  return name.empty() && rare_ ? rare_->ActionName : name;
 }
 
 std::string Properties::LinkName() const { return NameOf(HeldParents().Link); }

@@ -1,8 +1,12 @@
+#include <optional>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
 #include "tests/support/sample_rows.h"
 #include "tests/support/scoped_apartment.h"
+#include "velmoria/properties/properties_impl.h"
+#include "velmoria/properties/property_data.h"
 #include "velmoria/velmoria.h"
 
 namespace velmoria::test {
@@ -30,6 +34,24 @@ TEST_F(PropertiesItemsTest, FoundBySourceNameOrSourceKeyExactly) {
   EXPECT_EQ(properties_->Item(PropertyKey{.SourceKey = "t.ca"})->Name(), "A");
   EXPECT_EQ(properties_->Item(PropertyKey{.Index = "x", .SourceName = "none", .SourceKey = "t.cb"})->Name(), "B");
   ExpectRaised(errItem_Property, [&] { properties_->Item(PropertyKey{.SourceName = "COL_B"}); });
+  ExpectRaised(errItem_Property, [&] { properties_->Item(PropertyKey{.SourceKey = "T.CA"}); });
+}
+
+TEST_F(PropertiesItemsTest, AnIndexThatIsThereGoesBeforeTheNamesOfTheSource) {
+  EXPECT_EQ(properties_->Item(PropertyKey{.Index = "B", .SourceName = "col_a", .SourceKey = "t.ca"})->Name(), "B");
+  EXPECT_EQ(properties_->Item(PropertyKey{.Index = 2, .SourceName = "col_a"})->Name(), "B");
+}
+
+TEST_F(PropertiesItemsTest, FirstMemberWithEitherNameOfTheSourceWins) {
+  EXPECT_EQ(properties_->Item(PropertyKey{.SourceName = "col_b", .SourceKey = "t.ca"})->Name(), "A");
+  EXPECT_EQ(properties_->Item(PropertyKey{.SourceName = "col_a", .SourceKey = "t.cb"})->Name(), "A");
+}
+
+TEST_F(PropertiesItemsTest, MemberWithoutASourceIsNotFoundByEmptyNames) {
+  properties_->SetupItem({.Name = "C"});
+  ExpectRaised(errItem_Property,
+               [&] { properties_->Item(PropertyKey{.Index = "x", .SourceName = "", .SourceKey = ""}); });
+  ExpectRaised(errItem_Property, [&] { properties_->Item(PropertyKey{.SourceKey = "."}); });
 }
 
 TEST_F(PropertiesItemsTest, MissRaisesTheEventFirstAndTheErrorSecond) {
@@ -38,8 +60,9 @@ TEST_F(PropertiesItemsTest, MissRaisesTheEventFirstAndTheErrorSecond) {
     ++events;
     EXPECT_EQ(key.Index.AsText(), "C");
     EXPECT_EQ(Framework().Messages()->Count(), 0);
+    EXPECT_EQ(Framework().Messages()->SuspendRoutine(), "");
   };
-  ExpectRaised(errItem_Property, [&] { properties_->Item("C"); });
+  ExpectRaised(errItem_Property, [&] { properties_->Item("C"); }, {.Count = 1});
   EXPECT_EQ(events, 1);
 }
 
@@ -47,6 +70,25 @@ TEST_F(PropertiesItemsTest, ListenerThatSuppliesTheItemPreventsTheError) {
   const auto supplied = New({.Name = "C"});
   properties_->ItemNotFound += [&](const PropertyKey&, PropertyPtr& item) { item = supplied; };
   EXPECT_EQ(properties_->Item("C"), supplied);
+  EXPECT_EQ(Framework().Messages()->Count(), 0);
+}
+
+TEST_F(PropertiesItemsTest, LastListenerDecidesWhatIsSupplied) {
+  properties_->ItemNotFound += [&](const PropertyKey&, PropertyPtr& item) { item = New({.Name = "C"}); };
+  properties_->ItemNotFound += [&](const PropertyKey&, PropertyPtr& item) { item.reset(); };
+  ExpectRaised(errItem_Property, [&] { properties_->Item("C"); });
+}
+
+TEST_F(PropertiesItemsTest, MissInsideASuspensionOfOthersStillRaisesItsOwnNumberAndRecordsNothing) {
+  std::optional<Error> error;
+  {
+    Suspension quiet{"Somebody.Else"};
+    error = Thrown([&] { properties_->Item("C"); });
+  }
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->CatalogueNumber(), static_cast<std::int32_t>(errItem_Property));
+  EXPECT_EQ(error->Description(),
+            "Problem finding Property.  Index: 'C'  SourceName: ''  SourceKey: ''  Parameter: (Nothing)");
   EXPECT_EQ(Framework().Messages()->Count(), 0);
 }
 
@@ -65,15 +107,40 @@ TEST_P(PropertiesIndexTest, MissShowsTheIndex) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Table, PropertiesIndexTest,
-                         testing::Values(ShownIndex{"Long", 9, "9"}, ShownIndex{"Double", 9.5, "9.5"},
-                                         ShownIndex{"Text", "x", "'x'"}, ShownIndex{"Null", Variant::Null(), "'Null'"},
+                         testing::Values(ShownIndex{"Integer", std::int16_t{9}, "9"}, ShownIndex{"Long", -9, "-9"},
+                                         ShownIndex{"Single", 9.5F, "9.5"}, ShownIndex{"Double", 9.25, "9.25"},
+                                         ShownIndex{"Currency", Currency{95000}, "9.5"},
+                                         ShownIndex{"Decimal", Decimal::Parse("9.10"), "9.10"},
+                                         ShownIndex{"Byte", Byte{9}, "9"}, ShownIndex{"Text", "x", "'x'"},
+                                         ShownIndex{"DigitsAreAText", "1", "'1'"}, ShownIndex{"NoText", "", "''"},
+                                         ShownIndex{"Empty", Variant(), "'Empty'"},
+                                         ShownIndex{"Null", Variant::Null(), "'Null'"},
                                          ShownIndex{"Boolean", true, "'Boolean'"},
+                                         ShownIndex{"Date", Date::From(1998, 6, 1), "'Date'"},
+                                         ShownIndex{"Bytes", std::vector<Byte>{1}, "'Byte()'"},
+                                         ShownIndex{"Values", Variant::ArrayOfValues({1}), "'Variant()'"},
                                          ShownIndex{"Absent", Variant::Missing(), "'Error'"},
-                                         ShownIndex{"Object", Variant(PropertyPtr()), "'Nothing'"}),
+                                         ShownIndex{"Nothing", Variant(PropertyPtr()), "'Nothing'"}),
                          [](const auto& each) { return each.param.Name; });
+
+TEST_F(PropertiesItemsTest, MissShowsAnObjectByItsClass) {
+  ExpectRaised(errItem_Property, [&] { properties_->Item(Variant(properties_)); }, {.Text = "Index: 'Properties'"});
+}
+
+TEST_F(PropertiesItemsTest, MissShowsTheNamesOfTheSource) {
+  ExpectRaised(
+      errItem_Property, [&] { properties_->Item(PropertyKey{.Index = 9, .SourceName = "col_z", .SourceKey = "t.z"}); },
+      {.Text = "Problem finding Property.  Index: 9  SourceName: 'col_z'  SourceKey: 't.z'  Parameter: (Nothing)"});
+}
 
 TEST_F(PropertiesItemsTest, ParameterIsFoundByItsName) {
   EXPECT_EQ(properties_->Item(PropertyKey{.Parameter = New({.Name = "b"})})->Name(), "B");
+}
+
+TEST_F(PropertiesItemsTest, BesideAParameterTheOtherKeysAreNotLookedAt) {
+  const PropertyKey key{.Index = 1, .SourceName = "col_a", .SourceKey = "t.ca", .Parameter = New({.Name = "B"})};
+  EXPECT_EQ(properties_->Item(key)->Name(), "B");
+  EXPECT_FALSE(properties_->Item(PropertyKey{.Index = 1, .SourceName = "col_a", .Parameter = New({.Name = "x"})}));
 }
 
 TEST_F(PropertiesItemsTest, ParameterWithoutAKeyGivesNoneWithoutEventAndError) {
@@ -89,12 +156,35 @@ TEST_F(PropertiesItemsTest, SourceNameOfAParameterOnlyOpensTheSearchBySourceKey)
   EXPECT_EQ(properties_->Item(PropertyKey{.Parameter = parameter})->Name(), "B");
 }
 
+TEST_F(PropertiesItemsTest, SourceNameOfAParameterOpensTheSearchWithoutRegardToCase) {
+  const auto parameter = New({.Name = "x", .SourceName = "a", .SourceColumn = "cb", .SourceTable = "t"});
+  EXPECT_EQ(properties_->Item(PropertyKey{.Parameter = parameter})->Name(), "B");
+}
+
+TEST_F(PropertiesItemsTest, FirstMemberWithTheSourceKeyOfTheParameterWins) {
+  properties_->SetupItem({.Name = "C", .SourceColumn = "cb", .SourceTable = "t"});
+  const auto parameter = New({.Name = "x", .SourceName = "C", .SourceColumn = "cb", .SourceTable = "t"});
+  EXPECT_EQ(properties_->Item(PropertyKey{.Parameter = parameter})->Name(), "B");
+}
+
+TEST_F(PropertiesItemsTest, ParameterWithoutASourceKeyGetsTheFirstMemberWithoutOne) {
+  for (const char* name : {"C", "D"}) properties_->SetupItem({.Name = name});
+  EXPECT_EQ(properties_->Item(PropertyKey{.Parameter = New({.Name = "x", .SourceName = "A"})})->Name(), "C");
+}
+
+TEST_F(PropertiesItemsTest, ListenerMaySupplyWhatAParameterDoesNotFind) {
+  const auto supplied = New({.Name = "C"});
+  properties_->ItemNotFound += [&](const PropertyKey&, PropertyPtr& item) { item = supplied; };
+  const auto parameter = New({.Name = "x", .SourceName = "A"});
+  EXPECT_EQ(properties_->Item(PropertyKey{.Parameter = parameter}), supplied);
+}
+
 TEST_F(PropertiesItemsTest, ParameterWhoseSourceKeyNobodyHasRaisesEventAndError) {
   const auto parameter = New({.Name = "x", .SourceName = "A", .SourceColumn = "none", .SourceTable = "t"});
   int events = 0;
   properties_->ItemNotFound += [&](const PropertyKey&, PropertyPtr&) { ++events; };
   ExpectRaised(errItem_Property, [&] { properties_->Item(PropertyKey{.Parameter = parameter}); },
-               {.Text = "Parameter: " + parameter->Details()});
+               {.Text = "Index: 'Error'  SourceName: ''  SourceKey: ''  Parameter: " + parameter->Details()});
   EXPECT_EQ(events, 1);
 }
 
@@ -111,6 +201,27 @@ TEST_F(PropertiesItemsTest, WalkGoesInOrder) {
   std::string names;
   for (const auto& item : *properties_) names += item->Name();
   EXPECT_EQ(names, "AB");
+  for (const auto& item : *Framework().CreateProperties()) FAIL() << item->Name();
+}
+
+TEST_F(PropertiesItemsTest, IteratorsStepEitherWay) {
+  auto next = properties_->begin();
+  EXPECT_EQ((*next++)->Name(), "A");
+  EXPECT_EQ((*next)->Name(), "B");
+  EXPECT_EQ(++next, properties_->end());
+}
+
+TEST_F(PropertiesItemsTest, CollectionWhoseDefinitionsCannotBeMadeMembersFailsEachTime) {
+  auto data = Make<PropertiesData>();
+  for (const char* name : {"A", "B"}) data->SetupItem(psUser, {.Name = name});
+  data->Item("A")->SetName("B");
+  const auto properties = Make<Properties>();
+  properties->Bind({.Style = psUser, .PropertiesData = data});
+  for (int time = 1; time <= 2; ++time) {
+    ExpectReported(RuntimeFailure::KeyInUse, [&] { properties->Count(); });
+    ExpectReported(RuntimeFailure::KeyInUse, [&] { properties->begin(); });
+    ExpectReported(RuntimeFailure::KeyInUse, [&] { properties->Item(1); });
+  }
 }
 
 // Rows
@@ -145,6 +256,25 @@ TEST_F(PropertiesItemsTest, RowKeepsItsMembersWhenAnotherRowRemovesAColumn) {
   EXPECT_EQ(first->Item("Amount"), amount);
   EXPECT_EQ(amount->Value().AsDouble(), 12.5);
   EXPECT_EQ(first->Item("Note")->Value().IsNull(), true);
+}
+
+TEST_F(PropertiesItemsTest, RowFollowsAColumnThatAnotherRowRenames) {
+  const SampleRows rows;
+  const auto first = rows.Row(0);
+  const auto name = first->Item("Name");
+  rows.Row(1)->RenameItem("Name", "Who");
+  EXPECT_EQ(first->Item("who"), name);
+  EXPECT_EQ(name->Value().AsText(), "Ada");
+  ExpectRaised(errItem_Property, [&] { first->Item("Name"); });
+}
+
+TEST_F(PropertiesItemsTest, RowLooksForItsParametersAsAnyCollection) {
+  const SampleRows rows;
+  const auto row = rows.Row(0);
+  EXPECT_EQ(row->Item(PropertyKey{.Parameter = New({.Name = "NAME"})}), row->Item(2));
+  const auto other = New({.Name = "x", .SourceName = "Id", .SourceColumn = "Name", .SourceTable = "orders"});
+  EXPECT_EQ(row->Item(PropertyKey{.Parameter = other}), row->Item(2));
+  EXPECT_FALSE(row->Item(PropertyKey{.Parameter = New({.Name = "x"})}));
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
+#include <stdexcept>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
+#include "tests/support/sample_rows.h"
 #include "tests/support/scoped_apartment.h"
 #include "velmoria/velmoria.h"
 
@@ -13,53 +16,83 @@ PropertiesPtr One(const PropertyFields& fields) {
   return properties;
 }
 
-struct MatchCase {
-  const char* Name;
-  Variant Candidate;
-  const char* Operator;
-  Variant Criterion;
-  bool Matches;
+bool Matches(const Variant& candidate, const char* with, const Variant& criterion) {
+  const auto criteria = One({.Name = "X", .Value = criterion, .Operator = with});
+  return criteria->PropertiesMatch(One({.Name = "X", .Value = candidate}));
+}
+
+struct OperatorRow {
+  const char* Text;
+  bool Lower, Same, Higher;  // whether it holds for a comparison below, at and above 0
 };
 
-class PropertiesMatchTest : public testing::TestWithParam<MatchCase> {
+constexpr OperatorRow kOperators[] = {
+    {"=", false, true, false}, {"<>", true, false, true}, {">", false, false, true}, {"<", true, false, false},
+    {">=", false, true, true}, {"=>", false, true, true}, {"<=", true, true, false}, {"=<", true, true, false},
+};
+
+// A criterion, and candidates that compare below, at and above 0 with it; Empty where there is none.
+struct StorageRow {
+  const char* Name;
+  Variant Criterion;
+  Variant Lower, Same, Higher;
+};
+
+class PropertiesMatchTest : public testing::TestWithParam<StorageRow> {
  protected:
   ScopedApartment apartment_;
 };
 
-TEST_P(PropertiesMatchTest, CriterionIsComparedByTheStorageOfTheCandidate) {
-  const auto& each = GetParam();
-  const auto criteria = One({.Name = "X", .Value = each.Criterion, .Operator = each.Operator});
-  EXPECT_EQ(criteria->PropertiesMatch(One({.Name = "X", .Value = each.Candidate})), each.Matches);
-}
-
-const Date kEarly = Date::From(1998, 6, 1);
+const Date kEarly = Date::From(1998, 6, 1, 9, 0, 0);
+const Date kMiddle = Date::From(1998, 6, 1, 9, 0, 1);
 const Date kLate = Date::From(1998, 6, 2);
+const Date kAlmostTheSame{kMiddle.Days + 0.4 / 86400};
+const std::vector<Byte> kBytes{1};
 
-INSTANTIATE_TEST_SUITE_P(
-    Table, PropertiesMatchTest,
-    testing::Values(MatchCase{"EmptyEqualsNoValue", Variant(), "=", 1, false},
-                    MatchCase{"EmptyDiffersFromAValue", Variant(), "<>", 1, true},
-                    MatchCase{"NullEqualsNull", Variant::Null(), "=", Variant::Null(), true},
-                    MatchCase{"NullDiffers", Variant::Null(), "<>", 1, true}, MatchCase{"NumberEqual", 2, "=", 2, true},
-                    MatchCase{"NumberOfOtherWidth", std::int16_t{2}, "=", 2.0, true},
-                    MatchCase{"NumberUnequal", 2, "<>", 3, true}, MatchCase{"NumberGreater", 3, ">", 2, true},
-                    MatchCase{"NumberNotGreater", 2, ">", 2, false}, MatchCase{"NumberLess", 1, "<", 2, true},
-                    MatchCase{"NumberAtLeast", 2, ">=", 2, true},
-                    MatchCase{"NumberAtLeastOtherSpelling", 1, "=>", 2, false},
-                    MatchCase{"NumberAtMost", 2, "<=", 2, true},
-                    MatchCase{"NumberAtMostOtherSpelling", 3, "=<", 2, false},
-                    MatchCase{"NumberAgainstNull", 2, "=", Variant::Null(), false},
-                    MatchCase{"Decimal", Decimal::Parse("1.50"), "=", 1.5, true},
-                    MatchCase{"Byte", Byte{3}, ">", 2, true}, MatchCase{"Boolean", true, "=", true, true},
-                    MatchCase{"BooleanOther", true, "=", false, false}, MatchCase{"TextEqual", "b", "=", "b", true},
-                    MatchCase{"TextCase", "b", "=", "B", false}, MatchCase{"TextGreater", "b", ">", "a", true},
-                    MatchCase{"TextLess", "b", "<", "a", false}, MatchCase{"DateEqual", kEarly, "=", kEarly, true},
-                    MatchCase{"DateAgainstText", kEarly, "=", "1998-06-01", false},
-                    MatchCase{"DateGreaterMeansTheCriterionIsLater", kEarly, ">", kLate, true},
-                    MatchCase{"DateLessMeansTheCriterionIsEarlier", kEarly, "<", kLate, false},
-                    MatchCase{"ArraysAreAllAlike", std::vector<Byte>{1}, "=", std::vector<Byte>{2}, true},
-                    MatchCase{"ArrayAgainstNumber", std::vector<Byte>{1}, "=", 1, false}),
-    [](const auto& each) { return each.param.Name; });
+const StorageRow kStorages[] = {
+    {"Integer", std::int16_t{2}, std::int16_t{1}, std::int16_t{2}, std::int16_t{3}},
+    {"Long", 2, 1, 2, 3},
+    {"Single", 2.5F, 2.25F, 2.5F, 2.75F},
+    {"Double", 2.5, 2.4, 2.5, 2.6},
+    {"Currency", Currency{20000}, Currency{19999}, Currency{20000}, Currency{20001}},
+    {"Decimal", Decimal::Parse("2.50"), Decimal::Parse("2.49"), Decimal::Parse("2.5"), Decimal::Parse("2.51")},
+    {"Byte", Byte{2}, Byte{1}, Byte{2}, Byte{3}},
+    {"TrueIsBelowFalse", false, true, false, Variant()},
+    {"NumbersOfOtherWidths", 2.0, std::int16_t{1}, Byte{2}, Currency{20001}},
+    {"NumbersAgainstTheirText", "2", 1, 2, 3},
+    {"NumbersAgainstABoolean", true, -2, -1, 0},
+    {"NumbersAgainstNullAreAbove", Variant::Null(), Variant(), Variant(), -1},
+    {"Text", "b", "a", "b", "c"},
+    {"TextWithRegardToCase", "b", "B", "b", Variant()},
+    {"TextAgainstANumberAsItsText", 2, "10", "2", "3"},
+    {"TextAgainstNullIsAbove", Variant::Null(), Variant(), Variant(), ""},
+    {"DatesTheOtherWayRound", kMiddle, kLate, kMiddle, kEarly},
+    {"DatesWithinASecond", kMiddle, Variant(), kAlmostTheSame, Variant()},
+    {"DateAgainstItsTextIsAbove", "1998-06-01 09:00:01", Variant(), Variant(), kMiddle},
+    {"DateAgainstItsNumberIsAbove", kMiddle.Days, Variant(), Variant(), kMiddle},
+    {"DateAgainstNullIsAbove", Variant::Null(), Variant(), Variant(), kMiddle},
+    {"ArraysAreAllAlike", kBytes, Variant(), std::vector<Byte>{2, 3}, Variant()},
+    {"ArraysOfValuesToo", kBytes, Variant(), Variant::ArrayOfValues({"x"}), Variant()},
+    {"ArrayAndObjectAreAlike", Variant(PropertyPtr()), Variant(), kBytes, Variant()},
+    {"ObjectAndArrayAreAlike", kBytes, Variant(), Variant(PropertyPtr()), Variant()},
+    {"ArrayAgainstANumberIsAbove", 1, Variant(), Variant(), kBytes},
+    {"ArrayAgainstTextIsAbove", "x", Variant(), Variant(), kBytes},
+    {"ArrayAgainstADateIsAbove", kMiddle, Variant(), Variant(), kBytes},
+    {"ArrayAgainstNullIsAbove", Variant::Null(), Variant(), Variant(), kBytes},
+    {"ObjectAgainstANumberIsAbove", 1, Variant(), Variant(), Variant(PropertyPtr())},
+};
+
+INSTANTIATE_TEST_SUITE_P(Table, PropertiesMatchTest, testing::ValuesIn(kStorages),
+                         [](const auto& each) { return each.param.Name; });
+
+TEST_P(PropertiesMatchTest, CriterionIsComparedByTheStorageOfTheCandidate) {
+  const auto& row = GetParam();
+  for (const auto& with : kOperators) {
+    if (!row.Lower.IsEmpty()) { EXPECT_EQ(Matches(row.Lower, with.Text, row.Criterion), with.Lower) << with.Text; }
+    if (!row.Same.IsEmpty()) { EXPECT_EQ(Matches(row.Same, with.Text, row.Criterion), with.Same) << with.Text; }
+    if (!row.Higher.IsEmpty()) { EXPECT_EQ(Matches(row.Higher, with.Text, row.Criterion), with.Higher) << with.Text; }
+  }
+}
 
 class PropertiesCriteriaTest : public testing::Test {
  protected:
@@ -68,6 +101,80 @@ class PropertiesCriteriaTest : public testing::Test {
 
 TEST_F(PropertiesCriteriaTest, EmptyCollectionMatches) {
   EXPECT_TRUE(Framework().CreateProperties()->PropertiesMatch(One({.Name = "X"})));
+}
+
+TEST_F(PropertiesCriteriaTest, EmptyCandidateDiffersFromEveryCriterion) {
+  for (const Variant& criterion : {Variant(1), Variant(""), Variant::Null(), Variant(kMiddle), Variant(kBytes)}) {
+    EXPECT_FALSE(Matches(Variant(), "=", criterion)) << criterion.TypeName();
+    EXPECT_TRUE(Matches(Variant(), "<>", criterion)) << criterion.TypeName();
+  }
+}
+
+TEST_F(PropertiesCriteriaTest, NullCandidateIsTheSameAsNullAlone) {
+  EXPECT_TRUE(Matches(Variant::Null(), "=", Variant::Null()));
+  EXPECT_FALSE(Matches(Variant::Null(), "<>", Variant::Null()));
+  for (const Variant& criterion : {Variant(1), Variant(""), Variant(kMiddle), Variant(kBytes)}) {
+    EXPECT_FALSE(Matches(Variant::Null(), "=", criterion)) << criterion.TypeName();
+    EXPECT_TRUE(Matches(Variant::Null(), "<>", criterion)) << criterion.TypeName();
+  }
+}
+
+TEST_F(PropertiesCriteriaTest, UnsetTypedCandidateComparesAsItsZero) {
+  const auto criteria = One({.Name = "X", .Value = 0});
+  EXPECT_TRUE(criteria->PropertiesMatch(One({.Name = "X", .DataType = dtLongInteger})));
+  EXPECT_FALSE(criteria->PropertiesMatch(One({.Name = "X"})));
+}
+
+TEST_F(PropertiesCriteriaTest, DefaultValueOfTheCandidateIsCompared) {
+  const auto candidate = One({.Name = "X", .DataType = dtLongInteger, .DefaultValue = 5});
+  EXPECT_TRUE(One({.Name = "X", .Value = 5})->PropertiesMatch(candidate));
+}
+
+TEST_F(PropertiesCriteriaTest, DefaultValueIsNoCriterion) {
+  const auto criteria = One({.Name = "X", .DataType = dtLongInteger, .DefaultValue = 5});
+  EXPECT_TRUE(criteria->PropertiesMatch(One({.Name = "X", .Value = 6})));
+}
+
+TEST_F(PropertiesCriteriaTest, TextThatIsNoNumberCannotBeComparedWithANumber) {
+  ExpectReported(RuntimeFailure::TypeMismatch, [] { Matches(1, "=", "abc"); });
+}
+
+TEST_F(PropertiesCriteriaTest, BytesCannotBeComparedWithAText) {
+  ExpectReported(RuntimeFailure::TypeMismatch, [] { Matches("abc", "=", kBytes); });
+}
+
+TEST_F(PropertiesCriteriaTest, FirstCriterionThatFailsEndsTheMatch) {
+  const auto criteria = One({.Name = "X", .Value = 1});
+  criteria->SetupItem({.Name = "Y", .Value = 2, .Operator = "Like"});
+  const auto candidate = One({.Name = "X", .Value = 9});
+  candidate->SetupItem({.Name = "Y", .Value = 2});
+  EXPECT_FALSE(criteria->PropertiesMatch(candidate));
+  candidate->Item("X")->SetValue(1);
+  ExpectRaised(errNotSupported_Operator, [&] { criteria->PropertiesMatch(candidate); },
+               {.Text = "Operator: 'Like'  Property: 'Y'"});
+}
+
+TEST_F(PropertiesCriteriaTest, CandidateIsLookedForByTheIdentityOfTheCriterion) {
+  const auto criteria = One({.Name = "x", .Value = 1, .SourceName = "X", .SourceColumn = "c", .SourceTable = "t"});
+  EXPECT_TRUE(criteria->PropertiesMatch(One({.Name = "X", .Value = 1})));
+  const auto renamed = One({.Name = "Y", .Value = 1, .SourceName = "Z", .SourceColumn = "c", .SourceTable = "t"});
+  EXPECT_FALSE(criteria->PropertiesMatch(renamed));
+}
+
+TEST_F(PropertiesCriteriaTest, CandidateThatOnlyTheSourceNamePromisesIsAProblemOfFinding) {
+  const auto criteria = One({.Name = "x", .Value = 1, .SourceName = "Y", .SourceColumn = "c", .SourceTable = "t"});
+  const auto candidate = One({.Name = "Y", .Value = 1, .SourceColumn = "d", .SourceTable = "t"});
+  ExpectRaised(errItem_Property, [&] { criteria->PropertiesMatch(candidate); });
+  candidate->ItemNotFound += [&](const PropertyKey&, PropertyPtr& item) { item = candidate->Item(1); };
+  EXPECT_TRUE(criteria->PropertiesMatch(candidate));
+}
+
+TEST_F(PropertiesCriteriaTest, UnknownOperatorIsAnErrorAlsoBehindAnInformation) {
+  Framework().Messages()->SetupItem({.Number = errRDO_Info, .SeverityFlags = svfInfo});
+  const auto error = Thrown([] { Matches(1, "Like", 1); });
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->CatalogueNumber(), static_cast<std::int32_t>(errNotSupported_Operator));
+  EXPECT_EQ(Framework().Messages()->SeverityFlags(), svfError);
 }
 
 TEST_F(PropertiesCriteriaTest, UnsetTypedCriterionIsPassedOverThoughItReadsAsZero) {
@@ -135,6 +242,64 @@ TEST_F(PropertiesCriteriaTest, PrepareValuesTakesOldValuesIfToldTo) {
   const auto parameters = One({.Name = "A"});
   parameters->PrepareValues({.Properties = given, .UseOldValue = true});
   EXPECT_EQ(parameters->Item("A")->Value().AsLong(), 7);
+}
+
+TEST_F(PropertiesCriteriaTest, PrepareValuesCarriesWhatIsDirtyIfToldTo) {
+  const auto given = One({.Name = "A", .Value = 7});
+  given->Item("A")->ClearDirty();
+  given->Item("A")->SetValue(8);
+  const auto parameters = One({.Name = "A", .Value = 1});
+  parameters->PrepareValues({.Properties = given, .DirtyOnly = true});
+  EXPECT_EQ(parameters->Item("A")->Value().AsLong(), 8);
+  parameters->PrepareValues({.Properties = given, .DirtyOnly = true, .UseOldValue = true});
+  EXPECT_EQ(parameters->Item("A")->Value().AsLong(), 7);
+}
+
+TEST_F(PropertiesCriteriaTest, PrepareValuesCarriesWhatAValueReadsAs) {
+  const auto parameters = One({.Name = "A", .Value = 1});
+  parameters->PrepareValues({.Properties = One({.Name = "A", .DataType = dtLongInteger})});
+  EXPECT_TRUE(parameters->Item("A")->Value() == Variant(0));
+  parameters->PrepareValues({.Properties = One({.Name = "A", .Value = Variant::Null()})});
+  EXPECT_TRUE(parameters->Item("A")->Value().IsNull());
+}
+
+TEST_F(PropertiesCriteriaTest, PrepareValuesIsAChangeOfValueThatListenersMayVeto) {
+  const auto parameters = One({.Name = "A", .Value = 1});
+  parameters->Item("A")->BeforeValueChange += [](const Variant&, bool& Cancel) { Cancel = true; };
+  parameters->PrepareValues({.Properties = One({.Name = "A", .Value = 7})});
+  EXPECT_EQ(parameters->Item("A")->Value().AsLong(), 1);
+}
+
+TEST_F(PropertiesCriteriaTest, PrepareValuesFillsWhatAListenerSupplies) {
+  const auto parameters = One({.Name = "A", .SourceColumn = "d", .SourceTable = "t"});
+  const auto supplied = Framework().CreateProperty({.Name = "Supplied"});
+  parameters->ItemNotFound += [&](const PropertyKey&, PropertyPtr& item) { item = supplied; };
+  parameters->PrepareValues({.Properties = One({.Name = "x", .Value = 7, .SourceName = "A"})});
+  EXPECT_EQ(supplied->Value().AsLong(), 7);
+}
+
+TEST_F(PropertiesCriteriaTest, PrepareValuesTakesTheValuesOfARow) {
+  const SampleRows rows;
+  const auto parameters = One({.Name = "Id"});
+  rows.Row(1)->Item("Id")->SetValue(20);
+  parameters->PrepareValues({.Properties = rows.Row(1)});
+  EXPECT_EQ(parameters->Item("Id")->Value().AsLong(), 20);
+  parameters->PrepareValues({.Properties = rows.Row(1), .UseOldValue = true});
+  EXPECT_EQ(parameters->Item("Id")->Value().AsLong(), 2);
+}
+
+TEST_F(PropertiesCriteriaTest, PrepareValuesPassesOverFailuresOfTheHostItself) {
+  const auto parameters = One({.Name = "A", .Value = 1});
+  parameters->SetupItem({.Name = "B"});
+  parameters->Item("A")->BeforeValueChange += [](const Variant&, bool&) { throw std::runtime_error("no"); };
+  const auto given = One({.Name = "x", .SourceName = "A", .SourceColumn = "c", .SourceTable = "t"});
+  given->SetupItem({.Name = "A", .Value = 7});
+  given->SetupItem({.Name = "B", .Value = 2});
+  parameters->ItemNotFound += [](const PropertyKey&, PropertyPtr&) { throw std::runtime_error("no"); };
+  parameters->PrepareValues({.Properties = given});
+  EXPECT_EQ(parameters->Item("A")->Value().AsLong(), 1);
+  EXPECT_EQ(parameters->Item("B")->Value().AsLong(), 2);
+  EXPECT_EQ(Framework().Messages()->Count(), 0);
 }
 
 TEST_F(PropertiesCriteriaTest, PrepareValuesPassesOverAMemberThatRefuses) {
