@@ -11,8 +11,7 @@ namespace {
 
 auto FindSetting(auto& settings, std::string_view application, std::string_view section, std::string_view key) {
   return std::ranges::find_if(settings, [&](const auto& setting) {
-    return EqualFolded(setting.Application, application) && EqualFolded(setting.Section, section) &&
-           EqualFolded(setting.Key, key);
+    return setting.Application == application && EqualFolded(setting.Section, section) && EqualFolded(setting.Key, key);
   });
 }
 
@@ -39,7 +38,7 @@ void FakeSettingsStore::SaveSetting(std::string_view application, std::string_vi
 void FakeSettingsStore::DeleteSetting(std::string_view application, std::string_view section) {
   if (FailWrites) Fail(RuntimeFailure::DiskFull);
   std::erase_if(settings_, [&](const Setting& setting) {
-    return EqualFolded(setting.Application, application) && EqualFolded(setting.Section, section);
+    return setting.Application == application && EqualFolded(setting.Section, section);
   });
 }
 
@@ -58,13 +57,14 @@ std::vector<std::string> FakeSettingsStore::Keys(std::string_view application, s
 
 void FakeLogService::Start(std::string_view fileName, LogServiceMode mode) {
   ++Starts;
+  if (FailStarts) Fail(RuntimeFailure::PathNotFound);
   FileName = fileName;
   Mode = mode;
 }
 
 void FakeLogService::Write(std::string_view text, LogEventType type) {
   if (FailWrites) Fail(RuntimeFailure::DiskFull);
-  Lines.push_back({std::string(text), type});
+  if (Mode != LogServiceMode::Off) Lines.push_back({std::string(text), type});
 }
 
 void FakeClock::Sleep(std::int32_t milliseconds) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "velmoria/platform/platform.h"
@@ -21,12 +22,14 @@ class FakeSettingsStore final : public SettingsStore {
                    std::string_view value) override;
   void DeleteSetting(std::string_view application, std::string_view section) override;
   void ReplaceSection(std::string_view application, std::string_view section, const Entries& entries) override;
+  std::string TakeDamage(std::string_view) override { return std::exchange(Damage, {}); }
 
   /// All keys of a section, in order of saving.
   std::vector<std::string> Keys(std::string_view application, std::string_view section) const;
 
   bool FailReads = false;
   bool FailWrites = false;
+  std::string Damage;
 
  private:
   struct Setting {
@@ -39,7 +42,7 @@ class FakeSettingsStore final : public SettingsStore {
   std::vector<Setting> settings_;
 };
 
-/// Records what is logged and how often the log was started.
+/// Records what is logged while it is not off, and how often the log was started.
 class FakeLogService final : public LogService {
  public:
   struct Line {
@@ -54,6 +57,7 @@ class FakeLogService final : public LogService {
   int Starts = 0;
   std::string FileName;
   LogServiceMode Mode = LogServiceMode::Off;
+  bool FailStarts = false;
   bool FailWrites = false;
 };
 

@@ -1,10 +1,13 @@
 #include <array>
+#include <string>
+#include <utility>
 
 #include "velmoria/brokering/business_context.h"
 #include "velmoria/brokering/key_format.h"
 #include "velmoria/brokering/key_format_data.h"
 #include "velmoria/core/apartment_impl.h"
 #include "velmoria/core/messages.h"
+#include "velmoria/core/product.h"
 #include "velmoria/core/profile.h"
 #include "velmoria/core/reporting.h"
 #include "velmoria/data/connection_context.h"
@@ -24,6 +27,12 @@ struct StartupStep {
 };
 
 void MakeMessages(ApartmentState& apartment) { apartment.Messages = Make<Messages>(apartment); }
+
+// What is damaged in the store has been passed over when the log settings were read, and is kept by the store.
+void ReportDamagedSettings(ApartmentState& apartment) {
+  auto damage = apartment.Platform.Settings->TakeDamage(ProductVersionLabel);
+  if (!damage.empty()) Fail(RuntimeFailure::PathFileAccess, std::move(damage));
+}
 
 // A Profile that could not be read is left out: at its end it would overwrite what it does not know.
 void MakeProfile(ApartmentState& apartment) {
@@ -64,9 +73,10 @@ void MakeBusinessContext(ApartmentState& apartment) {
 }
 
 constexpr std::array kSteps{
-    StartupStep{MakeMessages},    StartupStep{MakeProfile},           StartupStep{MakeDefaultKeyFormat},
-    StartupStep{MakeServersData}, StartupStep{MakeDatabasesData},     StartupStep{MakeDatabases},
-    StartupStep{MakeServers},     StartupStep{MakeConnectionContext}, StartupStep{MakeBusinessContext},
+    StartupStep{MakeMessages},         StartupStep{ReportDamagedSettings}, StartupStep{MakeProfile},
+    StartupStep{MakeDefaultKeyFormat}, StartupStep{MakeServersData},       StartupStep{MakeDatabasesData},
+    StartupStep{MakeDatabases},        StartupStep{MakeServers},           StartupStep{MakeConnectionContext},
+    StartupStep{MakeBusinessContext},
 };
 
 // Inside a catch block: what is in flight becomes a Warning under its own number.

@@ -50,6 +50,33 @@ TEST_F(ProfileTest, StoredSettingsAreReadInOrderWithTheirTypes) {
   EXPECT_EQ(profile.Item({"limit"})->Value(), Variant(42));
 }
 
+TEST_F(ProfileTest, SettingWithoutTypeAndValueIsReadAsAnEmptyText) {
+  store_->SaveSetting(kApplication, "Profile", "1Name", "Alone");
+  const auto setting = Start().Item({"Alone"});
+  ASSERT_TRUE(setting);
+  EXPECT_EQ(setting->DataType(), dtVariant);
+  EXPECT_EQ(setting->Value(), Variant(""));
+}
+
+TEST_F(ProfileTest, TypeThatIsNoNumberIsReadAsNone) {
+  Store(1, "Odd", "text", "42");
+  const auto setting = Start().Item({"Odd"});
+  EXPECT_EQ(setting->DataType(), dtVariant);
+  EXPECT_EQ(setting->Value(), Variant("42"));
+}
+
+TEST_F(ProfileTest, FirstNumberMissingLoadsNothing) {
+  Store(2, "Second", "1", "b");
+  EXPECT_EQ(Start().Count(), 0);
+}
+
+TEST_F(ProfileTest, SettingNamedAsWhatIsMissingEndsTheReading) {
+  Store(1, "First", "1", "a");
+  Store(2, ".NotFound.", "1", "b");
+  Store(3, "Third", "1", "c");
+  EXPECT_EQ(Start().Count(), 1);
+}
+
 TEST_F(ProfileTest, GapInTheNumbersEndsTheReading) {
   Store(1, "First", "1", "a");
   Store(3, "Third", "1", "c");
@@ -74,6 +101,39 @@ TEST_F(ProfileTest, ObjectNeverCreates) {
   auto& profile = Start();
   EXPECT_FALSE(profile.Item({Variant(Apartment().Messages), "value", dtString, 0}));
   EXPECT_EQ(profile.Count(), 0);
+}
+
+TEST_F(ProfileTest, WhatNamesNothingNeverCreates) {
+  auto& profile = Start();
+  EXPECT_FALSE(profile.Item({Variant(), "value", dtString, 0}));
+  EXPECT_FALSE(profile.Item({Variant::Missing(), "value", dtString, 0}));
+  EXPECT_FALSE(profile.Item({Variant::Null(), "value", dtString, 0}));
+  EXPECT_FALSE(profile.Item({true, "value", dtString, 0}));
+  EXPECT_EQ(profile.Count(), 0);
+  EXPECT_EQ(apartment_->Messages().Count(), 0);
+}
+
+TEST_F(ProfileTest, NumberWrittenAsTextIsAName) {
+  auto& profile = Start();
+  EXPECT_EQ(profile.Item({"3", "value", dtString, 0})->Name(), "3");
+  EXPECT_EQ(profile.Count(), 1);
+}
+
+TEST_F(ProfileTest, EmptyDefaultIsADefault) {
+  const auto made = Start().Item({"Default Username for Engine 3", Variant(), dtString, 0});
+  ASSERT_TRUE(made);
+  End();
+  EXPECT_EQ(Stored("1Name"), "Default Username for Engine 3");
+  EXPECT_EQ(Stored("1DataType"), "1");
+  EXPECT_EQ(Stored("1Value"), "");
+}
+
+TEST_F(ProfileTest, SuspensionByTheHostOutlastsALookUp) {
+  auto& profile = Start();
+  apartment_->Messages().SetSuspendRoutine("Host.Routine");
+  profile.Item({"X"});
+  profile.SetupItem({"X", "one", dtString});
+  EXPECT_EQ(apartment_->Messages().SuspendRoutine(), "Host.Routine");
 }
 
 TEST_F(ProfileTest, UnknownNameWithADefaultIsMadeAndStoredAtTheEnd) {
@@ -107,6 +167,64 @@ TEST_F(ProfileTest, SetupItemMakesOnceAndKeepsTheOldValue) {
   EXPECT_EQ(made->Size(), 10);
   EXPECT_EQ(profile.SetupItem({"name", "two", dtString, 10}), made);
   EXPECT_EQ(made->Value(), Variant("one"));
+}
+
+TEST_F(ProfileTest, SetupItemThatCannotBeMadeGivesNoneAndLeavesNoMessage) {
+  auto& profile = Start();
+  EXPECT_FALSE(profile.SetupItem({"X", "maybe", dtBoolean}));
+  EXPECT_EQ(profile.Count(), 0);
+  EXPECT_EQ(apartment_->Messages().Count(), 0);
+  EXPECT_EQ(apartment_->Messages().SuspendRoutine(), "");
+}
+
+TEST_F(ProfileTest, RemovingWhatIsNotThereIsAFailure) {
+  auto& profile = Start();
+  ExpectRaised(errItem_Attribute, [&] { profile.Remove("X"); }, {.Text = "X"});
+}
+
+TEST_F(ProfileTest, AddingATakenNameIsAFailure) {
+  auto& profile = Start();
+  const auto made = profile.SetupItem({"X", "one", dtString});
+  ExpectRaised(errAdd_Attribute, [&] { profile.Add(made); });
+}
+
+TEST_F(ProfileTest, AddedAttributeStandsWhereItIsPut) {
+  auto& profile = Start();
+  profile.SetupItem({"B", "b", dtString});
+  auto data = Make<AttributeData>();
+  data->Setup({.Name = "A", .Value = "a"});
+  profile.Add(Make<Attribute>(data), {.Before = 1});
+  profile.Update();
+  EXPECT_EQ(Stored("1Name"), "A");
+  EXPECT_EQ(Stored("2Name"), "B");
+}
+
+TEST_F(ProfileTest, EmptyProfileLeavesNoSettings) {
+  Store(1, "A", "1", "a");
+  auto& profile = Start();
+  profile.Remove(1);
+  profile.Update();
+  EXPECT_EQ(store_->Keys(kApplication, "Profile"), Keys{});
+}
+
+TEST_F(ProfileTest, ValueWithoutATextFormIsStoredEmptyAndTheOthersStay) {
+  auto& profile = Start();
+  profile.SetupItem({"Array", Variant::ArrayOfValues({1, 2})});
+  profile.SetupItem({"Text", "kept", dtString});
+  profile.Update();
+  EXPECT_EQ(Stored("1Value"), "");
+  EXPECT_EQ(Stored("2Value"), "kept");
+}
+
+TEST_F(ProfileTest, UpdateBehindTheEndOfMessagesWritesTheSettingsAlone) {
+  auto& profile = Start();
+  profile.SetupItem({"A", "a", dtString});
+  apartment_->State().Messages = nullptr;
+  store_->DeleteSetting(kApplication, "Exceptions");
+  profile.Update();
+  EXPECT_EQ(Stored("1Name"), "A");
+  EXPECT_FALSE(apartment_->State().Messages);
+  EXPECT_EQ(store_->Keys(kApplication, "Exceptions"), Keys{});
 }
 
 TEST_F(ProfileTest, AfterRemoveAndUpdateTheNumberingClosesUp) {
@@ -201,6 +319,20 @@ TEST_F(ProfileTest, StoreThatCannotBeWrittenIsAFailureOfUpdateAlone) {
   store_->FailWrites = true;
   ExpectReported(RuntimeFailure::DiskFull, [&] { profile.Update(); });
   EXPECT_NO_THROW(End());
+}
+
+TEST_F(ProfileTest, LastApartmentToEndDecides) {
+  Store(1, "A", "1", "a");
+  auto& outer = Start();
+  outer.SetupItem({"Outer", "o", dtString});
+  {
+    const ScopedApartment inner(store_);
+    Apartment().Profile->SetupItem({"Inner", "i", dtString});
+  }
+  EXPECT_EQ(Stored("2Name"), "Inner");
+  End();
+  EXPECT_EQ(Stored("2Name"), "Outer");
+  EXPECT_EQ(Stored("3Name"), "(none)");
 }
 
 TEST_F(ProfileTest, StoreThatCannotBeReadIsNotOverwrittenAtTheEnd) {

@@ -1,9 +1,13 @@
+#include <filesystem>
 #include <memory>
+#include <string>
 
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
 #include "tests/support/scoped_apartment.h"
+#include "tests/support/scoped_variable.h"
+#include "tests/support/temporary_folder.h"
 #include "velmoria/brokering/business_context.h"
 #include "velmoria/brokering/key_format.h"
 #include "velmoria/core/messages.h"
@@ -14,6 +18,8 @@
 #include "velmoria/design/databases_data.h"
 #include "velmoria/design/servers.h"
 #include "velmoria/design/servers_data.h"
+#include "velmoria/platform/posix/file_settings_store.h"
+#include "velmoria/properties/attribute.h"
 
 namespace velmoria::test {
 namespace {
@@ -110,6 +116,123 @@ TEST(StartupTest, StepsBehindAFailingOneStillRun) {
 TEST(StartupTest, FailureAtTheStartIsNotWhatLaterErrorsAreRaisedAs) {
   const ScopedApartment apartment(UnreadableStore());
   ExpectRaised(errItem_Class, [] { Anybody().Fail(); }, {.Text = "Index: 'x'", .Count = 2});
+}
+
+TEST(StartupTest, DamagedSettingsAreOneWarning) {
+  const auto store = std::make_shared<FakeSettingsStore>();
+  store->Damage = "damaged lines: 3";
+  const ScopedApartment apartment(store);
+  ASSERT_EQ(apartment.Messages().Count(), 1);
+  const auto warning = apartment.Messages().Item(1);
+  EXPECT_EQ(warning->Number(), 75);
+  EXPECT_EQ(warning->SeverityFlags(), svfWarning);
+  EXPECT_EQ(warning->TypeName(), "FrameworkGlobals");
+  EXPECT_EQ(warning->RoutineName(), "Main");
+  EXPECT_EQ(warning->Description(), "damaged lines: 3");
+  EXPECT_TRUE(apartment.State().Profile);
+}
+
+TEST(StartupTest, DamagedSettingsAreNotWhatLaterErrorsAreRaisedAs) {
+  const auto store = std::make_shared<FakeSettingsStore>();
+  store->Damage = "damaged lines: 3";
+  const ScopedApartment apartment(store);
+  ExpectRaised(errItem_Class, [] { Anybody().Fail(); }, {.Text = "Index: 'x'", .Count = 2});
+}
+
+TEST(StartupTest, DamagedSettingsAreLogged) {
+  const auto store = std::make_shared<FakeSettingsStore>();
+  store->SaveSetting("Velmoria v1.0-0", "Exceptions", "LogMode", "1");
+  store->Damage = "damaged lines: 3";
+  const ScopedApartment apartment(store);
+  ASSERT_EQ(apartment.Log().Lines.size(), 1U);
+  EXPECT_EQ(apartment.Log().Lines[0].Type, LogEventType::Warning);
+  EXPECT_EQ(apartment.Log().Lines[0].Text, apartment.Messages().Item(1)->Details());
+}
+
+// A store whose readings fail as one of the library's own errors does.
+class ReportingStore final : public SettingsStore, public Reporting {
+ public:
+  std::string_view ReportedType() const noexcept override { return "Store"; }
+  std::string GetSetting(std::string_view, std::string_view, std::string_view, std::string_view) override {
+    Raise(errFile_Server, "GetSetting", {"'x'"});
+  }
+  void SaveSetting(std::string_view, std::string_view, std::string_view, std::string_view) override {}
+  void DeleteSetting(std::string_view, std::string_view) override {}
+  void ReplaceSection(std::string_view, std::string_view, const Entries&) override {}
+  std::string TakeDamage(std::string_view) override { return {}; }
+};
+
+TEST(StartupTest, CatalogueErrorBecomesAWarningUnderItsCatalogueNumber) {
+  const ScopedApartment apartment(std::make_shared<FakeSettingsStore>(), [](ApartmentState& state) {
+    state.Platform.Settings = std::make_shared<ReportingStore>();
+  });
+  ASSERT_EQ(apartment.Messages().Count(), 1);
+  EXPECT_EQ(apartment.Messages().Item(1)->Number(), 15047);
+  EXPECT_EQ(apartment.Messages().SeverityFlags(), svfWarning);
+  EXPECT_FALSE(apartment.State().Profile);
+}
+
+void SettingsInTheFile(ApartmentState& state) { state.Platform.Settings = std::make_shared<FileSettingsStore>(); }
+
+class StartupOverAFileTest : public testing::Test {
+ protected:
+  TemporaryFolder folder_;
+  ScopedVariable variable_{"VELMORIA_SETTINGS_DIR", folder_.Path().c_str()};
+  std::string path_ = folder_.Path("Velmoria v1.0-0.settings");
+};
+
+TEST_F(StartupOverAFileTest, WhatCanBeReadOfADamagedFileIsReadAndTheFileIsKeptAtTheEnd) {
+  const std::string text =
+      "[Exceptions]\nLogFileName=a.log\ngarbage\n[Profile]\n1Name=SupportsRMS\n1DataType=5\n1Value=True\n2Na";
+  WriteText(path_, text);
+  {
+    const ScopedApartment apartment(nullptr, SettingsInTheFile);
+    ASSERT_EQ(apartment.Messages().Count(), 1);
+    EXPECT_EQ(apartment.Messages().Item(1)->Number(), 75);
+    EXPECT_EQ(apartment.Messages().LogFileName(), "a.log");
+    EXPECT_EQ(apartment.State().Profile->Item({"SupportsRMS"})->Value(), Variant(true));
+    EXPECT_EQ(ReadText(path_), text);
+  }
+  EXPECT_EQ(ReadText(path_ + ".damaged"), text);
+  const ScopedApartment next(nullptr, SettingsInTheFile);
+  EXPECT_EQ(next.Messages().Count(), 0);
+  EXPECT_EQ(next.Messages().LogFileName(), "a.log");
+  EXPECT_EQ(next.State().Profile->Item({"SupportsRMS"})->Value(), Variant(true));
+}
+
+TEST_F(StartupOverAFileTest, FolderInThePlaceOfTheFileIsOneWarningAndStopsNothing) {
+  std::filesystem::create_directory(path_);
+  {
+    const ScopedApartment apartment(nullptr, SettingsInTheFile);
+    ASSERT_EQ(apartment.Messages().Count(), 1);
+    EXPECT_EQ(apartment.Messages().Item(1)->Number(), 75);
+    ASSERT_TRUE(apartment.State().Profile);
+    apartment.State().Profile->SetupItem({"Mine", "kept", dtString});
+  }
+  const ScopedApartment next(nullptr, SettingsInTheFile);
+  EXPECT_EQ(next.Messages().Count(), 0);
+  EXPECT_EQ(next.State().Profile->Item({"Mine"})->Value(), Variant("kept"));
+  EXPECT_TRUE(std::filesystem::is_directory(path_ + ".damaged"));
+}
+
+TEST_F(StartupOverAFileTest, FolderThatCannotHoldSettingsStopsNothing) {
+  const ScopedVariable nowhere("VELMORIA_SETTINGS_DIR", "/dev/null/settings");
+  const ScopedApartment apartment(nullptr, SettingsInTheFile);
+  EXPECT_TRUE(apartment.State().Profile);
+  EXPECT_EQ(apartment.Messages().Count(), 0);
+  EXPECT_NO_THROW(apartment.State().End());
+}
+
+TEST_F(StartupOverAFileTest, SettingsOfOneRunAreThoseOfTheNext) {
+  {
+    const ScopedApartment first(nullptr, SettingsInTheFile);
+    first.Messages().SetupLogging({lmWinNT, svfError, tfDAO, "c:\\new\\a.log", false});
+    first.State().Profile->SetupItem({"Größe = 1", " \r\n\t[x]\\ ", dtString});
+  }
+  const ScopedApartment second(nullptr, SettingsInTheFile);
+  EXPECT_EQ(second.Messages().LogMode(), lmWinNT);
+  EXPECT_EQ(second.Messages().LogFileName(), "c:\\new\\a.log");
+  EXPECT_EQ(second.State().Profile->Item({"größe = 1"})->Value(), Variant(" \r\n\t[x]\\ "));
 }
 
 }  // namespace

@@ -1,40 +1,25 @@
 #include "velmoria/platform/posix/file_settings_store.h"
 
-#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
-#include <vector>
+#include <utility>
 
-#include <fcntl.h>
-#include <pwd.h>
-#include <sys/stat.h>
-
-#include "velmoria/platform/posix/file_descriptor.h"
+#include "velmoria/platform/posix/user_folders.h"
 #include "velmoria/runtime/text.h"
 
 namespace velmoria {
 
 namespace {
 
-std::string Variable(const char* name) {
-  const char* value = std::getenv(name);
-  return value ? value : "";
+std::string SettingsFolder() {
+  const char* own = std::getenv("VELMORIA_SETTINGS_DIR");
+  return own && *own ? own : ConfigurationFolder();
 }
 
-std::string HomeFolder() {
-  if (auto home = Variable("HOME"); !home.empty()) return home;
-  std::vector<char> buffer(16384);
-  passwd entry{};
-  passwd* found = nullptr;
-  if (getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found) return found->pw_dir;
-  return "/";
-}
-
-std::string UserFolder() {
-  if (auto folder = Variable("VELMORIA_SETTINGS_DIR"); !folder.empty()) return folder;
-  // A relative XDG_CONFIG_HOME counts as not set, as the XDG rules want it.
-  if (auto config = Variable("XDG_CONFIG_HOME"); config.starts_with('/')) return config + "/velmoria";
-  return HomeFolder() + "/.config/velmoria";
+// A later change of the working folder moves no settings.
+std::string Absolute(const std::string& folder) {
+  std::error_code error;
+  return folder.empty() ? folder : std::filesystem::absolute(folder, error).string();
 }
 
 // A file name for any application name: what a name cannot hold goes as %HH, and no name starts with a dot.
@@ -51,122 +36,67 @@ std::string FileName(std::string_view application) {
       name += letter;
     }
   }
-  return name + ".settings";
+  return (name.empty() ? "%" : name) + ".settings";
 }
 
-std::string IdentityOf(const struct stat& file) {
-  std::string identity;
-  for (const auto part :
-       {static_cast<long long>(file.st_dev), static_cast<long long>(file.st_ino), static_cast<long long>(file.st_size),
-        static_cast<long long>(file.st_mtim.tv_sec), static_cast<long long>(file.st_mtim.tv_nsec),
-        static_cast<long long>(file.st_ctim.tv_sec), static_cast<long long>(file.st_ctim.tv_nsec)}) {
-    identity += NumberText(part) + ' ';
-  }
-  return identity;
+bool IsDamaged(const FoundSettings& found, const SettingsText& text) {
+  return !found.Obstacle.empty() || !text.DamagedLines().empty();
 }
 
-// The whole file, and which state of it that was; both empty for a file that is not there.
-std::string ReadWhole(const std::string& path, std::string& identity) {
-  const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  if (!file.IsOpen()) {
-    if (errno != ENOENT && errno != ENOTDIR) FailPath(errno, path);
-    identity.clear();
-    return {};
-  }
-  struct stat status{};
-  if (fstat(file.Number(), &status) != 0) FailPath(errno, path);
-  identity = IdentityOf(status);
+std::string LinesText(const std::vector<std::size_t>& lines) {
+  constexpr std::size_t most = 10;
   std::string text;
-  char block[16384];
-  for (;;) {
-    const auto got = read(file.Number(), block, sizeof block);
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) FailPath(errno, path);
-    if (got == 0) return text;
-    text.append(block, static_cast<std::size_t>(got));
+  for (std::size_t at = 0; at < lines.size() && at < most; ++at) {
+    text += (at == 0 ? "" : ", ") + NumberText(static_cast<long long>(lines[at]));
   }
+  return lines.size() > most ? text + " and others" : text;
 }
 
-void WriteWhole(int file, std::string_view text, const std::string& path) {
-  while (!text.empty()) {
-    const auto put = write(file, text.data(), text.size());
-    if (put < 0 && errno == EINTR) continue;
-    if (put < 0) FailPath(errno, path);
-    text.remove_prefix(static_cast<std::size_t>(put));
-  }
-  if (fsync(file) != 0) FailPath(errno, path);
-}
-
-void ReplaceFile(const std::string& path, std::string_view text) {
-  std::string temporary = path + ".XXXXXX";
-  const FileDescriptor file(mkostemp(temporary.data(), O_CLOEXEC));
-  if (!file.IsOpen()) FailPath(errno, path);
-  try {
-    WriteWhole(file.Number(), text, path);
-    if (rename(temporary.c_str(), path.c_str()) != 0) FailPath(errno, path);
-  } catch (...) {
-    unlink(temporary.c_str());
-    throw;
-  }
-}
-
-void MakeFolder(const std::string& folder) {
-  std::error_code error;
-  if (std::filesystem::is_directory(folder, error)) return;
-  std::filesystem::create_directories(std::filesystem::path(folder).parent_path(), error);
-  if (!error && mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST) FailPath(errno, folder);
-  if (error) FailPath(error.value(), folder);
-}
-
-// Locked on a file beside the settings, since the settings file itself is replaced by another.
-FileDescriptor LockBeside(const std::string& path) {
-  const auto lockPath = path + ".lock";
-  FileDescriptor file(open(lockPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR));
-  if (!file.IsOpen()) FailPath(errno, lockPath);
-  struct flock whole{};
-  whole.l_type = F_WRLCK;
-  whole.l_whence = SEEK_SET;
-  while (fcntl(file.Number(), F_OFD_SETLKW, &whole) != 0) {
-    if (errno != EINTR) FailPath(errno, lockPath);
-  }
-  return file;
+std::string DamageOf(const std::string& path, const FoundSettings& found, const SettingsText& text) {
+  if (!IsDamaged(found, text)) return {};
+  const auto what = found.Obstacle.empty() ? "has damaged lines: " + LinesText(text.DamagedLines())
+                                           : "cannot be read: " + found.Obstacle;
+  return "The settings file " + Quoted(path) + " " + what + ". It will be kept beside the next one saved.";
 }
 
 }  // namespace
 
-FileSettingsStore::FileSettingsStore() : FileSettingsStore(UserFolder()) {}
+FileSettingsStore::FileSettingsStore() : FileSettingsStore(SettingsFolder()) {}
 
-FileSettingsStore::FileSettingsStore(std::string folder) : folder_(std::move(folder)) {}
+FileSettingsStore::FileSettingsStore(const std::string& folder) : folder_(Absolute(folder)) {}
 
 std::string FileSettingsStore::PathOf(std::string_view application) const {
-  return folder_ + "/" + FileName(application);
+  return folder_.empty() ? folder_ : folder_ + "/" + FileName(application);
 }
 
-const SettingsText& FileSettingsStore::Read(std::string_view application) {
+FileSettingsStore::Cached& FileSettingsStore::Read(std::string_view application) {
   const auto path = PathOf(application);
   auto& cached = cache_[path];
-  struct stat status{};
-  const bool isThere = stat(path.c_str(), &status) == 0;
-  if (isThere && IdentityOf(status) == cached.Identity) return cached.Text;
-  cached.Text = SettingsText(ReadWhole(path, cached.Identity));
-  return cached.Text;
+  const auto identity = IdentityAt(path);
+  if (identity != FileIdentity{} && identity == cached.Found.Identity) return cached;
+  cached.Found = ReadSettingsFile(path);
+  cached.Text = SettingsText(std::exchange(cached.Found.Text, {}));
+  cached.Damage = DamageOf(path, cached.Found, cached.Text);
+  return cached;
 }
 
 template <class Change>
 void FileSettingsStore::Modify(std::string_view application, Change change) {
-  const auto path = PathOf(application);
   MakeFolder(folder_);
-  const auto lock = LockBeside(path);
-  std::string identity;
-  const auto before = ReadWhole(path, identity);
-  SettingsText text(before);
+  const auto path = PathOf(application);
+  const auto lock = LockSettingsFile(path);
+  const auto found = ReadSettingsFile(path);
+  SettingsText text(found.Text);
+  const auto before = text.Print();
   change(text);
-  if (auto after = text.Print(); after != before) ReplaceFile(path, after);
+  if (const auto after = text.Print(); after != before) {
+    ReplaceSettingsFile(path, found, after, IsDamaged(found, text));
+  }
 }
 
 std::string FileSettingsStore::GetSetting(std::string_view application, std::string_view section, std::string_view key,
                                           std::string_view missing) {
-  const auto* value = Read(application).Find(section, key);
+  const auto* value = Read(application).Text.Find(section, key);
   return value ? *value : std::string(missing);
 }
 
@@ -181,6 +111,11 @@ void FileSettingsStore::DeleteSetting(std::string_view application, std::string_
 
 void FileSettingsStore::ReplaceSection(std::string_view application, std::string_view section, const Entries& entries) {
   Modify(application, [&](SettingsText& text) { text.Replace(section, entries); });
+}
+
+std::string FileSettingsStore::TakeDamage(std::string_view application) {
+  auto& cached = Read(application);
+  return std::exchange(cached.ToldDamage, cached.Damage) == cached.Damage ? std::string() : cached.Damage;
 }
 
 }  // namespace velmoria

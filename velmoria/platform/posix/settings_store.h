@@ -7,8 +7,8 @@
 
 namespace velmoria {
 
-/// The per-user settings: texts addressed by application, section and key, all compared without regard to case.
-/// Any text is a legal name or value, the empty one too.
+/// The per-user settings: texts addressed by application, section and key. Sections and keys are compared without
+/// regard to case, the application as it stands. Any text is a legal name or value, the empty one too.
 class SettingsStore {
  public:
   using Entries = std::vector<std::pair<std::string, std::string>>;
@@ -24,6 +24,9 @@ class SettingsStore {
   virtual void DeleteSetting(std::string_view application, std::string_view section) = 0;
   /// Deletes the section and writes these entries, as one step: a failure leaves what was there.
   virtual void ReplaceSection(std::string_view application, std::string_view section, const Entries& entries) = 0;
+  /// What of the application's settings is damaged and was passed over, for the user to read: told once, to the first
+  /// who asks; "" when nothing is. What was passed over is kept, also when the settings are written.
+  virtual std::string TakeDamage(std::string_view application) = 0;
 
  protected:
   SettingsStore() = default;

@@ -4,12 +4,15 @@
 #include <charconv>
 
 #include "velmoria/runtime/text.h"
+#include "velmoria/runtime/utf8_impl.h"
 
 namespace velmoria {
 
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view kHeading = "# Written by the program; a backslash starts an escape.";
+constexpr std::string_view kBlanks = " \t";
 constexpr std::string_view kNameSpecials = "=[]#;";
 constexpr std::string_view kEscaped = "\n\r\t\\";
 constexpr std::string_view kEscapes = "nrt\\";
@@ -21,22 +24,34 @@ void AppendHex(std::string& text, unsigned char byte) {
   text += digits[byte % 16];
 }
 
+void AppendEscaped(std::string& result, char letter, std::string_view specials) {
+  const auto byte = static_cast<unsigned char>(letter);
+  if (const auto known = kEscaped.find(letter); known != std::string_view::npos) {
+    result += '\\';
+    result += kEscapes[known];
+  } else if (byte < 32 || byte == 127) {
+    AppendHex(result, byte);
+  } else {
+    if (specials.find(letter) != std::string_view::npos) result += '\\';
+    result += letter;
+  }
+}
+
 std::string Escape(std::string_view text, std::string_view specials) {
   std::string result;
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    const char letter = text[at];
-    const auto byte = static_cast<unsigned char>(letter);
-    if (const auto known = kEscaped.find(letter); known != std::string_view::npos) {
-      result += '\\';
-      result += kEscapes[known];
-    } else if (letter == ' ' && (at == 0 || at + 1 == text.size())) {
+  for (std::size_t at = 0; at < text.size();) {
+    const auto character = DecodeUtf8(text.substr(at));
+    const auto end = at + character.Bytes;
+    if (text[at] == ' ' && (at == 0 || end == text.size())) {
       result += "\\s";
-    } else if (byte < 32 || byte == 127) {
-      AppendHex(result, byte);
+    } else if (character.Code >= kStrayByte) {
+      AppendHex(result, static_cast<unsigned char>(text[at]));
+    } else if (character.Bytes > 1) {
+      result += text.substr(at, character.Bytes);
     } else {
-      if (specials.find(letter) != std::string_view::npos) result += '\\';
-      result += letter;
+      AppendEscaped(result, text[at], specials);
     }
+    at = end;
   }
   return result;
 }
@@ -52,8 +67,14 @@ std::size_t AppendUnescaped(std::string& result, std::string_view text, std::siz
       return at + 2;
     }
   }
-  const auto known = kEscapes.find(letter);
-  result += letter == 's' ? ' ' : known != std::string_view::npos ? kEscaped[known] : letter;
+  if (letter == 's') {
+    result += ' ';
+  } else if (const auto known = kEscapes.find(letter); known != std::string_view::npos) {
+    result += kEscaped[known];
+  } else {
+    if (kNameSpecials.find(letter) == std::string_view::npos) result += '\\';
+    result += letter;
+  }
   return at;
 }
 
@@ -88,6 +109,21 @@ std::string_view TakeLine(std::string_view& text) {
   return line;
 }
 
+std::string_view Trimmed(std::string_view text) {
+  const auto first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+}
+
+bool IsReadable(std::string_view line) {
+  while (!line.empty()) {
+    const auto character = DecodeUtf8(line);
+    if (character.Code >= kStrayByte || character.Code == 0) return false;
+    line.remove_prefix(character.Bytes);
+  }
+  return true;
+}
+
 auto FindEntry(auto& entries, std::string_view key) {
   return std::ranges::find_if(entries, [&](const auto& entry) { return EqualFolded(entry.first, key); });
 }
@@ -97,27 +133,47 @@ auto FindEntry(auto& entries, std::string_view key) {
 SettingsText::SettingsText(std::string_view text) {
   if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
   Section* current = nullptr;
-  while (!text.empty()) ReadLine(TakeLine(text), current);
+  for (std::size_t number = 1; !text.empty(); ++number) {
+    const bool breaksOff = text.find('\n') == std::string_view::npos;
+    const auto line = Trimmed(TakeLine(text));
+    if (!ReadLine(line, current) || (breaksOff && !line.empty())) damagedLines_.push_back(number);
+  }
 }
 
-void SettingsText::ReadLine(std::string_view line, Section*& current) {
-  if (line.starts_with('#') || line.starts_with(';')) return;
-  if (line.starts_with('[')) {
-    const auto end = FindUnescaped(line, ']');
-    current = end == std::string_view::npos ? nullptr : &SectionOf(Unescape(line.substr(1, end - 1)));
-    return;
+bool SettingsText::ReadLine(std::string_view line, Section*& current) {
+  if (line.empty() || line == kHeading) return true;
+  if (line.starts_with('#') || line.starts_with(';')) {
+    (current ? current->Comments : comments_).emplace_back(line);
+    return true;
   }
+  if (line.starts_with('[')) return ReadSection(line, current);
   const auto equals = FindUnescaped(line, '=');
-  if (!current || equals == std::string_view::npos) return;
-  auto key = Unescape(line.substr(0, equals));
-  if (FindEntry(current->Entries, key) != current->Entries.end()) return;
-  current->Entries.emplace_back(std::move(key), Unescape(line.substr(equals + 1)));
+  if (!IsReadable(line) || equals == std::string_view::npos) {
+    if (line.ends_with(']')) current = nullptr;  // it may have been a section's
+    return false;
+  }
+  if (!current) return false;
+  auto key = Unescape(Trimmed(line.substr(0, equals)));
+  if (FindEntry(current->Entries, key) != current->Entries.end()) return false;
+  current->Entries.emplace_back(std::move(key), Unescape(Trimmed(line.substr(equals + 1))));
+  return true;
+}
+
+bool SettingsText::ReadSection(std::string_view line, Section*& current) {
+  const auto end = FindUnescaped(line, ']');
+  current = nullptr;
+  if (!IsReadable(line) || end == std::string_view::npos) return false;
+  current = &SectionOf(Unescape(Trimmed(line.substr(1, end - 1))));
+  return end + 1 == line.size();
 }
 
 std::string SettingsText::Print() const {
-  std::string text = "# Written by the program; a backslash starts an escape.\n";
+  std::string text(kHeading);
+  text += '\n';
+  for (const auto& comment : comments_) text += comment + "\n";
   for (const auto& section : sections_) {
     text += "\n[" + Escape(section.Name, kNameSpecials) + "]\n";
+    for (const auto& comment : section.Comments) text += comment + "\n";
     for (const auto& [key, value] : section.Entries) {
       text += Escape(key, kNameSpecials) + "=" + Escape(value, {}) + "\n";
     }
@@ -146,6 +202,7 @@ void SettingsText::Delete(std::string_view section) {
 }
 
 void SettingsText::Replace(std::string_view section, const SettingsStore::Entries& entries) {
+  if (entries.empty() && !FindSection(section)) return;
   SectionOf(section).Entries.clear();
   for (const auto& [key, value] : entries) Set(section, key, value);
 }
@@ -158,7 +215,7 @@ const SettingsText::Section* SettingsText::FindSection(std::string_view name) co
 
 SettingsText::Section& SettingsText::SectionOf(std::string_view name) {
   if (const auto* found = FindSection(name)) return sections_[static_cast<std::size_t>(found - sections_.data())];
-  return sections_.emplace_back(Section{std::string(name), {}});
+  return sections_.emplace_back(Section{.Name = std::string(name)});
 }
 
 }  // namespace velmoria
