@@ -31,7 +31,7 @@ class VELMORIA_API Messages final : public Object {
  public:
   /// Made by the apartment at its start: reads the log settings and starts the log.
   explicit Messages(ApartmentState& apartment);
-  /// Saves the log settings.
+  /// Saves the log settings, as SaveLogSettings does.
   ~Messages() override;
 
   std::string_view ReportedType() const noexcept override { return "Messages"; }
@@ -87,7 +87,8 @@ class VELMORIA_API Messages final : public Object {
   /// Stores all five and restarts the log once, whether or not anything changed.
   void SetupLogging(const SetupLoggingArguments& arguments = {});
 
-  /// Writes the log settings to the apartment's store; the library's own, as its argument tells.
+  /// Writes the log settings to the apartment's store, unless they could never be read; the library's own, as its
+  /// argument tells. A stored text that is no value of its setting stays as long as the setting keeps its default.
   void SaveLogSettings(ApartmentState& apartment) const;
 
  private:
@@ -98,6 +99,7 @@ class VELMORIA_API Messages final : public Object {
   std::uint64_t Suspend(std::string_view routine);
   void Resume(std::uint64_t ticket) noexcept;
 
+  static SetupLoggingArguments DefaultLogging();
   void ReadLogSettings(ApartmentState& apartment);
   void StartLog();
   void WriteToLog(const Message& message);
@@ -106,7 +108,8 @@ class VELMORIA_API Messages final : public Object {
   MessagePtr mostSevere_;
   std::string suspendRoutine_;
   std::uint64_t suspensions_ = 0;  // counts each start and end, so that a guard knows its own
-  SetupLoggingArguments log_{lmOff, svfAll, tfAll, "c:\\VelmoriaMessages.log", true};
+  SetupLoggingArguments log_ = DefaultLogging();
+  bool isLogRead_ = false;
 };
 
 }  // namespace velmoria

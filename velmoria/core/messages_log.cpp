@@ -1,4 +1,5 @@
 #include <array>
+#include <type_traits>
 #include <utility>
 
 #include "velmoria/core/apartment_impl.h"
@@ -41,47 +42,78 @@ bool Selects(Flags selection, Flags value) noexcept {
   return static_cast<std::int32_t>(value) == 0 || has(selection, value);
 }
 
-template <class Enumeration>
-std::string NumberTextOf(Enumeration value) {
-  return Variant(static_cast<std::int32_t>(value)).AsText();
+using Logging = SetupLoggingArguments;
+
+// A setting as it is stored.
+struct LogSetting {
+  std::string_view Key;
+  Variant (*Get)(const Logging& log);
+  void (*Set)(Logging& log, const Variant& stored);  // raises for a text that is no value of the setting
+};
+
+template <auto Member>
+constexpr LogSetting NumberSetting(std::string_view key) {
+  return {key, [](const Logging& log) { return Variant(static_cast<std::int32_t>(log.*Member)); },
+          [](Logging& log, const Variant& stored) {
+            log.*Member = std::remove_reference_t<decltype(log.*Member)>{stored.AsLong()};
+          }};
 }
 
-// Gives what is stored under a key to `take`; a setting that is not there or cannot be read leaves the default.
-template <class Take>
-void ReadSetting(SettingsStore& store, std::string_view key, Take take) noexcept {
+constexpr std::array kLogSettings{
+    NumberSetting<&Logging::LogSeverityFlags>("LogSeverityFlags"),
+    NumberSetting<&Logging::LogTypeFlags>("LogTypeFlags"),
+    NumberSetting<&Logging::LogMode>("LogMode"),
+    LogSetting{"LogFileName", [](const Logging& log) { return Variant(log.LogFileName); },
+               [](Logging& log, const Variant& stored) { log.LogFileName = stored.AsText(); }},
+    LogSetting{"LogOverwrite", [](const Logging& log) { return Variant(log.LogOverwrite); },
+               [](Logging& log, const Variant& stored) { log.LogOverwrite = stored.AsBoolean(); }},
+};
+
+// Empty when nothing is stored.
+Variant Stored(SettingsStore& store, std::string_view key) {
   constexpr std::string_view none = ".NotFound.";
-  WithErrorsIgnored([&] {
-    const auto text = store.GetSetting(ProductVersionLabel, kSection, key, none);
-    if (text != none) take(Variant(text));
-  });
+  const auto text = store.GetSetting(ProductVersionLabel, kSection, key, none);
+  return text == none ? Variant() : Variant(text);
 }
 
-template <class Enumeration>
-void ReadNumber(SettingsStore& store, std::string_view key, Enumeration& field) noexcept {
-  ReadSetting(store, key, [&](const Variant& text) { field = Enumeration{text.AsLong()}; });
+// What is not stored, and what is no value of the setting, leaves the setting as it is.
+bool Take(const LogSetting& setting, Logging& log, const Variant& stored) noexcept {
+  bool isTaken = false;
+  WithErrorsIgnored([&] {
+    if (stored.IsEmpty()) return;
+    setting.Set(log, stored);
+    isTaken = true;
+  });
+  return isTaken;
+}
+
+std::string TextToStore(const LogSetting& setting, const Logging& log, Logging defaults, SettingsStore& store) {
+  auto text = setting.Get(log).AsText();
+  if (text != setting.Get(defaults).AsText()) return text;
+  const auto stored = Stored(store, setting.Key);
+  return stored.IsEmpty() || Take(setting, defaults, stored) ? text : stored.AsText();
 }
 
 }  // namespace
+
+SetupLoggingArguments Messages::DefaultLogging() { return {lmOff, svfAll, tfAll, "c:\\VelmoriaMessages.log", true}; }
 
 Messages::~Messages() { SaveLogSettings(Apartment()); }
 
 void Messages::ReadLogSettings(ApartmentState& apartment) {
   auto& store = *apartment.Platform.Settings;
-  ReadNumber(store, "LogSeverityFlags", log_.LogSeverityFlags);
-  ReadNumber(store, "LogTypeFlags", log_.LogTypeFlags);
-  ReadNumber(store, "LogMode", log_.LogMode);
-  ReadSetting(store, "LogFileName", [&](const Variant& text) { log_.LogFileName = text.AsText(); });
-  ReadSetting(store, "LogOverwrite", [&](const Variant& text) { log_.LogOverwrite = text.AsBoolean(); });
+  for (const auto& setting : kLogSettings) Take(setting, log_, Stored(store, setting.Key));
+  isLogRead_ = true;
 }
 
 void Messages::SaveLogSettings(ApartmentState& apartment) const {
+  if (!isLogRead_) return;
   WithErrorsIgnored([&] {
-    apartment.Platform.Settings->ReplaceSection(ProductVersionLabel, kSection,
-                                                {{"LogSeverityFlags", NumberTextOf(log_.LogSeverityFlags)},
-                                                 {"LogTypeFlags", NumberTextOf(log_.LogTypeFlags)},
-                                                 {"LogMode", NumberTextOf(log_.LogMode)},
-                                                 {"LogFileName", log_.LogFileName},
-                                                 {"LogOverwrite", Variant(log_.LogOverwrite).AsText()}});
+    auto& store = *apartment.Platform.Settings;
+    for (const auto& setting : kLogSettings) {
+      const auto text = TextToStore(setting, log_, DefaultLogging(), store);
+      store.SaveSetting(ProductVersionLabel, kSection, setting.Key, text);
+    }
   });
 }
 

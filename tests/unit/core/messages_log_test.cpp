@@ -1,11 +1,17 @@
 #include <memory>
+#include <regex>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/support/scoped_apartment.h"
+#include "tests/support/scoped_variable.h"
+#include "tests/support/temporary_folder.h"
 #include "velmoria/core/messages.h"
+#include "velmoria/platform/posix/spdlog_log_service.h"
 #include "velmoria/platform/rdo/rdo_engine.h"
 #include "velmoria/runtime/error.h"
 
@@ -210,6 +216,41 @@ TEST_F(MessagesLogTest, LogThatFailsLosesTheTextAndNothingElse) {
   EXPECT_EQ(messages_.Count(), 1);
 }
 
+TEST_F(MessagesLogTest, LogThatCannotBeStartedStopsNothing) {
+  log_.FailStarts = true;
+  EXPECT_NO_THROW(messages_.SetLogMode(lmWindows));
+  EXPECT_NO_THROW(messages_.SetupLogging());
+  Record(13, svfError);
+  EXPECT_EQ(messages_.Count(), 1);
+  EXPECT_EQ(log_.Starts, 3);
+}
+
+TEST_F(MessagesLogTest, TextBehindARestartIsWrittenAgain) {
+  messages_.SetLogMode(lmAutomatic);
+  log_.FailWrites = true;
+  Record(13, svfError);
+  log_.FailWrites = false;
+  messages_.SetLogMode(lmWinNT);
+  Record(14, svfError);
+  ASSERT_EQ(log_.Lines.size(), 1U);
+  EXPECT_EQ(log_.Lines[0].Text, messages_.Item("14")->Details());
+}
+
+TEST_F(MessagesLogTest, ClearKeepsTheLogSettings) {
+  messages_.SetupLogging({lmWinNT, svfError, tfDAO, "a.log", true});
+  messages_.Clear();
+  EXPECT_EQ(messages_.LogMode(), lmWinNT);
+  EXPECT_EQ(messages_.LogFileName(), "a.log");
+  EXPECT_EQ(log_.Starts, 2);
+}
+
+TEST_F(MessagesLogTest, DefaultFileNameStaysWhatItIsWhereItCanBeNoPath) {
+  messages_.SetLogMode(lmWindows);
+  apartment_.State().End();
+  EXPECT_EQ(Stored("LogFileName"), kDefaultFile);
+  EXPECT_EQ(log_.FileName, kDefaultFile);
+}
+
 TEST_F(MessagesLogTest, SettingsAreStoredAsTextAtTheEnd) {
   messages_.SetupLogging({lmWinNT, svfAll, tfRDO, "x.log", true});
   EXPECT_EQ(Stored("LogMode"), "(none)");
@@ -257,12 +298,118 @@ TEST(MessagesLogSettingsTest, SettingThatIsNoNumberLeavesItsDefault) {
   EXPECT_EQ(apartment.Messages().LogTypeFlags(), tfVelmoria);
 }
 
+TEST(MessagesLogSettingsTest, TextThatIsNoValueStaysAsLongAsItsSettingKeepsTheDefault) {
+  const auto store = std::make_shared<FakeSettingsStore>();
+  for (const char* key : {"LogMode", "LogTypeFlags", "LogOverwrite"}) {
+    store->SaveSetting(kApplication, "Exceptions", key, "maybe");
+  }
+  {
+    ScopedApartment apartment(store);
+    apartment.Messages().SetLogTypeFlags(tfRDO);
+  }
+  EXPECT_EQ(store->GetSetting(kApplication, "Exceptions", "LogMode", ""), "maybe");
+  EXPECT_EQ(store->GetSetting(kApplication, "Exceptions", "LogOverwrite", ""), "maybe");
+  EXPECT_EQ(store->GetSetting(kApplication, "Exceptions", "LogTypeFlags", ""), "8");
+}
+
+TEST(MessagesLogSettingsTest, SettingsThatCouldNotBeReadAreNotOverwrittenAtTheEnd) {
+  const auto store = std::make_shared<FakeSettingsStore>();
+  store->SaveSetting(kApplication, "Exceptions", "LogMode", "2");
+  store->FailReads = true;
+  {
+    const ScopedApartment apartment(store);
+    store->FailReads = false;
+  }
+  EXPECT_EQ(store->GetSetting(kApplication, "Exceptions", "LogMode", ""), "2");
+}
+
+TEST(MessagesLogSettingsTest, OtherKeysOfTheSectionStay) {
+  const auto store = std::make_shared<FakeSettingsStore>();
+  store->SaveSetting(kApplication, "Exceptions", "Mine", "kept");
+  { const ScopedApartment apartment(store); }
+  EXPECT_EQ(store->GetSetting(kApplication, "Exceptions", "Mine", ""), "kept");
+  EXPECT_EQ(store->GetSetting(kApplication, "Exceptions", "LogMode", ""), "0");
+}
+
+TEST(MessagesLogSettingsTest, SettingsThatAreNotStoredHaveTheirDefaults) {
+  const auto store = std::make_shared<FakeSettingsStore>();
+  store->SaveSetting(kApplication, "Exceptions", "LogFileName", "a.log");
+  store->SaveSetting(kApplication, "Exceptions", "LogOverwrite", "False");
+  const ScopedApartment apartment(store);
+  EXPECT_EQ(apartment.Messages().LogFileName(), "a.log");
+  EXPECT_FALSE(apartment.Messages().LogOverwrite());
+  EXPECT_EQ(apartment.Messages().LogSeverityFlags(), svfAll);
+  EXPECT_EQ(apartment.Messages().LogTypeFlags(), tfAll);
+  EXPECT_EQ(apartment.Messages().LogMode(), lmOff);
+}
+
 TEST(MessagesLogSettingsTest, StoreThatFailsStopsNothing) {
   const auto store = std::make_shared<FakeSettingsStore>();
   store->FailReads = store->FailWrites = true;
   const ScopedApartment apartment(store);
   EXPECT_EQ(apartment.Messages().LogFileName(), kDefaultFile);
   EXPECT_NO_THROW(apartment.State().End());
+}
+
+void LogForReal(ApartmentState& state) { state.Platform.Log = std::make_shared<SpdlogLogService>(); }
+
+TEST(MessagesLogFileTest, DetailsReachTheFileOfTheirName) {
+  const TemporaryFolder folder;
+  ScopedApartment apartment(std::make_shared<FakeSettingsStore>(), LogForReal);
+  apartment.Messages().SetupLogging({.LogMode = lmWindows, .LogFileName = folder.Path("a.log")});
+  apartment.Messages().SetupItem({.Number = zErrors{13}, .Description = "lost", .SeverityFlags = svfError});
+  EXPECT_THAT(ReadText(folder.Path("a.log")), testing::HasSubstr(" 13-Error-"));
+  EXPECT_THAT(ReadText(folder.Path("a.log")), testing::EndsWith("\n    lost\n"));
+}
+
+TEST(MessagesLogFileTest, ExistingFileIsContinuedWhateverOverwriteSays) {
+  const TemporaryFolder folder;
+  WriteText(folder.Path("a.log"), "before\n");
+  ScopedApartment apartment(std::make_shared<FakeSettingsStore>(), LogForReal);
+  apartment.Messages().SetupLogging({.LogMode = lmWindows, .LogFileName = folder.Path("a.log"), .LogOverwrite = true});
+  apartment.Messages().SetupItem({.Number = zErrors{13}, .SeverityFlags = svfError});
+  EXPECT_THAT(ReadText(folder.Path("a.log")), testing::StartsWith("before\n"));
+}
+
+TEST(MessagesLogFileTest, UnderTheDefaultNameTheFileLiesInTheStateFolder) {
+  const TemporaryFolder folder;
+  const ScopedVariable state("XDG_STATE_HOME", folder.Path().c_str());
+  ScopedApartment apartment(std::make_shared<FakeSettingsStore>(), LogForReal);
+  apartment.Messages().SetLogMode(lmWindows);
+  apartment.Messages().SetupItem({.Number = zErrors{13}, .SeverityFlags = svfError});
+  EXPECT_EQ(apartment.Messages().LogFileName(), kDefaultFile);
+  EXPECT_NE(ReadText(folder.Path("velmoria/VelmoriaMessages.log")), "");
+}
+
+TEST(MessagesLogFileTest, SeveralApartmentsWriteToOneFileWithoutTearingItsLines) {
+  const TemporaryFolder folder;
+  const auto write = [&folder](std::int32_t first) {
+    ScopedApartment apartment(std::make_shared<FakeSettingsStore>(), LogForReal);
+    apartment.Messages().SetupLogging({.LogMode = lmWindows, .LogFileName = folder.Path("a.log")});
+    for (std::int32_t number = first; number < first + 50; ++number) {
+      apartment.Messages().SetupItem({.Number = zErrors{number},
+                                      .Description = "begin " + std::string(5000, 'x') + "\r\nend",
+                                      .SeverityFlags = svfError});
+    }
+  };
+  std::vector<std::thread> threads;
+  for (const std::int32_t first : {1000, 2000, 3000}) threads.emplace_back(write, first);
+  for (auto& thread : threads) thread.join();
+  const auto text = ReadText(folder.Path("a.log"));
+  const std::regex record("[0-9-]+ [0-9:.]+ [0-9]+ [123]0[0-9]{2}-Error-[^\n]*\n    begin x+\n    end\n");
+  std::size_t records = 0;
+  std::size_t matched = 0;
+  for (std::size_t at = 0; at < text.size(); ++records) {
+    const auto end = text.find("\n    end\n", at);
+    if (end == std::string::npos) break;
+    const auto one = text.substr(at, end + 9 - at);
+    const auto filling = one.find("begin ");
+    const bool isWhole = filling != std::string::npos && one.compare(filling + 6, 5000, std::string(5000, 'x')) == 0;
+    if (isWhole && std::regex_match(one.substr(0, filling + 7) + one.substr(filling + 5006), record)) ++matched;
+    at = end + 9;
+  }
+  EXPECT_EQ(records, 150U);
+  EXPECT_EQ(matched, 150U);
 }
 
 }  // namespace
