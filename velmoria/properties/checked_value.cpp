@@ -61,11 +61,8 @@ Refusal MismatchOf(const Variant& value, const PropertyData& definition) {
 bool DiffersFromOld(const Variant& old, const Variant& present) {
   constexpr std::array kAlwaysDiffer{VarType::Object, VarType::Error, VarType::Variant, VarType::Unknown,
                                      VarType::Array};
-  if (old.IsEmpty()) return !present.IsEmpty();
-  if (old.IsNull()) return !present.IsNull();
   if (old.Type() == VarType::Date) return DiffersFromDate(old.AsDate(), present);
   if (std::ranges::find(kAlwaysDiffer, old.Type()) != kAlwaysDiffer.end()) return true;
-  if (present.IsEmpty() || present.IsNull()) return true;
   if (IsOrdered(old) && IsOrdered(present)) return Compare(old, present) != 0;
   return !(old == present);
 }

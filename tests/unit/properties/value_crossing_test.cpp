@@ -243,13 +243,15 @@ TEST_P(ValueCrossingTest, TypeWithAStorageConvertsOrRefuses) {
 TEST_P(ValueCrossingTest, TypeWithoutOneKeepsTheValue) {
   for (const auto dataType : kKeepingTypes) {
     SCOPED_TRACE(static_cast<std::int32_t>(dataType));
-    const auto target = Over({.DataType = dataType});
-    ExpectKept(*target, Row().Given());
+    for (const std::int32_t size : {0, 1}) {
+      const auto target = Over({.DataType = dataType, .Size = size});
+      ExpectKept(*target, Row().Given());
+    }
   }
 }
 
 TEST_P(ValueCrossingTest, BinaryTypeOfAPropertyTakesBytesVariantArraysAndTexts) {
-  const auto target = Over({.DataType = dtByteArray});
+  const auto target = Over({.DataType = dtByteArray, .Size = 1});
   if (Row().IsBinary || !target->TestsLikeAProperty()) return ExpectKept(*target, Row().Given());
   const auto text = std::string("Property: '") + (target->State().starts_with("String:Ada") ? "Name" : "X") +
                     "'  ValueType: '" + Row().TypeName + "'";
