@@ -97,6 +97,13 @@ TEST_F(SourceTest, EachEngineHasItsTypes) {
   }
 }
 
+TEST_F(SourceTest, QueryDefsAreForAccessAndProceduresForServers) {
+  ExpectRaised(zErrors{15053}, [&] { Add({.Engine = engSQLServer, .SourceType = stQueryDef}); });
+  ExpectRaised(zErrors{15053}, [&] { Add({.Engine = engAccess, .SourceType = stStoredProcedure}); });
+  EXPECT_EQ(sources_->Count(), 0);
+  EXPECT_EQ(Add({.Engine = engOracle, .SourceType = stTable})->SourceType(), stTable);
+}
+
 TEST_F(SourceTest, TheEngineInTheTextOfARefusedTypeIsNeverFilledIn) {
   ExpectRaised(zErrors{15053}, [&] { Add({.Engine = engSQLServer, .SourceType = stQueryDef}); },
                {.Text = "Engine: '|1|'"});
