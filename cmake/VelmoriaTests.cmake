@@ -25,6 +25,7 @@ endif()
 
 # A static archive: a test program takes from it only the builders and fakes that it uses.
 file(GLOB_RECURSE support_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/support/*.cpp)
+list(FILTER support_sources EXCLUDE REGEX "/tests/support/components/")
 if(support_sources)
   add_library(test_support STATIC ${support_sources})
   velmoria_test_settings(test_support)
@@ -32,6 +33,19 @@ if(support_sources)
     target_precompile_headers(test_support REUSE_FROM pch_tests)
   endif()
 endif()
+
+# velmoria_test_component(name source): lib<name>.so, a component library in the folder components beside the test
+# programs. What it needs of Velmoria it takes from the program that loads it.
+function(velmoria_test_component name source)
+  add_library(component_${name} SHARED ${PROJECT_SOURCE_DIR}/tests/support/components/${source})
+  velmoria_compile_settings(component_${name})
+  set_target_properties(component_${name} PROPERTIES OUTPUT_NAME ${name}
+    LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/components CXX_VISIBILITY_PRESET hidden)
+endfunction()
+velmoria_test_component(Parts parts.cpp)
+velmoria_test_component(small parts.cpp)
+velmoria_test_component(Hollow hollow.cpp)
+velmoria_test_component(Faulty faulty.cpp)
 
 # velmoria_tests(name folder [ROOMS room...]): over the rooms given, or over the whole library.
 function(velmoria_tests name folder)
@@ -86,6 +100,8 @@ foreach(room IN LISTS VELMORIA_ROOMS)
     velmoria_tests(unit_${room} tests/unit/${room})
   endif()
 endforeach()
+set_target_properties(unit_platform PROPERTIES ENABLE_EXPORTS ON)
+add_dependencies(unit_platform component_Parts component_small component_Hollow component_Faulty)
 velmoria_tests(contract_tests tests/contract)
 velmoria_tests(golden_tests tests/golden)
 velmoria_tests(scenario_tests tests/scenario TIMEOUT 600)

@@ -46,6 +46,7 @@
 #include "velmoria/design/servers.h"
 #include "velmoria/design/source.h"
 #include "velmoria/design/sources.h"
+#include "velmoria/platform/components/component_library.h"
 #include "velmoria/platform/components/components.h"
 #include "velmoria/properties/attribute.h"
 #include "velmoria/properties/attributes.h"

@@ -1,4 +1,5 @@
-// A host with a business class of its own, over the database that its one argument names.
+// A host with a business class of its own, over the database that its first argument names; a second class comes from a
+// component library in the folder that its second argument names.
 
 #include <cstdio>
 #include <exception>
@@ -39,10 +40,17 @@ bool RefusesUnknownClass() {
   return false;
 }
 
+bool FindsTheClassOfALibrary(const std::string& folder) {
+  Components::AddFolder(folder);
+  const Ref<Object> bin = Components::Create("Shelf.Bin");
+  auto* object = dynamic_cast<IBusinessObject*>(bin.get());
+  return object != nullptr && object->Details() == "A bin of the shelf";
+}
+
 }  // namespace
 
 int main(int argumentCount, char** arguments) try {
-  if (argumentCount != 2) return 2;
+  if (argumentCount != 3) return 2;
   Components::Register<Order>("Sales.Order");
   Describe(arguments[1]);
 
@@ -52,6 +60,7 @@ int main(int argumentCount, char** arguments) try {
   order->FindProperty("Total")->SetValue(125.0);
   order->Update();
   if (order->Net() != 100 || order->Dirty()) return std::puts("The change was not saved."), 1;
+  if (!FindsTheClassOfALibrary(arguments[2])) return std::puts("The class of a library was not found."), 1;
   if (!RefusesUnknownClass()) return std::puts("An unknown class was not refused."), 1;
   std::puts("A host outside the tree read and changed its order.");
   return 0;

@@ -1,6 +1,6 @@
 #include "velmoria/platform/platform.h"
 
-#include "velmoria/platform/components/registered_components_impl.h"
+#include "velmoria/platform/components/offered_components_impl.h"
 #include "velmoria/platform/odbc/calls.h"
 #include "velmoria/platform/posix/file_settings_store.h"
 #include "velmoria/platform/posix/posix_files.h"
@@ -16,7 +16,7 @@ Platform::Platform()
       Clock(std::make_shared<SystemClock>()),
       Files(std::make_shared<PosixFiles>()),
       Host(std::make_shared<ProcessHostApplication>()),
-      Components(std::make_shared<RegisteredComponents>()),
+      Components(std::make_shared<OfferedComponents>()),
       Odbc(odbc::UnixOdbc()) {}
 
 Platform::~Platform() = default;

@@ -4,6 +4,8 @@
 #include <string>
 #include <unordered_map>
 
+#include "velmoria/platform/components/library_components_impl.h"
+#include "velmoria/platform/components/offered_components_impl.h"
 #include "velmoria/platform/components/registered_components_impl.h"
 #include "velmoria/runtime/error.h"
 #include "velmoria/runtime/text.h"
@@ -45,9 +47,16 @@ bool Components::Unregister(std::string_view name) {
 }
 
 Ref<Object> Components::Create(std::string_view name) {
-  auto component = RegisteredComponents().Create(name);
+  auto component = OfferedComponents().Create(name);
   if (!component) Fail(RuntimeFailure::CannotCreateComponent);
   return component;
+}
+
+void Components::AddFolder(std::string_view folder) { LibraryComponents::AddFolder(folder); }
+
+Ref<Object> OfferedComponents::Create(std::string_view name) {
+  if (auto registered = RegisteredComponents().Create(name)) return registered;
+  return LibraryComponents().Create(name);
 }
 
 // The factory runs outside the lock: it may register or create others.

@@ -9,6 +9,7 @@ namespace velmoria {
 /// The host's own classes, by the names under which the library creates them: a line-of-business class or collection
 /// is named by its component and its class, "Sales.Order". Names are compared without regard to case.
 ///   Components::Register<Order>("Sales.Order");
+/// A name that is not registered is looked for in the component's shared library, libSales.so (see ComponentLibrary).
 /// The register belongs to the process and may be used from any thread; each object is made in the apartment that asks.
 class VELMORIA_API Components {
  public:
@@ -24,7 +25,12 @@ class VELMORIA_API Components {
   /// Takes an offer back; false when there was none.
   static bool Unregister(std::string_view name);
 
-  /// A new object of the class registered under the name; raises 429 when there is none.
+  /// Looks for components' libraries in this folder too, in the order of the calls and before the places where the
+  /// system has its libraries. Raises 5 for an empty name; a folder that does not exist holds nothing.
+  static void AddFolder(std::string_view folder);
+
+  /// A new object of the class under the name. Raises 429 when nobody offers it, and when its library lies in a folder
+  /// but cannot be loaded; what the component's own making throws passes through.
   static Ref<Object> Create(std::string_view name);
 };
 
