@@ -73,7 +73,7 @@ Kind KindOf(Pattern pattern) {
   const auto holds = [&](std::string_view specials) {
     return std::any_of(pattern.begin(), pattern.end(), [&](PatternByte byte) { return byte.IsOneOf(specials); });
   };
-  if (holds("@&") || (!pattern.empty() && pattern.front().IsOneOf("<>!"))) return Kind::Text;
+  if (holds("@&") || pattern.front().IsOneOf("<>!")) return Kind::Text;
   if (holds("0#")) return Kind::Number;
   return holds("cdhmnqstwyCDHMNQSTWY") || HasHalves(pattern) ? Kind::Date : Kind::Number;
 }

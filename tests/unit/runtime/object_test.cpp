@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "velmoria/runtime/variant.h"
+
 namespace velmoria {
 namespace {
 
@@ -56,7 +58,7 @@ TEST(ObjectDeathTest, AnotherThreadMayNotTouchAnObject) {
 #endif
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   const auto object = Make<Plain>();
-  EXPECT_DEATH(std::thread([&] { const auto copy(object); }).join(), "ThisApartmentNumber");
+  EXPECT_DEATH(std::thread([&] { Variant(object).ObjectPointer(); }).join(), "ThisApartmentNumber");
 }
 
 TEST(ObjectTest, EachThreadIsAnApartmentWithANumberOfItsOwn) {
