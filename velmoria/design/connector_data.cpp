@@ -1,9 +1,9 @@
 #include "velmoria/design/connector_data.h"
 
 #include "velmoria/core/engine_list_impl.h"
-#include "velmoria/design/connection_text_impl.h"
 #include "velmoria/design/design_data_impl.h"
 #include "velmoria/design/machine_default_impl.h"
+#include "velmoria/platform/odbc/passwords.h"
 #include "velmoria/properties/parents_data.h"
 #include "velmoria/runtime/text.h"
 
@@ -53,7 +53,7 @@ void ConnectorData::Setup(ConnectorFields fields) try {
 std::string ConnectorData::Details() const {
   const auto& fields = Fields();
   return "Connector: " + Quoted(EngineName()) + "  ConnectionType: " + Quoted(ConnectionTypeName()) +
-         "  ConnectionString: " + Quoted(WithoutPassword(fields.ConnectionString)) +
+         "  ConnectionString: " + Quoted(odbc::WithoutPasswords(fields.ConnectionString)) +
          "  Username: " + Quoted(fields.UserName) +
          "  DefinitionValidation: " + Quoted(Variant(fields.DefinitionValidation).AsText()) +
          "  CursorDriver: " + Quoted(CursorDriverName(fields.CursorDriver)) +

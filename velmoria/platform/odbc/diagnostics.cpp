@@ -2,20 +2,18 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 
 #include <sql.h>
 #include <sqlext.h>
 
+#include "velmoria/platform/odbc/passwords.h"
 #include "velmoria/platform/rdo/constants.h"
 #include "velmoria/runtime/error.h"
-#include "velmoria/runtime/text.h"
 
 namespace velmoria::odbc {
 namespace {
 
 constexpr Small kMostRecords = 100;  // a driver that never says "no more" must not hold us for ever
-constexpr std::array<std::string_view, 2> kSecretKeys = {"PWD", "PASSWORD"};
 
 bool ReadRecord(Calls& calls, Small kind, Handle handle, Small number, EngineError& error) {
   std::array<Char, 6> state{};
@@ -48,36 +46,6 @@ std::string OneLine(std::string text) {
   return text;
 }
 
-bool IsWordCharacter(char c) noexcept {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
-}
-
-// Where the value of a key that starts at `at` begins; npos when no such key starts there.
-std::size_t SecretValueAt(std::string_view text, std::size_t at) {
-  if (at > 0 && IsWordCharacter(text[at - 1])) return std::string_view::npos;
-  for (const auto key : kSecretKeys) {
-    if (!EqualFolded(text.substr(at, key.size()), key)) continue;
-    std::size_t place = at + key.size();
-    while (place < text.size() && text[place] == ' ') ++place;
-    if (place < text.size() && text[place] == '=') return place + 1;
-  }
-  return std::string_view::npos;
-}
-
-// A value in braces ends with its brace (two of them stand for one), any other before the next ";".
-std::size_t EndOfValue(std::string_view text, std::size_t at) {
-  if (at >= text.size() || text[at] != '{') return std::min(text.find(';', at), text.size());
-  for (std::size_t place = at + 1; place < text.size(); ++place) {
-    if (text[place] != '}') continue;
-    if (place + 1 < text.size() && text[place + 1] == '}') {
-      ++place;
-    } else {
-      return place + 1;
-    }
-  }
-  return text.size();
-}
-
 }  // namespace
 
 EngineErrors Diagnose(Calls& calls, Small kind, Handle handle) {
@@ -104,19 +72,5 @@ void FailWithDiagnostics(const Driver& driver, Small kind, Handle handle) {
 }
 
 void FailClosed(std::string description) { throw Error(rdErrClosed, std::move(description)); }
-
-std::string WithoutPasswords(std::string_view text) {
-  std::string result;
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t value = SecretValueAt(text, at);
-    if (value == std::string_view::npos) {
-      result += text[at++];
-    } else {
-      result.append(text.substr(at, value - at)).append("***");
-      at = EndOfValue(text, value);
-    }
-  }
-  return result;
-}
 
 }  // namespace velmoria::odbc

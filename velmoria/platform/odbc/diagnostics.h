@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "velmoria/platform/engine_error.h"
@@ -30,8 +29,5 @@ EngineErrors Diagnose(Calls& calls, Small kind, Handle handle);
 
 /// Raises 40071: something was asked of a handle that is closed.
 [[noreturn]] void FailClosed(std::string description);
-
-/// The text with the values of PWD= and PASSWORD= replaced by asterisks.
-std::string WithoutPasswords(std::string_view text);
 
 }  // namespace velmoria::odbc
