@@ -22,7 +22,7 @@ constexpr ParentSlots OwnSlots(const ParentSlots& slots) {
 
 }  // namespace
 
-KeyFormat::KeyFormat() : parents_(std::make_unique<Parents>()) {}
+KeyFormat::KeyFormat() : data_(Make<KeyFormatData>()), parents_(std::make_unique<Parents>()) {}
 
 KeyFormat::~KeyFormat() = default;
 

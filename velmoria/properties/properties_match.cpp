@@ -41,8 +41,9 @@ std::int64_t CompareOrdered(const Variant& candidate, const Variant& criterion) 
   return Compare(candidate, criterion.IsNumber() ? criterion : Variant(criterion.AsDouble()));
 }
 
+// The criterion is never Empty: those are passed over.
 std::int64_t CompareForMatch(const Variant& candidate, const Variant& criterion) {
-  if (candidate.IsEmpty()) return criterion.IsEmpty() ? 0 : 1;
+  if (candidate.IsEmpty()) return 1;
   if (candidate.IsNull()) return criterion.IsNull() ? 0 : 1;
   if (candidate.Type() == VarType::Date) {
     // From the candidate to the criterion: positive when the criterion is the later, unlike the numbers.

@@ -33,6 +33,13 @@ TEST_F(KeyFormatTest, DefaultIsEmptyAndFalseThroughout) {
   EXPECT_FALSE(format->Locked());
 }
 
+TEST_F(KeyFormatTest, OneThatWasNotSetUpIsAPlainFormatToo) {
+  const auto format = Make<KeyFormat>();
+  EXPECT_EQ(format->Details(), New()->Details());
+  format->SetSeparator("|");
+  EXPECT_EQ(format->Separator(), "|");
+}
+
 TEST_F(KeyFormatTest, FormatMadeWithEmptyKeyIgnoresTheRest) {
   const auto format = New({.Name = "N", .Separator = "|", .Mixed = true, .IncludeNames = true, .EmptyKey = true});
   EXPECT_EQ(format->Name(), "N");
@@ -208,6 +215,8 @@ TEST_F(KeyFormatTest, DetailsTellTheKind) {
 TEST_F(KeyFormatTest, DetailsOfTheDefinitionHaveKindsOfTheirOwnAndNoName) {
   EXPECT_EQ(New()->Data()->Details(), "Identifier Key -Mixed: False  Separator: ''  IncludeNames: False");
   const auto named = New();
+  EXPECT_EQ(named->Properties()->Count(), 0);
+  EXPECT_TRUE(named->Data()->Details().starts_with("Identifier Key -Mixed: "));
   named->Properties()->SetupItem({.Name = "A"});
   EXPECT_TRUE(named->Data()->Details().starts_with("Properties Key - Mixed: "));
   EXPECT_TRUE(New({.EmptyKey = true})->Data()->Details().starts_with("Empty Key DefinitionMixed: "));
@@ -251,6 +260,16 @@ TEST_F(KeyFormatTest, FormatStaysTheParentOfItsProperties) {
   itself.KeyFormat = format->Data();
   format->ClearParents(ParentSlots::All());
   ExpectRaised(errParent_KeyFormat, [&] { properties->SetParents(psNone, itself); }, {.Text = "'Keys'"});
+}
+
+TEST_F(KeyFormatTest, ParentsClearedBeforeThePropertiesAreMadeAreNotTheirs) {
+  const SampleDesign design;
+  Parents parents;
+  parents.Server = design.Sales->Data();
+  const auto format = New();
+  format->SetParents(parents);
+  format->ClearParents(ParentSlots::All());
+  EXPECT_EQ(format->Properties()->ServerName(), "");
 }
 
 TEST_F(KeyFormatTest, CopyHasNoParents) {

@@ -206,6 +206,12 @@ TEST_F(PropertiesDataTest, CopyIsDirtyThoughItsMembersAreClean) {
   EXPECT_FALSE(Make<PropertiesData>()->Copy(true)->Dirty());
 }
 
+TEST_F(PropertiesDataTest, MemberThatCannotBeCopiedFailsTheCopy) {
+  const auto data = Make<PropertiesData>();
+  data->SetupItem(psUser, {.Name = "A", .DefaultValue = "abc"})->SetDataType(dtLongInteger);
+  ExpectRaised(errProperty_DataType, [&] { data->Copy(true); }, {.Text = "Property: 'A'", .Count = 2});
+}
+
 TEST_F(PropertiesDataTest, OnlyARecursiveCopyTakesTheAttributes) {
   const auto data = Of({"A"});
   data->Item("A")->AttributesData()->SetupItem({.Name = "Colour"});

@@ -1,3 +1,4 @@
+#include <functional>
 #include <optional>
 
 #include <gtest/gtest.h>
@@ -217,11 +218,28 @@ TEST_F(PropertiesItemsTest, CollectionWhoseDefinitionsCannotBeMadeMembersFailsEa
   data->Item("A")->SetName("B");
   const auto properties = Make<Properties>();
   properties->Bind({.Style = psUser, .PropertiesData = data});
+  const std::function<void()> routines[] = {[&] { properties->Count(); },
+                                            [&] { properties->begin(); },
+                                            [&] { properties->end(); },
+                                            [&] { properties->Item(1); },
+                                            [&] { properties->Add(New({.Name = "C"})); },
+                                            [&] { properties->SetupItem({.Name = "C"}); },
+                                            [&] { properties->RenameItem("A", "C"); },
+                                            [&] { properties->Copy(); },
+                                            [&] { properties->Modifiable(); },
+                                            [&] { properties->Dirty(); },
+                                            [&] { properties->DirtyValues(); },
+                                            [&] { properties->EmptyValues(); },
+                                            [&] { properties->RequiresValues(); },
+                                            [&] { properties->EditFlags(); },
+                                            [&] { properties->StateFlags(); },
+                                            [&] { properties->ReturnValueParameter(); },
+                                            [&] { properties->PropertiesMatch(properties_); },
+                                            [&] { properties->Undo(); }};
   for (int time = 1; time <= 2; ++time) {
-    ExpectReported(RuntimeFailure::KeyInUse, [&] { properties->Count(); });
-    ExpectReported(RuntimeFailure::KeyInUse, [&] { properties->begin(); });
-    ExpectReported(RuntimeFailure::KeyInUse, [&] { properties->Item(1); });
+    for (const auto& routine : routines) ExpectReported(RuntimeFailure::KeyInUse, routine);
   }
+  ExpectRaised(errRemove_Property, [&] { properties->Remove(1); });
 }
 
 // Rows
@@ -266,6 +284,16 @@ TEST_F(PropertiesItemsTest, RowFollowsAColumnThatAnotherRowRenames) {
   EXPECT_EQ(first->Item("who"), name);
   EXPECT_EQ(name->Value().AsText(), "Ada");
   ExpectRaised(errItem_Property, [&] { first->Item("Name"); });
+}
+
+TEST_F(PropertiesItemsTest, ColumnThatTookTheNameOfARemovedOneIsAnotherMember) {
+  const SampleRows rows;
+  const auto first = rows.Row(0);
+  const auto name = first->Item("Name");
+  rows.Row(1)->Remove("Name");
+  const auto definition = rows.Row(1)->SetupItem({.Name = "Name"})->Data();
+  EXPECT_NE(first->Item("Name"), name);
+  EXPECT_EQ(first->Item("Name")->Data(), definition);
 }
 
 TEST_F(PropertiesItemsTest, RowLooksForItsParametersAsAnyCollection) {

@@ -330,6 +330,7 @@ TEST_F(PropertiesMembersTest, SharedMemberJoinsWithoutEvents) {
   transient_->AddShared(item);
   EXPECT_EQ(transient_->Item("A"), item);
   EXPECT_EQ(item->Data()->Style(), psNonPersistent);
+  ExpectReported(RuntimeFailure::KeyInUse, [&] { transient_->AddShared(New("a")); });
   EXPECT_EQ(events, 0);
 }
 
