@@ -91,7 +91,7 @@ PropertyPtr Properties::MakeMember(const PropertyFields& fields, const Position&
 PropertyPtr Properties::SetupItem(const PropertyFields& fields, const Position& position) try {
   if (noAdd_) Raise(errNotSupported_Add, "SetupItem");
   OwnItems();
-  const auto member = MakeMember(fields, position);
+  auto member = MakeMember(fields, position);
   try {
     if (BeforeAdd.Raise(*member)) {
       // The definition, if there is one, keeps the cancelled member; without one there is nothing to answer with.
