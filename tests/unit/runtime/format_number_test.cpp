@@ -288,7 +288,8 @@ TEST(FormatNumberTest, AnEmptySectionLeavesItsNumbersToTheFirst) {
 }
 
 TEST(FormatNumberTest, QuotesWithoutTextHideWhatASectionIsFor) {
-  const FormatRow rows[] = {{0, "0;-0;\"\"", ""}, {-5, "0;\"\"", ""}, {5, "\"\";0", ""}, {0, "0;;\"\"", ""}, {5, "\"\"", ""}};
+  const FormatRow rows[] = {
+      {0, "0;-0;\"\"", ""}, {-5, "0;\"\"", ""}, {5, "\"\";0", ""}, {0, "0;;\"\"", ""}, {5, "\"\"", ""}};
   ExpectTexts(rows);
 }
 
