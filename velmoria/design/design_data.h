@@ -72,8 +72,7 @@ class DesignData : public Object, public Reporting {
   bool Dirty() const { return !dirty_.IsEmpty() || ChildrenDirty(); }
   virtual std::string Details() const = 0;
   PropertiesDataPtr UserPropertiesData();
-  /// A recursive one brings everything below the original into memory.
-  Ref<typename Kind::Data> Copy(const Key& key = {}, bool recursive = true);
+  Ref<typename Kind::Data> Copy(const Key& key = {}, bool recursive = true) const;
   /// Brings everything below into memory, so that the object is whole by itself.
   virtual void LoadAllDetail();
   /// Puts itself in its slot of a child's parents.

@@ -49,13 +49,12 @@ void DesignData<Kind>::SetUserProperties(const PropertiesDataPtr& value) {
 }
 
 template <class Kind>
-Ref<typename Kind::Data> DesignData<Kind>::Copy(const Key& key, bool recursive) try {
+Ref<typename Kind::Data> DesignData<Kind>::Copy(const Key& key, bool recursive) const try {
   auto fields = fields_;
   if (key != Key()) fields.*Kind::KeyField = key;
   auto copy = Make<typename Kind::Data>();
   DesignData& made = *copy;
   made.SetupCopy(std::move(fields));
-  if (recursive) LoadAllDetail();
   const auto& source = static_cast<const typename Kind::Data&>(*this);
   made.CopyParts(source, recursive);
   if (recursive) made.CopyChildren(source);
