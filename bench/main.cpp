@@ -1,121 +1,13 @@
-// What the way of the rows costs, beside a plain loop that fetches the same blocks through ODBC and keeps nothing.
-// Every figure is a ratio of two medians taken in turn in this one run; the goals stand behind them.
+// Every figure is a ratio of two medians taken in turn in this one run; goals stand behind them.
 
-#include <algorithm>
-#include <chrono>
-#include <cstdio>
 #include <cstdlib>
-#include <string>
-#include <vector>
 
-#include "plain_loop.h"
-#include "table.h"
-#include "velmoria/data/database_agent_impl.h"
-#include "velmoria/data/recordset_impl.h"
-#include "velmoria/runtime/row_block.h"
-#include "velmoria/velmoria.h"
-
-using namespace velmoria;
-
-namespace {
-
-constexpr int Rounds = 5;
-constexpr int Rows = 1000000;
-constexpr int Requests = 20000;
-
-double Seconds(auto&& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
-
-void Print(const char* what, double seconds, double plain, const char* goal) {
-  std::printf("%-44s %8.3f s   ratio %5.2f   goal %s\n", what, seconds, seconds / plain, goal);
-}
-
-void Describe(const std::string& connectString) {
-  Framework framework;
-  const auto database = framework.Databases()->SetupItem({.Name = "Bench", .Engine = engODBC, .AutoConnect = true});
-  database->Connectors()->SetupItem({.Engine = engODBC, .ConnectionType = ctText, .ConnectionString = connectString});
-  const auto row = framework.Servers()
-                       ->SetupItem({.Name = "Bench"})
-                       ->Classes()
-                       ->SetupItem({.Name = "Row", .SingleActionName = "Get", .DefaultActionName = "Get"});
-  row->Properties()->SetupItem(
-      {.Name = "Id", .DataType = dtLongInteger, .SourceName = "Id", .SourceColumn = "Id", .Flags = pfInput});
-  const auto get = row->Actions()->SetupItem(
-      {.Name = "Get", .DatabaseName = "Bench", .UsageFlags = ufAll, .EditFlags = efAll, .ObjectType = otModel});
-  get->Sources()->SetupItem({.Engine = engODBC, .SourceType = stTable, .SourceText = "rows"});
-}
-
-/// One page that holds the whole table.
-RecordsetPtr FillPage() {
-  const ClassPtr described = Framework{}.Servers()->Item("Bench")->Classes()->Item("Row");
-  const ActionPtr action = described->Actions()->Item("Get");
-  auto agent = Make<DatabaseAgent>();
-  agent->Initialize(described, action, action->CreateParameters(), -1);
-  return agent->GetRecordset(0, {}, false);
-}
-
-/// Reads each value as a host does: through the Property of its row.
-std::size_t ReadEveryValue(Recordset& page) {
-  std::size_t seen = 0;
-  for (std::int32_t row = 0; row < page.Count(); ++row) {
-    const PropertiesPtr properties = page.GetPersistentProperties(row, {});
-    for (const auto& property : *properties) seen += property->Value().IsNull() ? 0 : 1;
-  }
-  return seen;
-}
-
-void BenchPage(const std::string& connectString) {
-  std::vector<double> plain, fill, read;
-  std::size_t bytes = 0;
-  for (int round = 0; round < Rounds; ++round) {
-    plain.push_back(Seconds([&] { FetchPlainly(connectString, "SELECT * FROM rows", Rows); }));
-    RecordsetPtr page;
-    fill.push_back(Seconds([&] { page = FillPage(); }));
-    if (page->Count() != Rows) std::abort();
-    bytes = page->HeapBytes();
-    std::size_t seen = 0;
-    read.push_back(Seconds([&] { seen = ReadEveryValue(*page); }));
-    if (seen == 0) std::abort();
-  }
-  std::printf("%d rows of 8 mixed columns, medians of %d rounds\n", Rows, Rounds);
-  Print("plain block-fetch loop", Median(plain), Median(plain), "1.00");
-  Print("fill a page", Median(fill), Median(plain), "1.10");
-  Print("read every value through Property.Value", Median(read), Median(plain), "1.50");
-  std::printf("%-44s %8.1f     goal 100\n\n", "bytes per row held", static_cast<double>(bytes) / Rows);
-}
-
-void BenchByKey(const std::string& connectString) {
-  std::vector<double> plain, objects;
-  Framework framework;
-  for (int round = 0; round < 3; ++round) {
-    plain.push_back(Seconds([&] { FetchByKeyPlainly(connectString, "SELECT * FROM rows WHERE Id = ", Requests); }));
-    objects.push_back(Seconds([&] {
-      for (int request = 0; request < Requests; ++request) {
-        const auto row = framework.GetBusinessObject({.ClassName = "Row", .KeyValue1 = 1 + request * 37 % Rows});
-        if (row->FindProperty("Id")->Value() != Variant(1 + request * 37 % Rows)) std::abort();
-      }
-    }));
-  }
-  std::printf("one object by key, %d times\n", Requests);
-  Print("plain statement and fetch", Median(plain), Median(plain), "1.00");
-  Print("GetBusinessObject", Median(objects), Median(plain), "-");
-}
-
-}  // namespace
+#include "design_model.h"
+#include "rows.h"
 
 int main() {
   setenv("VELMORIA_SETTINGS_DIR", ".", 1);
-  const std::string connectString = MakeTable("bench.db", Rows);
-  Describe(connectString);
-  BenchPage(connectString);
-  BenchByKey(connectString);
+  BenchDesignModel();
+  BenchRows();
   return 0;
 }

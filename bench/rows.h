@@ -1,0 +1,4 @@
+#pragma once
+
+/// What the way of the rows costs, beside a plain loop that fetches the same blocks through ODBC and keeps nothing.
+void BenchRows();
