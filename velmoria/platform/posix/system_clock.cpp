@@ -11,7 +11,11 @@ namespace velmoria {
 Date SystemClock::Now() {
   timespec now{};
   clock_gettime(CLOCK_REALTIME, &now);
-  return LocalDate(now);
+  if (now.tv_sec != second_) {
+    parts_ = LocalParts(now.tv_sec);
+    second_ = now.tv_sec;
+  }
+  return LocalDate(parts_, now.tv_nsec);
 }
 
 void SystemClock::Sleep(std::int32_t milliseconds) {

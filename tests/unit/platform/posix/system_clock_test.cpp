@@ -7,19 +7,32 @@
 namespace velmoria {
 namespace {
 
+Date LocalSecond() {
+  const auto time = std::time(nullptr);
+  tm local{};
+  localtime_r(&time, &local);
+  return Date::From(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec);
+}
+
+void ExpectLocalTime(SystemClock& clock) {
+  const auto before = LocalSecond();
+  const auto now = clock.Now();
+  EXPECT_GE(SecondsBetween(before, now), 0);
+  EXPECT_GE(SecondsBetween(now, LocalSecond()), 0);
+}
+
 TEST(SystemClockTest, GivesLocalTime) {
-  const auto before = std::time(nullptr);
-  const auto now = SystemClock().Now();
-  const auto after = std::time(nullptr);
-  tm from{};
-  tm to{};
-  localtime_r(&before, &from);
-  localtime_r(&after, &to);
-  const auto dateOf = [](const tm& time) {
-    return Date::From(time.tm_year + 1900, time.tm_mon + 1, time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec);
-  };
-  EXPECT_GE(SecondsBetween(dateOf(from), now), 0);
-  EXPECT_GE(SecondsBetween(now, dateOf(to)), 0);
+  SystemClock clock;
+  ExpectLocalTime(clock);
+  clock.Sleep(1001);
+  ExpectLocalTime(clock);
+}
+
+TEST(SystemClockTest, TimeGoesOnWithinASecond) {
+  SystemClock clock;
+  const auto start = clock.Now();
+  clock.Sleep(5);
+  EXPECT_GT(clock.Now(), start);
 }
 
 TEST(SystemClockTest, NoSleepForNothing) {
