@@ -25,6 +25,16 @@ RuntimeFailure FailureOf(int error) noexcept {
 
 }  // namespace
 
+std::string_view WriteAll(int file, std::string_view text) {
+  while (!text.empty()) {
+    const auto put = write(file, text.data(), text.size());
+    if (put < 0 && errno == EINTR) continue;
+    if (put <= 0) break;
+    text.remove_prefix(static_cast<std::size_t>(put));
+  }
+  return text;
+}
+
 void FailPath(int error, std::string_view path) {
   const auto failure = FailureOf(error);
   std::string text = RuntimeFailureText(failure);

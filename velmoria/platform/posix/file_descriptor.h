@@ -28,6 +28,11 @@ class FileDescriptor {
   int number_ = -1;
 };
 
+/// Writes a text to an open file. The result is what is left of it when no more can be written, with `errno` saying
+/// why;
+/// "" when all is written.
+std::string_view WriteAll(int file, std::string_view text);
+
 /// Raises what the operating system's `errno` value means for a path: 53, 61, 70, 76 or 75.
 [[noreturn]] void FailPath(int error, std::string_view path);
 

@@ -8,9 +8,9 @@ namespace velmoria {
 
 namespace {
 
-bool StartsWithDrive(std::string_view name) {
-  return name.size() > 1 && name[1] == ':' && static_cast<unsigned>((name[0] | 0x20) - 'a') < 26U;
-}
+bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+
+bool StartsWithDrive(std::string_view name) { return name.size() > 1 && name[1] == ':' && IsLetter(name[0]); }
 
 bool IsOfAnotherSystem(std::string_view name) {
   return StartsWithDrive(name) || name.find('\\') != std::string_view::npos;

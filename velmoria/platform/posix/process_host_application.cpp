@@ -4,10 +4,8 @@
 #include <filesystem>
 #include <mutex>
 #include <utility>
-#include <vector>
 
-#include <pwd.h>
-#include <unistd.h>
+#include "velmoria/platform/posix/user_account.h"
 
 namespace velmoria {
 
@@ -58,12 +56,9 @@ std::int32_t ProcessHostApplication::Minor() { return Present().Minor; }
 std::int32_t ProcessHostApplication::Revision() { return Present().Revision; }
 
 std::string ProcessHostApplication::UserName() {
-  std::vector<char> buffer(16384);
-  passwd entry{};
-  passwd* found = nullptr;
-  if (getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found) return found->pw_name;
-  const char* user = std::getenv("USER");
-  return user ? user : "";
+  if (const auto user = EffectiveUser()) return user->Name;
+  const char* name = std::getenv("USER");
+  return name ? name : "";
 }
 
 }  // namespace velmoria

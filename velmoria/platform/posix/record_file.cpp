@@ -32,17 +32,6 @@ FileDescriptor OpenToRecord(const std::string& path) {
   return {};
 }
 
-// What is left of a text when no more of it can be written.
-std::string_view WriteUntilFailure(int file, std::string_view text) {
-  while (!text.empty()) {
-    const auto put = write(file, text.data(), text.size());
-    if (put < 0 && errno == EINTR) continue;
-    if (put <= 0) break;
-    text.remove_prefix(static_cast<std::size_t>(put));
-  }
-  return text;
-}
-
 }  // namespace
 
 RecordFile::RecordFile(std::string path) : path_(std::move(path)) {}
@@ -52,7 +41,7 @@ void RecordFile::Append(std::string_view record) {
   const auto file = OpenToRecord(path_);
   if (!file.IsOpen()) return;
   auto text = std::string(isTorn_ ? "\n" : "").append(record);
-  const auto lost = WriteUntilFailure(file.Number(), text);
+  const auto lost = WriteAll(file.Number(), text);
   if (lost.size() < text.size()) isTorn_ = !lost.empty();
 }
 

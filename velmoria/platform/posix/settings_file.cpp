@@ -35,13 +35,7 @@ std::string ReadWhole(int file, const std::string& path) {
 }
 
 void WriteWhole(int file, std::string_view text, const std::string& path) {
-  while (!text.empty()) {
-    const auto put = write(file, text.data(), text.size());
-    if (put < 0 && errno == EINTR) continue;
-    if (put < 0) FailPath(errno, path);
-    text.remove_prefix(static_cast<std::size_t>(put));
-  }
-  if (fsync(file) != 0) FailPath(errno, path);
+  if (!WriteAll(file, text).empty() || fsync(file) != 0) FailPath(errno, path);
 }
 
 // A new file beside another, gone again unless it takes that one's place.

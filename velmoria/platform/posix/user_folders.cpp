@@ -3,13 +3,11 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
-#include <vector>
 
-#include <pwd.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include "velmoria/platform/posix/file_descriptor.h"
+#include "velmoria/platform/posix/user_account.h"
 #include "velmoria/runtime/error.h"
 
 namespace velmoria {
@@ -24,11 +22,8 @@ std::string FolderVariable(const char* name) {
 
 std::string HomeFolder() {
   if (auto home = FolderVariable("HOME"); !home.empty()) return home;
-  std::vector<char> buffer(16384);
-  passwd entry{};
-  passwd* found = nullptr;
-  if (getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || !found) return {};
-  return found->pw_dir;
+  const auto user = EffectiveUser();
+  return user ? user->HomeFolder : std::string();
 }
 
 std::string FolderUnder(const char* variable, const char* underHome) {
