@@ -6,7 +6,6 @@
 
 #include "velmoria/platform/components/library_components_impl.h"
 #include "velmoria/platform/components/offered_components_impl.h"
-#include "velmoria/platform/components/registered_components_impl.h"
 #include "velmoria/runtime/error.h"
 #include "velmoria/runtime/text.h"
 
@@ -54,15 +53,12 @@ Ref<Object> Components::Create(std::string_view name) {
 
 void Components::AddFolder(std::string_view folder) { LibraryComponents::AddFolder(folder); }
 
-Ref<Object> OfferedComponents::Create(std::string_view name) {
-  if (auto registered = RegisteredComponents().Create(name)) return registered;
-  return LibraryComponents().Create(name);
-}
-
 // The factory runs outside the lock: it may register or create others.
-Ref<Object> RegisteredComponents::Create(std::string_view name) {
-  const auto factory = FindFactory(name);
-  return factory ? factory() : nullptr;
+Ref<Object> OfferedComponents::Create(std::string_view name) {
+  if (const auto factory = FindFactory(name)) {
+    if (auto registered = factory()) return registered;
+  }
+  return LibraryComponents().Create(name);
 }
 
 }  // namespace velmoria

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "velmoria/platform/components/registered_components_impl.h"
+#include "velmoria/platform/components/offered_components_impl.h"
 #include "velmoria/runtime/error.h"
 
 namespace velmoria {
@@ -14,8 +14,6 @@ class Invoice : public Object {};
 class ComponentsTest : public testing::Test {
  public:
   ~ComponentsTest() override { Components::Unregister("Sales.Order"); }
-
- protected:
 };
 
 int NumberOf(void (*routine)()) {
@@ -43,15 +41,13 @@ TEST_F(ComponentsTest, UnknownNameCannotBeCreated) {
   EXPECT_EQ(NumberOf([] { Components::Create("Sales.Order"); }), 429);
 }
 
-TEST_F(ComponentsTest, DoorGivesNoneForAnUnknownName) {
-  EXPECT_EQ(RegisteredComponents().Create("Sales.Order"), nullptr);
-}
+TEST_F(ComponentsTest, DoorGivesNoneForAnUnknownName) { EXPECT_EQ(OfferedComponents().Create("Sales.Order"), nullptr); }
 
 TEST_F(ComponentsTest, UnregisteredNameIsUnknownAgain) {
   Components::Register<Order>("Sales.Order");
   EXPECT_TRUE(Components::Unregister("Sales.Order"));
   EXPECT_FALSE(Components::Unregister("Sales.Order"));
-  EXPECT_EQ(RegisteredComponents().Create("Sales.Order"), nullptr);
+  EXPECT_EQ(OfferedComponents().Create("Sales.Order"), nullptr);
 }
 
 TEST_F(ComponentsTest, EmptyNameIsRefused) {
