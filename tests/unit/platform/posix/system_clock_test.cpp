@@ -7,10 +7,12 @@
 namespace velmoria {
 namespace {
 
+// By the clock's own source: time(2) may still tell the second before.
 Date LocalSecond() {
-  const auto time = std::time(nullptr);
+  timespec time{};
+  clock_gettime(CLOCK_REALTIME, &time);
   tm local{};
-  localtime_r(&time, &local);
+  localtime_r(&time.tv_sec, &local);
   return Date::From(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec);
 }
 
