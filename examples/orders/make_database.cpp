@@ -88,7 +88,7 @@ class Insert {
 };
 
 std::string OrderDate(Dice& dice) {
-  char text[32];
+  char text[80];
   std::snprintf(text, sizeof text, "20%02d-%02d-%02d %02d:%02d:00", 24 + dice.Below(3), 1 + dice.Below(12),
                 1 + dice.Below(28), 8 + dice.Below(10), dice.Below(60));
   return text;
