@@ -103,7 +103,11 @@ void DesignCollection<Kind>::Rekey(const Key& key, const Key& newKey) try {
   static_cast<void>(Members());
   if (!data_) Raise(Kind::KeyPolicy::TransientRefusal, Kind::KeyPolicy::RekeyRoutine);
   data_->Rekey(key, newKey);
-  members_->Rename(members_->PositionOf(Variant(Kind::KeyPolicy::Text(key))), Kind::KeyPolicy::Text(newKey));
+  const auto old = Kind::KeyPolicy::Text(key);
+  const auto given = Kind::KeyPolicy::Text(newKey);
+  try {
+    members_->Rename(members_->PositionOf(old), given);
+  } catch (...) { Failed(Kind::KeyPolicy::RekeyRoutine, Kind::Numbers.Rekeying, {old, given}); }
 } catch (...) { Failed(Kind::KeyPolicy::RekeyRoutine); }
 
 template <class Kind>

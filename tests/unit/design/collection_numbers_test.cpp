@@ -85,6 +85,15 @@ TYPED_TEST(CollectionNumbers, RekeyingAnUnknownMemberRaisesTheKindsNumber) {
   EXPECT_EQ(this->Keys(*collection), this->KeyTexts({1, 2, 3}));
 }
 
+TYPED_TEST(CollectionNumbers, RekeyingWhatThisListDoesNotHaveRaisesTheKindsNumberAndStays) {
+  const auto collection = this->Filled();
+  collection->Data()->SetupItem(TypeParam::Fields(4));
+  ExpectRaised(TypeParam::Raises.Rekeying, [&] { TypeParam::Rekey(*collection, 4, 5); },
+               {.Text = "'" + TypeParam::KeyText(4) + "'", .Count = 2});
+  EXPECT_EQ(this->Keys(*collection), this->KeyTexts({1, 2, 3}));
+  EXPECT_EQ(collection->Data()->KeyAt(4), TypeParam::KeyText(5));
+}
+
 TYPED_TEST(CollectionNumbers, ATransientCollectionRefusesRekeying) {
   const auto collection = Make<typename TypeParam::Collection>();
   collection->Add(this->Free(1));
