@@ -27,7 +27,7 @@ PropertyPtr Link::Parameter() try {
 
 PropertyPtr Link::End(const PropertyDataPtr& definition) const {
   auto end = Make<velmoria::Property>();
-  end->Bind(definition, ParentsForChildren());
+  end->Bind(definition, HeldParents());
   return end;
 }
 

@@ -269,10 +269,16 @@ TEST_F(LinkTest, ASecondRelationshipIsRefused) {
   EXPECT_EQ(link->RelationshipName(), "Bills");
 }
 
-TEST_F(LinkTest, AnEndBelongsToOneLinkWhichTheRefusalShowsByItsDetails) {
-  const auto link = Free({.Name = "Id"});
-  const auto other = Free({.Name = "Number"});
-  ExpectRaised(zErrors{15105}, [&] { other->UserProperties()->Add(link->Property()); },
+TEST_F(LinkTest, EndsHaveTheParentsOfTheLinkAndNotTheLinkItself) {
+  const auto notes = Free({.Name = "Number"})->UserProperties();
+  const auto end = Free({.Name = "Id"})->Property();
+  notes->Add(end);
+  EXPECT_EQ(notes->Item(1), end);
+}
+
+TEST_F(LinkTest, AUserPropertyBelongsToOneLinkWhichTheRefusalShowsByItsDetails) {
+  const auto note = Free({.Name = "Id"})->UserProperties()->SetupItem({.Name = "Note"});
+  ExpectRaised(zErrors{15105}, [&] { Free({.Name = "Number"})->UserProperties()->Add(note); },
                {.Text = "Object already has a Link parent and it can only belong to one.  Link: 'Link: 'Id''"});
 }
 
