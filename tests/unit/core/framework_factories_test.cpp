@@ -143,23 +143,31 @@ TEST_F(FrameworkFactoriesTest, WhatIsMadeBelongsToNothing) {
   EXPECT_EQ(framework_.Servers()->Count() + framework_.Databases()->Count(), 0);
 }
 
-TEST_F(FrameworkFactoriesTest, ServerHasItsFields) {
-  const auto server = framework_.CreateServer(
-      {.Name = "S", .ActiveXComponent = "Sales", .Description = "d", .Locked = true, .UseMetaData = false});
-  EXPECT_EQ(server->Name(), "S");
+TEST_F(FrameworkFactoriesTest, ServerHasItsFieldsInOrder) {
+  const auto server = framework_.CreateServer({"S", "/s.vsd", "Sales", "d", true, true, false});
+  EXPECT_EQ(server->Name() + server->FileName(), "S/s.vsd");
   EXPECT_EQ(server->ActiveXComponent() + server->Description(), "Salesd");
+  EXPECT_TRUE(server->LoadOnStartup());
   EXPECT_TRUE(server->Locked());
   EXPECT_FALSE(server->UseMetaData());
 }
 
-TEST_F(FrameworkFactoriesTest, DatabaseHasItsFields) {
-  const auto database = framework_.CreateDatabase(
-      {.Name = "D", .Engine = engOracle, .Description = "d", .AutoConnect = true, .Locked = true});
-  EXPECT_EQ(database->Name() + database->Description(), "Dd");
+TEST_F(FrameworkFactoriesTest, DatabaseHasItsFieldsInOrder) {
+  const auto database = framework_.CreateDatabase({"D", "/d.vdb", engOracle, "d", true, true, true});
+  EXPECT_EQ(database->Name() + database->FileName() + database->Description(), "D/d.vdbd");
   EXPECT_EQ(database->Engine(), engOracle);
   EXPECT_TRUE(database->AutoConnect());
+  EXPECT_TRUE(database->LoadOnStartup());
   EXPECT_TRUE(database->Locked());
-  EXPECT_FALSE(framework_.CreateDatabase({.Name = "D"})->AutoConnect());
+}
+
+TEST_F(FrameworkFactoriesTest, DesignRootsByNameAloneHaveNoPlaceAndSwitchNothingOn) {
+  const auto server = framework_.CreateServer({.Name = "S"});
+  const auto database = framework_.CreateDatabase({.Name = "D"});
+  EXPECT_EQ(server->FileName() + database->FileName(), "");
+  EXPECT_FALSE(server->LoadOnStartup() || server->Locked());
+  EXPECT_FALSE(database->LoadOnStartup() || database->Locked() || database->AutoConnect());
+  EXPECT_EQ(database->Engine(), engUnknown);
 }
 
 TEST_F(FrameworkFactoriesTest, ConnectorHasItsFieldsInOrder) {

@@ -7,6 +7,13 @@
 #include "tests/support/expect_raised.h"
 #include "tests/support/scoped_apartment.h"
 #include "tests/support/temporary_folder.h"
+#include "velmoria/brokering/business_context.h"
+#include "velmoria/brokering/business_context_impl.h"
+#include "velmoria/brokering/ibusiness_object.h"
+#include "velmoria/brokering/ibusiness_objects.h"
+#include "velmoria/brokering/identifier.h"
+#include "velmoria/brokering/key_format.h"
+#include "velmoria/core/framework.h"
 #include "velmoria/core/messages.h"
 #include "velmoria/data/connection.h"
 
@@ -57,6 +64,23 @@ TEST_F(ActionOperationsTest, CreatePropertiesDescribesTheColumnsOfTheSource) {
   EXPECT_EQ(properties->Style(), psDefinition);
   EXPECT_EQ(properties->ActionName(), "All");
   EXPECT_EQ(properties->Item("id")->DataType(), dtLongInteger);
+}
+
+TEST_F(ActionOperationsTest, AllUsageFlagsPassTheTestOfEveryOperation) {
+  action_->SetObjectType(otModel);
+  const auto context = Framework().CreateBusinessContext({.ServerName = "Sales", .ClassName = "Order"});
+  EXPECT_EQ(context->GetBusinessObjects({.ActionName = "All"})->Count(), 0);
+  ExpectRaised(zErrors{15025}, [&] { context->GetBusinessObject({.ActionName = "All"}); });
+  ExpectRaised(zErrors{15115}, [&] { context->GetProperties({.ActionName = "All"}); });
+}
+
+TEST_F(ActionOperationsTest, NoUsageFlagsPassTheTestOfNone) {
+  action_->SetUsageFlags(ufNone);
+  const auto context = Framework().CreateBusinessContext({.ServerName = "Sales", .ClassName = "Order"});
+  const auto shown = "Action: 'All'  UsageFlags: '(None)'";
+  ExpectRaised(zErrors{15088}, [&] { context->GetBusinessObjects({.ActionName = "All"}); }, {.Text = shown});
+  ExpectRaised(zErrors{15088}, [&] { context->GetBusinessObject({.ActionName = "All"}); }, {.Text = shown});
+  ExpectRaised(zErrors{15089}, [&] { context->GetProperties({.ActionName = "All"}); }, {.Text = shown});
 }
 
 TEST_F(ActionOperationsTest, CreatePropertiesFollowsTheEngineAndTheConnectionStays) {

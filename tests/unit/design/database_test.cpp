@@ -133,6 +133,13 @@ TEST_F(DatabaseTest, RecursiveCopyTakesConnectorsAndUserProperties) {
   EXPECT_EQ(database->Copy("", false)->Connectors()->Count(), 0);
 }
 
+TEST_F(DatabaseTest, ACopyNeedsANameFromSomewhereForTheFileIsNotCopied) {
+  const auto nameless = Make<Database>();
+  nameless->SetFileName("/shop.vdb");
+  ExpectRaised(zErrors{15080}, [&] { nameless->Copy(); }, {.Text = "Name: ''  Filename: ''", .Count = 1});
+  EXPECT_EQ(nameless->Copy("Shop")->Name(), "Shop");
+}
+
 TEST_F(DatabaseTest, ConnectorsAndUserPropertiesMakeItDirty) {
   const auto database = Make<Database>();
   EXPECT_EQ(database->Connectors()->Count(), 0);

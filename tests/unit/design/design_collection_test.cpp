@@ -156,6 +156,13 @@ TYPED_TEST(EveryDesignCollection, ANewMemberIsDirtyAndBearsTheMoment) {
   EXPECT_EQ(member->DateCreated(), this->apartment_.Clock().Time);
 }
 
+TYPED_TEST(EveryDesignCollection, ANewMemberWasSavedByNobodyAndOnlyARootShowsTheMomentInstead) {
+  const auto member = this->Filled()->Item(TypeParam::Index(1));
+  constexpr bool isRoot = requires { TypeParam::Kind::RootRaises; };
+  EXPECT_EQ(member->ModifiedBy(), "");
+  EXPECT_EQ(member->DateModified(), isRoot ? this->apartment_.Clock().Time : Date());
+}
+
 TYPED_TEST(EveryDesignCollection, CopyIsNewDirtyAndOutsideAnyCollection) {
   const auto collection = this->Filled();
   const auto member = collection->Item(TypeParam::Index(1));

@@ -72,6 +72,27 @@ TEST_F(DetailsTextsTest, ANewFileWithoutPlaceShowsAnEmptyFileName) {
               {Shown<DatabaseKind>({.Name = "Shop"}), "Database: 'Shop'  AutoConnect: False  FileName: ''"}});
 }
 
+TEST_F(DetailsTextsTest, NumbersOutsideTheirEnumerationAreKeptAndHaveNoName) {
+  const auto source = MakeDesign<SourceKind>({.Engine = engODBC, .SourceType = stTable});
+  source->SetSourceType(zSourceTypes{9});
+  ExpectRows({
+      {Shown<ActionKind>({.Name = "Get", .EditFlags = zEditFlags{8}, .CollectionType = zCollectionTypes{9}}),
+       "Action: 'Get'  Database: ''  EditFlags: ''  CollectionType: ''"},
+      {source->Details(), "Source: 'Generic ODBC'  Type: ''  Text: ''"},
+      {Shown<ConnectorKind>({.Engine = engODBC,
+                             .ConnectionType = zConnectionTypes{9},
+                             .CursorDriver = zCursorDrivers{9},
+                             .CursorType = zCursorTypes{-1}}),
+       "Connector: 'Generic ODBC'  ConnectionType: ''  ConnectionString: ''  Username: ''  DefinitionValidation: "
+       "'False'  CursorDriver: ''  CursorType: ''"},
+      {Shown<RelationshipKind>({.Name = "Lines", .Association = zAssociations{9}}),
+       "Association: '' Related Server: '' Related Class: '' Related Action: ''"},
+  });
+  EXPECT_EQ(source->SourceType(), zSourceTypes{9});
+  EXPECT_EQ(MakeDesign<ActionKind>({.Name = "Get", .ObjectType = zObjectTypes{9}})->ObjectType(), zObjectTypes{9});
+  EXPECT_EQ(MakeDesign<DatabaseKind>({.Name = "Shop", .Engine = zEngines{99}})->EngineName(), "(Unknown)");
+}
+
 // Every collection in its three forms, with as many members as it has in a small design.
 class CollectionDetailsTest : public DetailsTextsTest {
  protected:

@@ -55,6 +55,29 @@ TEST_F(ParentsTest, TheSameCollectionRefusesAMemberASecondTimeByItsHighestParent
   EXPECT_EQ(class_->Actions()->Item(1), action_);
 }
 
+/// Expects that a collection which has the parents of its members takes them no second time.
+template <class Collection, class Member>
+void ExpectTakenOnce(const Ref<Collection>& collection, const Ref<Member>& member, int number, const char* routine) {
+  ExpectRaised(zErrors{number}, [&] { collection->SetParents(member->HeldParents()); }, {.Text = routine, .Count = 1});
+}
+
+TEST_F(ParentsTest, ACollectionTakesEachParentOnceToo) {
+  ExpectTakenOnce(server_->Classes(), class_, 15108, "Classes.SetParent at");
+  ExpectTakenOnce(class_->Actions(), action_, 15108, "Actions.SetParents at");
+  ExpectTakenOnce(class_->Relationships(), relationship_, 15108, "Relationships.SetParents at");
+  ExpectTakenOnce(action_->Sources(), source_, 15108, "Sources.SetParents at");
+  ExpectTakenOnce(relationship_->Links(), link_, 15108, "Links.SetParents at");
+  ExpectTakenOnce(database_->Connectors(), connector_, 15103, "Connectors.SetParent at");
+}
+
+TEST_F(ParentsTest, ACollectionWithoutServerRefusesASecondClassAndStopsThere) {
+  const auto actions = MakeDesign<ClassKind>({.Name = "Free"})->Actions();
+  ExpectRaised(zErrors{15101}, [&] { actions->SetParents(action_->HeldParents()); },
+               {.Text = "Class: 'Free'", .Count = 1});
+  EXPECT_EQ(actions->ServerName(), "Sales");
+  EXPECT_EQ(actions->ClassName(), "Free");
+}
+
 TEST_F(ParentsTest, MembersWithoutParentsMayBelongToTwoCollectionsButToNoneTwice) {
   const auto servers = ServerSample::Bound();
   servers->Add(server_);

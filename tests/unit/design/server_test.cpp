@@ -153,6 +153,13 @@ TEST_F(ServerTest, ACopyHasAFileOfItsOwnWithoutPlace) {
   EXPECT_EQ(server->FileName(), "/sales.vsd");
 }
 
+TEST_F(ServerTest, ACopyNeedsANameFromSomewhereForTheFileIsNotCopied) {
+  const auto nameless = Make<Server>();
+  nameless->SetFileName("/sales.vsd");
+  ExpectRaised(zErrors{15081}, [&] { nameless->Copy(); }, {.Text = "Name: ''  Filename: ''", .Count = 1});
+  EXPECT_EQ(nameless->Copy("Sales")->Name(), "Sales");
+}
+
 TEST_F(ServerTest, LoadingAllDetailMakesTheClassesAndSoHidesUserProperties) {
   const auto server = Make<Server>();
   server->UserProperties()->SetupItem({.Name = "Note"});
