@@ -107,6 +107,15 @@ TEST_P(SettingsStoreTest, DeletingAnUnknownSectionIsNoFailure) {
   EXPECT_EQ(Get("Key"), "here");
 }
 
+TEST_P(SettingsStoreTest, SavedEntriesJoinTheOthersOfTheirSection) {
+  store_->SaveSetting("App", "Section", "Old", "1");
+  store_->SaveSetting("App", "Section", "Key", "2");
+  store_->SaveSettings("App", "sECTION", {{"kEY", "3"}, {"New", "4"}});
+  EXPECT_EQ(Get("Old"), "1");
+  EXPECT_EQ(Get("Key"), "3");
+  EXPECT_EQ(Get("New"), "4");
+}
+
 TEST_P(SettingsStoreTest, ReplacedSectionHoldsTheNewEntriesOnly) {
   store_->SaveSetting("App", "Section", "Old", "1");
   store_->SaveSetting("App", "Other", "Key", "there");

@@ -24,27 +24,42 @@ std::string FakeSettingsStore::GetSetting(std::string_view application, std::str
   return found == settings_.end() ? std::string(missing) : found->Value;
 }
 
-void FakeSettingsStore::SaveSetting(std::string_view application, std::string_view section, std::string_view key,
-                                    std::string_view value) {
-  if (FailWrites) Fail(RuntimeFailure::DiskFull);
-  const auto found = FindSetting(settings_, application, section, key);
-  if (found != settings_.end()) {
-    found->Value = value;
-  } else {
-    settings_.push_back({std::string(application), std::string(section), std::string(key), std::string(value)});
-  }
+void FakeSettingsStore::SaveSettings(std::string_view application, std::string_view section, const Entries& entries) {
+  CountWrite();
+  Put(application, section, entries);
 }
 
 void FakeSettingsStore::DeleteSetting(std::string_view application, std::string_view section) {
+  CountWrite();
+  Erase(application, section);
+}
+
+void FakeSettingsStore::ReplaceSection(std::string_view application, std::string_view section, const Entries& entries) {
+  CountWrite();
+  Erase(application, section);
+  Put(application, section, entries);
+}
+
+void FakeSettingsStore::CountWrite() {
   if (FailWrites) Fail(RuntimeFailure::DiskFull);
+  ++Writes;
+}
+
+void FakeSettingsStore::Erase(std::string_view application, std::string_view section) {
   std::erase_if(settings_, [&](const Setting& setting) {
     return setting.Application == application && EqualFolded(setting.Section, section);
   });
 }
 
-void FakeSettingsStore::ReplaceSection(std::string_view application, std::string_view section, const Entries& entries) {
-  DeleteSetting(application, section);
-  for (const auto& [key, value] : entries) SaveSetting(application, section, key, value);
+void FakeSettingsStore::Put(std::string_view application, std::string_view section, const Entries& entries) {
+  for (const auto& [key, value] : entries) {
+    const auto found = FindSetting(settings_, application, section, key);
+    if (found != settings_.end()) {
+      found->Value = value;
+    } else {
+      settings_.push_back({std::string(application), std::string(section), key, value});
+    }
+  }
 }
 
 std::vector<std::string> FakeSettingsStore::Keys(std::string_view application, std::string_view section) const {

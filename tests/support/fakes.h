@@ -18,8 +18,7 @@ class FakeSettingsStore final : public SettingsStore {
  public:
   std::string GetSetting(std::string_view application, std::string_view section, std::string_view key,
                          std::string_view missing) override;
-  void SaveSetting(std::string_view application, std::string_view section, std::string_view key,
-                   std::string_view value) override;
+  void SaveSettings(std::string_view application, std::string_view section, const Entries& entries) override;
   void DeleteSetting(std::string_view application, std::string_view section) override;
   void ReplaceSection(std::string_view application, std::string_view section, const Entries& entries) override;
   std::string TakeDamage(std::string_view) override { return std::exchange(Damage, {}); }
@@ -29,6 +28,7 @@ class FakeSettingsStore final : public SettingsStore {
 
   bool FailReads = false;
   bool FailWrites = false;
+  int Writes = 0;  // steps by which something was written
   std::string Damage;
 
  private:
@@ -38,6 +38,10 @@ class FakeSettingsStore final : public SettingsStore {
     std::string Key;
     std::string Value;
   };
+
+  void CountWrite();
+  void Erase(std::string_view application, std::string_view section);
+  void Put(std::string_view application, std::string_view section, const Entries& entries);
 
   std::vector<Setting> settings_;
 };

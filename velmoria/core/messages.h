@@ -87,8 +87,9 @@ class VELMORIA_API Messages final : public Object {
   /// Stores all five and restarts the log once, whether or not anything changed.
   void SetupLogging(const SetupLoggingArguments& arguments = {});
 
-  /// Writes the log settings to the apartment's store, unless they could never be read; the library's own, as its
-  /// argument tells. A stored text that is no value of its setting stays as long as the setting keeps its default.
+  // Inside the library.
+  /// Writes the log settings to the apartment's store in one step, unless they could never be read. A stored text that
+  /// is no value of its setting stays while the setting keeps its default.
   void SaveLogSettings(ApartmentState& apartment) const;
 
  private:

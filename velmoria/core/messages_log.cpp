@@ -87,11 +87,20 @@ bool Take(const LogSetting& setting, Logging& log, const Variant& stored) noexce
   return isTaken;
 }
 
-std::string TextToStore(const LogSetting& setting, const Logging& log, Logging defaults, SettingsStore& store) {
-  auto text = setting.Get(log).AsText();
-  if (text != setting.Get(defaults).AsText()) return text;
-  const auto stored = Stored(store, setting.Key);
-  return stored.IsEmpty() || Take(setting, defaults, stored) ? text : stored.AsText();
+bool IsNoValue(const LogSetting& setting, Logging log, const Variant& stored) {
+  return !stored.IsEmpty() && !Take(setting, log, stored);
+}
+
+// What has its default leaves a stored text that is no value of it.
+SettingsStore::Entries EntriesOf(const Logging& log, const Logging& defaults, SettingsStore& store) {
+  SettingsStore::Entries entries;
+  for (const auto& setting : kLogSettings) {
+    auto text = setting.Get(log).AsText();
+    const bool isDefault = text == setting.Get(defaults).AsText();
+    if (isDefault && IsNoValue(setting, defaults, Stored(store, setting.Key))) continue;
+    entries.emplace_back(setting.Key, std::move(text));
+  }
+  return entries;
 }
 
 }  // namespace
@@ -110,10 +119,7 @@ void Messages::SaveLogSettings(ApartmentState& apartment) const {
   if (!isLogRead_) return;
   WithErrorsIgnored([&] {
     auto& store = *apartment.Platform.Settings;
-    for (const auto& setting : kLogSettings) {
-      const auto text = TextToStore(setting, log_, DefaultLogging(), store);
-      store.SaveSetting(ProductVersionLabel, kSection, setting.Key, text);
-    }
+    store.SaveSettings(ProductVersionLabel, kSection, EntriesOf(log_, DefaultLogging(), store));
   });
 }
 

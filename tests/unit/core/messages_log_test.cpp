@@ -262,6 +262,13 @@ TEST_F(MessagesLogTest, SettingsAreStoredAsTextAtTheEnd) {
   EXPECT_EQ(Stored("LogOverwrite"), "True");
 }
 
+TEST_F(MessagesLogTest, AllFiveSettingsAreStoredInOneStep) {
+  messages_.SetupLogging({lmWinNT, svfAll, tfRDO, "x.log", true});
+  messages_.SaveLogSettings(apartment_.State());
+  EXPECT_EQ(apartment_.Settings().Writes, 1);
+  EXPECT_EQ(apartment_.Settings().Keys(kApplication, "Exceptions").size(), 5U);
+}
+
 TEST(MessagesLogSettingsTest, SettingsOfOneRunAreTheDefaultsOfTheNext) {
   const auto store = std::make_shared<FakeSettingsStore>();
   {

@@ -156,7 +156,7 @@ class ReportingStore final : public SettingsStore, public Reporting {
   std::string GetSetting(std::string_view, std::string_view, std::string_view, std::string_view) override {
     Raise(errFile_Server, "GetSetting", {"'x'"});
   }
-  void SaveSetting(std::string_view, std::string_view, std::string_view, std::string_view) override {}
+  void SaveSettings(std::string_view, std::string_view, const Entries&) override {}
   void DeleteSetting(std::string_view, std::string_view) override {}
   void ReplaceSection(std::string_view, std::string_view, const Entries&) override {}
   std::string TakeDamage(std::string_view) override { return {}; }

@@ -100,9 +100,10 @@ std::string FileSettingsStore::GetSetting(std::string_view application, std::str
   return value ? *value : std::string(missing);
 }
 
-void FileSettingsStore::SaveSetting(std::string_view application, std::string_view section, std::string_view key,
-                                    std::string_view value) {
-  Modify(application, [&](SettingsText& text) { text.Set(section, key, value); });
+void FileSettingsStore::SaveSettings(std::string_view application, std::string_view section, const Entries& entries) {
+  Modify(application, [&](SettingsText& text) {
+    for (const auto& [key, value] : entries) text.Set(section, key, value);
+  });
 }
 
 void FileSettingsStore::DeleteSetting(std::string_view application, std::string_view section) {

@@ -23,8 +23,7 @@ class FileSettingsStore final : public SettingsStore {
   /// Reading raises 70 or 75 when the system fails; writing raises 53, 61, 70, 75 or 76.
   std::string GetSetting(std::string_view application, std::string_view section, std::string_view key,
                          std::string_view missing) override;
-  void SaveSetting(std::string_view application, std::string_view section, std::string_view key,
-                   std::string_view value) override;
+  void SaveSettings(std::string_view application, std::string_view section, const Entries& entries) override;
   void DeleteSetting(std::string_view application, std::string_view section) override;
   void ReplaceSection(std::string_view application, std::string_view section, const Entries& entries) override;
   std::string TakeDamage(std::string_view application) override;

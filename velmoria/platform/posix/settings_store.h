@@ -18,8 +18,12 @@ class SettingsStore {
   /// The stored text, or `missing` when nothing is stored under the key.
   virtual std::string GetSetting(std::string_view application, std::string_view section, std::string_view key,
                                  std::string_view missing) = 0;
-  virtual void SaveSetting(std::string_view application, std::string_view section, std::string_view key,
-                           std::string_view value) = 0;
+  /// Writes these entries, as one step: a failure leaves what was there, and so do other keys of the section.
+  virtual void SaveSettings(std::string_view application, std::string_view section, const Entries& entries) = 0;
+  void SaveSetting(std::string_view application, std::string_view section, std::string_view key,
+                   std::string_view value) {
+    SaveSettings(application, section, {{std::string(key), std::string(value)}});
+  }
   /// Removes a section with all its keys; one that is not there is no failure.
   virtual void DeleteSetting(std::string_view application, std::string_view section) = 0;
   /// Deletes the section and writes these entries, as one step: a failure leaves what was there.

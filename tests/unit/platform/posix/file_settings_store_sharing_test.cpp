@@ -49,6 +49,11 @@ class SharedSettingsTest : public testing::Test {
     FileSettingsStore store(folder_.Path());
     for (int number = 1; number <= count; ++number) store.ReplaceSection("App", "Generation", Generation(number));
   }
+  // Changes the values of all keys, and leaves the keys.
+  void SaveGenerations(int count) const {
+    FileSettingsStore store(folder_.Path());
+    for (int number = 1; number <= count; ++number) store.SaveSettings("App", "Generation", Generation(number));
+  }
   // All values of the file as it lies there now are of one generation.
   void ExpectOneGeneration() const {
     const SettingsText text(ReadText(folder_.Path("App.settings")));
@@ -85,6 +90,16 @@ TEST_F(SharedSettingsTest, ReaderNeverSeesHalfAChangeOfAnotherProcess) {
   int status = 0;
   while (waitpid(writer, &status, WNOHANG) == 0) ExpectOneGeneration();
   EXPECT_EQ(status, 0);
+  ExpectOneGeneration();
+}
+
+TEST_F(SharedSettingsTest, ReaderNeverSeesSomeOfTheEntriesThatSeveralProcessesSave) {
+  const auto one = StartProcess([this] { SaveGenerations(49); });
+  const auto two = StartProcess([this] { SaveGenerations(99); });
+  int status = 0;
+  while (waitpid(one, &status, WNOHANG) == 0) ExpectOneGeneration();
+  EXPECT_EQ(status, 0);
+  EXPECT_TRUE(EndsWell(two));
   ExpectOneGeneration();
 }
 
