@@ -50,6 +50,7 @@ TYPED_TEST(NamesOfMembers, MayHoldAnyCharacters) {
                                "e",
                                " blanks ",
                                std::string("nul\0in", 6),
+                               "broken \xFF\xC3",
                                "1",
                                std::string(70'000, 'x')};
   const auto collection = TypeParam::Bound();
