@@ -27,7 +27,7 @@ void Property::Bind(PropertyDataPtr data, RecordsetPtr recordset, std::int32_t r
   data_ = std::move(data);
   recordset_ = std::move(recordset);
   row_ = row;
-  editFlags_ = editFlags;
+  editFlags_ = editFlags == efNone && recordset_ ? EditFlagsOf(*recordset_) : editFlags;
 }
 
 // One that nobody has bound is as good as one made without a name.

@@ -70,7 +70,7 @@ class VELMORIA_API Property final : public Object, public Reporting, public Pool
   /// Of the row when bound; otherwise sfnonpersistent + sfNew at first, with sfdirty while DirtyValue is True.
   zStateFlags StateFlags() const;
   std::string StateFlagsDisplay() const;
-  /// What the row's Action permits; efNone when free-standing.
+  /// What the row's Action permitted when this was bound to the row; efNone when free-standing.
   zEditFlags EditFlags() const;
   std::string EditFlagsDisplay() const;
   /// Whether Flags has pfcounter.

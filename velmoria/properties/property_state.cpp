@@ -3,7 +3,6 @@
 #include "velmoria/properties/property.h"
 #include "velmoria/properties/property_data.h"
 #include "velmoria/properties/property_impl.h"
-#include "velmoria/properties/row_origin_impl.h"
 
 namespace velmoria {
 
@@ -14,10 +13,7 @@ zStateFlags Property::StateFlags() const {
 
 std::string Property::StateFlagsDisplay() const { return velmoria::StateFlagsDisplay(StateFlags()); }
 
-zEditFlags Property::EditFlags() const {
-  if (editFlags_ != efNone || !recordset_) return editFlags_;
-  return EditFlagsOf(*recordset_);
-}
+zEditFlags Property::EditFlags() const { return editFlags_; }
 
 std::string Property::EditFlagsDisplay() const { return velmoria::EditFlagsDisplay(EditFlags()); }
 

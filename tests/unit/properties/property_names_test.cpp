@@ -9,6 +9,8 @@
 #include "velmoria/design/class_data.h"
 #include "velmoria/design/connector_data.h"
 #include "velmoria/design/database_data.h"
+#include "velmoria/design/link_data.h"
+#include "velmoria/design/relationship_data.h"
 #include "velmoria/design/server_data.h"
 #include "velmoria/design/source_data.h"
 #include "velmoria/properties/parents_data.h"
@@ -23,10 +25,13 @@ class PropertyNamesTest : public testing::Test {
     const auto& design = rows_.Design;
     const auto get = design.Order->Actions()->Item("Get");
     const auto shop = Framework().Databases()->Item("Shop");
+    const auto lines = design.Order->Relationships()->SetupItem({.Name = "Lines"});
     all_.Server = design.Sales->Data();
     all_.Class = design.Order->Data();
     all_.Action = get->Data();
     all_.Source = get->Sources()->Item()->Data();
+    all_.Relationship = lines->Data();
+    all_.Link = lines->Links()->SetupItem({.Name = "Id"})->Data();
     all_.Database = shop->Data();
     all_.Connector = shop->Connectors()->Item(engODBC)->Data();
     all_.KeyFormat = Framework().CreateKeyFormat({.Name = "Keys"})->Data();
@@ -53,6 +58,8 @@ TEST_F(PropertyNamesTest, ParentThatIsThereIsRefusedInTheOrderOfTheParents) {
                                  {&ParentSlots::Class, errParent_Class, "Class: 'Order'"},
                                  {&ParentSlots::Action, errParent_Action, "Action: 'Get'"},
                                  {&ParentSlots::Source, errParent_Source, "Source: 'Generic ODBC'"},
+                                 {&ParentSlots::Relationship, errParent_Relationship, "Relationship: 'Lines'"},
+                                 {&ParentSlots::Link, errParent_Link, "Link: 'Link: 'Id'"},
                                  {&ParentSlots::Database, errParent_Database, "Database: 'Shop'"},
                                  {&ParentSlots::Connector, errParent_Connector, "Connector: 'Generic ODBC'"},
                                  {&ParentSlots::KeyFormat, errParent_KeyFormat, "KeyFomat: 'Keys'"}};
@@ -201,6 +208,16 @@ TEST_F(PropertyNamesTest, EditFlagsGivenAtTheBindingComeBeforeTheActions) {
   const auto free = Make<Property>();
   free->Bind(New()->Data(), Parents(), efInsert);
   EXPECT_EQ(free->EditFlags(), efInsert);
+}
+
+TEST_F(PropertyNamesTest, EditFlagsOfAMemberStayThoseOfTheActionWhenItWasMade) {
+  rows_.Action->SetEditFlags(efUpdate);
+  const auto row = rows_.Row(0);
+  const auto property = row->Item("Name");
+  rows_.Action->SetEditFlags(efDelete);
+  EXPECT_EQ(property->EditFlags(), efUpdate);
+  EXPECT_EQ(property->Copy()->EditFlags(), efUpdate);
+  EXPECT_EQ(row->EditFlags(), efDelete);
 }
 
 }  // namespace
