@@ -6,10 +6,10 @@
 #include "velmoria/core/messages.h"
 #include "velmoria/core/profile.h"
 #include "velmoria/data/connection_context.h"
+#include "velmoria/design/database_data.h"
 #include "velmoria/design/databases.h"
-#include "velmoria/design/databases_data.h"
+#include "velmoria/design/server_data.h"
 #include "velmoria/design/servers.h"
-#include "velmoria/design/servers_data.h"
 #include "velmoria/platform/rdo/rdo_engine.h"
 
 namespace velmoria {

@@ -11,10 +11,10 @@
 #include "velmoria/core/profile.h"
 #include "velmoria/core/reporting.h"
 #include "velmoria/data/connection_context.h"
+#include "velmoria/design/database_data.h"
 #include "velmoria/design/databases.h"
-#include "velmoria/design/databases_data.h"
+#include "velmoria/design/server_data.h"
 #include "velmoria/design/servers.h"
-#include "velmoria/design/servers_data.h"
 #include "velmoria/properties/parents_data.h"
 
 namespace velmoria {

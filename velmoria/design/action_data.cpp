@@ -7,15 +7,16 @@
 #include "velmoria/core/apartment_impl.h"
 #include "velmoria/design/database.h"
 #include "velmoria/design/databases.h"
+#include "velmoria/design/design_collection_data_impl.h"
 #include "velmoria/design/design_data_impl.h"
 #include "velmoria/design/source_data.h"
-#include "velmoria/design/sources_data.h"
 #include "velmoria/properties/parents_data.h"
 #include "velmoria/runtime/text.h"
 
 namespace velmoria {
 
 template class DesignData<ActionKind>;
+template class DesignCollectionData<ActionKind>;
 
 namespace {
 

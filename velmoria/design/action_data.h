@@ -4,11 +4,13 @@
 #include <string>
 
 #include "velmoria/design/action_kind.h"
+#include "velmoria/design/design_collection_data.h"
 #include "velmoria/design/design_data.h"
 
 namespace velmoria {
 
 extern template class DesignData<ActionKind>;
+extern template class DesignCollectionData<ActionKind>;
 
 class ActionData final : public DesignData<ActionKind> {
  public:

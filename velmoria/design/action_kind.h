@@ -28,7 +28,6 @@ struct VELMORIA_API ActionKind : DesignKind {
   using Facade = Action;
   using Data = ActionData;
   using Fields = ActionFields;
-  using CollectionData = ActionsData;
 
   static constexpr auto KeyField = &ActionFields::Name;
   static constexpr bool SettersObeyLocked = true;

@@ -1,14 +1,16 @@
 #include "velmoria/design/class_data.h"
 
-#include "velmoria/design/actions_data.h"
+#include "velmoria/design/action_data.h"
+#include "velmoria/design/design_collection_data_impl.h"
 #include "velmoria/design/design_data_impl.h"
-#include "velmoria/design/relationships_data.h"
+#include "velmoria/design/relationship_data.h"
 #include "velmoria/properties/parents_data.h"
 #include "velmoria/runtime/text.h"
 
 namespace velmoria {
 
 template class DesignData<ClassKind>;
+template class DesignCollectionData<ClassKind>;
 
 ClassData::ClassData() = default;
 ClassData::~ClassData() = default;

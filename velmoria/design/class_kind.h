@@ -22,7 +22,6 @@ struct VELMORIA_API ClassKind : DesignKind {
   using Facade = Class;
   using Data = ClassData;
   using Fields = ClassFields;
-  using CollectionData = ClassesData;
 
   static constexpr auto KeyField = &ClassFields::Name;
   static constexpr bool SettersObeyLocked = true;

@@ -2,7 +2,6 @@
 
 #include "velmoria/design/class.h"
 #include "velmoria/design/class_data.h"
-#include "velmoria/design/classes_data.h"
 #include "velmoria/design/design_collection_impl.h"
 #include "velmoria/design/server_data.h"
 

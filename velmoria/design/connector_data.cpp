@@ -1,6 +1,7 @@
 #include "velmoria/design/connector_data.h"
 
 #include "velmoria/core/engine_list_impl.h"
+#include "velmoria/design/design_collection_data_impl.h"
 #include "velmoria/design/design_data_impl.h"
 #include "velmoria/design/machine_default_impl.h"
 #include "velmoria/platform/odbc/passwords.h"
@@ -10,6 +11,7 @@
 namespace velmoria {
 
 template class DesignData<ConnectorKind>;
+template class DesignCollectionData<ConnectorKind>;
 
 namespace {
 

@@ -4,11 +4,13 @@
 #include <string>
 
 #include "velmoria/design/connector_kind.h"
+#include "velmoria/design/design_collection_data.h"
 #include "velmoria/design/design_data.h"
 
 namespace velmoria {
 
 extern template class DesignData<ConnectorKind>;
+extern template class DesignCollectionData<ConnectorKind>;
 
 class ConnectorData final : public DesignData<ConnectorKind> {
  public:

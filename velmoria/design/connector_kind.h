@@ -26,7 +26,6 @@ struct VELMORIA_API ConnectorKind : DesignKind {
   using Facade = Connector;
   using Data = ConnectorData;
   using Fields = ConnectorFields;
-  using CollectionData = ConnectorsData;
 
   static constexpr auto KeyField = &ConnectorFields::Engine;
   static constexpr bool SettersObeyLocked = true;

@@ -4,7 +4,6 @@
 #include "velmoria/core/engine_support.h"
 #include "velmoria/design/connector.h"
 #include "velmoria/design/connector_data.h"
-#include "velmoria/design/connectors_data.h"
 #include "velmoria/design/database_data.h"
 #include "velmoria/design/design_collection_impl.h"
 

@@ -1,13 +1,14 @@
 #include "velmoria/design/database_data.h"
 
 #include "velmoria/design/connector_data.h"
-#include "velmoria/design/connectors_data.h"
+#include "velmoria/design/design_collection_data_impl.h"
 #include "velmoria/design/root_data_impl.h"
 #include "velmoria/properties/parents_data.h"
 
 namespace velmoria {
 
 template class DesignData<DatabaseKind>;
+template class DesignCollectionData<DatabaseKind>;
 template class RootData<DatabaseKind>;
 
 DatabaseData::DatabaseData() = default;

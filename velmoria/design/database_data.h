@@ -4,11 +4,13 @@
 #include <string>
 
 #include "velmoria/design/database_kind.h"
+#include "velmoria/design/design_collection_data.h"
 #include "velmoria/design/root_data.h"
 
 namespace velmoria {
 
 extern template class DesignData<DatabaseKind>;
+extern template class DesignCollectionData<DatabaseKind>;
 extern template class RootData<DatabaseKind>;
 
 class DatabaseData final : public RootData<DatabaseKind> {

@@ -23,7 +23,6 @@ struct VELMORIA_API DatabaseKind : DesignKind {
   using Facade = Database;
   using Data = DatabaseData;
   using Fields = DatabaseFields;
-  using CollectionData = DatabasesData;
 
   static constexpr auto KeyField = &DatabaseFields::Name;
   static constexpr bool SettersObeyLocked = true;

@@ -2,7 +2,6 @@
 
 #include "velmoria/design/database.h"
 #include "velmoria/design/database_data.h"
-#include "velmoria/design/databases_data.h"
 #include "velmoria/design/design_collection_impl.h"
 
 namespace velmoria {

@@ -24,6 +24,7 @@ template <class Kind>
 class VELMORIA_API DesignCollection : public Object, public Reporting {
  public:
   using Member = Ref<typename Kind::Facade>;
+  using Definitions = DesignCollectionData<Kind>;
   using Index = typename Kind::KeyPolicy::Index;
   using Key = typename Kind::KeyPolicy::Key;
   using Iterator = typename KeyedList<Member>::Iterator;
@@ -88,9 +89,9 @@ class VELMORIA_API DesignCollection : public Object, public Reporting {
   /// Once, before first use: raises 15002 when locked, built or bound.
   void Setup(bool locked, bool supportsAdd, bool supportsRemove);
   void Bind(const Parents& parents);
-  void Bind(const Ref<typename Kind::CollectionData>& data);
+  void Bind(const Ref<Definitions>& data);
   /// None for a transient collection, and before the member list is built.
-  Ref<typename Kind::CollectionData> Data() const;
+  Ref<Definitions> Data() const;
   const velmoria::Parents& HeldParents() const { return *parents_; }
   /// As Item, but none on a miss; records nothing.
   Member Find(const Index& index) const;
@@ -102,7 +103,7 @@ class VELMORIA_API DesignCollection : public Object, public Reporting {
 
   const KeyedList<Member>& Members() const { return members_ ? *members_ : BuildMembers(); }
   /// The definitions that belong to this collection under the given parents; none without the right one.
-  virtual Ref<typename Kind::CollectionData> DataUnder(const velmoria::Parents& parents) const;
+  virtual Ref<Definitions> DataUnder(const velmoria::Parents& parents) const;
   /// What an index stands for. When the answer fails it is raised, or else the index is given back.
   virtual Index Resolved(const Index& index, bool raising) const;
   /// What the count line of a bound collection says about its parent.
@@ -119,7 +120,7 @@ class VELMORIA_API DesignCollection : public Object, public Reporting {
   void RefuseLocked(std::string_view routine) const;
 
   mutable std::optional<KeyedList<Member>> members_;
-  mutable Ref<typename Kind::CollectionData> data_;
+  mutable Ref<Definitions> data_;
   std::unique_ptr<velmoria::Parents> parents_;
   bool locked_ = false;
   bool noAdd_ = false;

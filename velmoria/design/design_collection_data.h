@@ -13,17 +13,19 @@
 
 namespace velmoria {
 
-/// The ordered definitions of one kind below one parent, shared by all collections that stand on them.
+/// The ordered definitions of one kind below one parent, shared by all collections that stand on them. Each kind has
+/// its own name for it: ActionsData, ClassesData, ...
 template <class Kind>
-class DesignCollectionData : public Object, public Reporting {
+class DesignCollectionData final : public Object, public Reporting {
  public:
   using Member = Ref<typename Kind::Data>;
   using Index = typename Kind::KeyPolicy::Index;
   using Key = typename Kind::KeyPolicy::Key;
   using Iterator = typename KeyedList<Member>::Iterator;
 
+  DesignCollectionData();
   ~DesignCollectionData() override;
-  std::string_view ReportedType() const noexcept final { return Kind::Names.CollectionData; }
+  std::string_view ReportedType() const noexcept override { return Kind::Names.CollectionData; }
 
   std::size_t Count() const noexcept { return members_.Count(); }
   /// None on a miss.
@@ -45,16 +47,13 @@ class DesignCollectionData : public Object, public Reporting {
 
   /// Brings everything below every member into memory.
   void LoadCollection() const;
-  Ref<typename Kind::CollectionData> Copy(bool recursive = true) const;
+  Ref<DesignCollectionData> Copy(bool recursive = true) const;
   /// Whether members came or went, or one is dirty.
   bool Dirty() const;
   std::string Details() const;
 
- protected:
-  DesignCollectionData();
-  std::string StateDetails() const override { return Details(); }
-
  private:
+  std::string StateDetails() const override { return Details(); }
   void Insert(std::string_view routine, const Member& item, const Position& position);
   void Stamp();
 

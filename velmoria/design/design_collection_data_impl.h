@@ -69,8 +69,8 @@ void DesignCollectionData<Kind>::LoadCollection() const {
 }
 
 template <class Kind>
-Ref<typename Kind::CollectionData> DesignCollectionData<Kind>::Copy(bool recursive) const {
-  auto copy = Make<typename Kind::CollectionData>();
+Ref<DesignCollectionData<Kind>> DesignCollectionData<Kind>::Copy(bool recursive) const {
+  auto copy = Make<DesignCollectionData>();
   for (const auto& member : members_) copy->Add(member->Copy({}, recursive));
   return copy;
 }

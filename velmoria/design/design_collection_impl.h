@@ -157,12 +157,12 @@ void DesignCollection<Kind>::Bind(const Parents& parents) {
 }
 
 template <class Kind>
-void DesignCollection<Kind>::Bind(const Ref<typename Kind::CollectionData>& data) {
+void DesignCollection<Kind>::Bind(const Ref<Definitions>& data) {
   data_ = data;
 }
 
 template <class Kind>
-Ref<typename Kind::CollectionData> DesignCollection<Kind>::Data() const {
+auto DesignCollection<Kind>::Data() const -> Ref<Definitions> {
   return data_;
 }
 
@@ -196,7 +196,7 @@ auto DesignCollection<Kind>::BuildMembers() const -> const KeyedList<Member>& {
 }
 
 template <class Kind>
-auto DesignCollection<Kind>::DataUnder(const velmoria::Parents&) const -> Ref<typename Kind::CollectionData> {
+auto DesignCollection<Kind>::DataUnder(const velmoria::Parents&) const -> Ref<Definitions> {
   return {};
 }
 

@@ -1,5 +1,6 @@
 #include "velmoria/design/link_data.h"
 
+#include "velmoria/design/design_collection_data_impl.h"
 #include "velmoria/design/design_data_impl.h"
 #include "velmoria/properties/parents_data.h"
 #include "velmoria/properties/property_data.h"
@@ -8,6 +9,7 @@
 namespace velmoria {
 
 template class DesignData<LinkKind>;
+template class DesignCollectionData<LinkKind>;
 
 namespace {
 

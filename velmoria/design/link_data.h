@@ -3,12 +3,14 @@
 #include <string>
 
 #include "velmoria/core/enumerations.h"
+#include "velmoria/design/design_collection_data.h"
 #include "velmoria/design/design_data.h"
 #include "velmoria/design/link_kind.h"
 
 namespace velmoria {
 
 extern template class DesignData<LinkKind>;
+extern template class DesignCollectionData<LinkKind>;
 
 class LinkData final : public DesignData<LinkKind> {
  public:

@@ -17,7 +17,6 @@ struct VELMORIA_API LinkKind : DesignKind {
   using Facade = Link;
   using Data = LinkData;
   using Fields = LinkFields;
-  using CollectionData = LinksData;
 
   static constexpr auto KeyField = &LinkFields::Name;
   static constexpr DesignNames Names{"Link", "LinkData", "Links", "LinksData"};

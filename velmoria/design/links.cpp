@@ -3,7 +3,6 @@
 #include "velmoria/design/design_collection_impl.h"
 #include "velmoria/design/link.h"
 #include "velmoria/design/link_data.h"
-#include "velmoria/design/links_data.h"
 #include "velmoria/design/relationship_data.h"
 
 namespace velmoria {

@@ -1,13 +1,15 @@
 #include "velmoria/design/relationship_data.h"
 
+#include "velmoria/design/design_collection_data_impl.h"
 #include "velmoria/design/design_data_impl.h"
-#include "velmoria/design/links_data.h"
+#include "velmoria/design/link_data.h"
 #include "velmoria/properties/parents_data.h"
 #include "velmoria/runtime/text.h"
 
 namespace velmoria {
 
 template class DesignData<RelationshipKind>;
+template class DesignCollectionData<RelationshipKind>;
 
 RelationshipData::RelationshipData() = default;
 RelationshipData::~RelationshipData() = default;

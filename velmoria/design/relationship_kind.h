@@ -22,7 +22,6 @@ struct VELMORIA_API RelationshipKind : DesignKind {
   using Facade = Relationship;
   using Data = RelationshipData;
   using Fields = RelationshipFields;
-  using CollectionData = RelationshipsData;
 
   static constexpr auto KeyField = &RelationshipFields::Name;
   static constexpr DesignNames Names{"Relationship", "RelationshipData", "Relationships", "RelationshipsData"};

@@ -4,7 +4,6 @@
 #include "velmoria/design/design_collection_impl.h"
 #include "velmoria/design/relationship.h"
 #include "velmoria/design/relationship_data.h"
-#include "velmoria/design/relationships_data.h"
 #include "velmoria/design/server_data.h"
 
 namespace velmoria {

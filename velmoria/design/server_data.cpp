@@ -1,12 +1,14 @@
 #include "velmoria/design/server_data.h"
 
-#include "velmoria/design/classes_data.h"
+#include "velmoria/design/class_data.h"
+#include "velmoria/design/design_collection_data_impl.h"
 #include "velmoria/design/root_data_impl.h"
 #include "velmoria/properties/parents_data.h"
 
 namespace velmoria {
 
 template class DesignData<ServerKind>;
+template class DesignCollectionData<ServerKind>;
 template class RootData<ServerKind>;
 
 ServerData::ServerData() = default;

@@ -21,7 +21,6 @@ struct VELMORIA_API ServerKind : DesignKind {
   using Facade = Server;
   using Data = ServerData;
   using Fields = ServerFields;
-  using CollectionData = ServersData;
 
   static constexpr auto KeyField = &ServerFields::Name;
   static constexpr bool CollectionIsStamped = false;

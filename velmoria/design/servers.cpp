@@ -3,7 +3,6 @@
 #include "velmoria/design/design_collection_impl.h"
 #include "velmoria/design/server.h"
 #include "velmoria/design/server_data.h"
-#include "velmoria/design/servers_data.h"
 
 namespace velmoria {
 

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "velmoria/core/engine_list_impl.h"
+#include "velmoria/design/design_collection_data_impl.h"
 #include "velmoria/design/design_data_impl.h"
 #include "velmoria/design/machine_default_impl.h"
 #include "velmoria/properties/parents_data.h"
@@ -13,6 +14,7 @@
 namespace velmoria {
 
 template class DesignData<SourceKind>;
+template class DesignCollectionData<SourceKind>;
 
 namespace {
 

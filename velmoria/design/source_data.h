@@ -3,12 +3,14 @@
 #include <cstdint>
 #include <string>
 
+#include "velmoria/design/design_collection_data.h"
 #include "velmoria/design/design_data.h"
 #include "velmoria/design/source_kind.h"
 
 namespace velmoria {
 
 extern template class DesignData<SourceKind>;
+extern template class DesignCollectionData<SourceKind>;
 
 class SourceData final : public DesignData<SourceKind> {
  public:

@@ -26,7 +26,6 @@ struct VELMORIA_API SourceKind : DesignKind {
   using Facade = Source;
   using Data = SourceData;
   using Fields = SourceFields;
-  using CollectionData = SourcesData;
 
   static constexpr auto KeyField = &SourceFields::Engine;
   static constexpr std::tuple StoredAlways{&SourceFields::SourceType, &SourceFields::KeysetSize,

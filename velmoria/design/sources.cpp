@@ -10,7 +10,6 @@
 #include "velmoria/design/server_data.h"
 #include "velmoria/design/source.h"
 #include "velmoria/design/source_data.h"
-#include "velmoria/design/sources_data.h"
 
 namespace velmoria {
 

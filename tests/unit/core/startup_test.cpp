@@ -14,10 +14,10 @@
 #include "velmoria/core/profile.h"
 #include "velmoria/core/reporting.h"
 #include "velmoria/data/connection_context.h"
+#include "velmoria/design/database_data.h"
 #include "velmoria/design/databases.h"
-#include "velmoria/design/databases_data.h"
+#include "velmoria/design/server_data.h"
 #include "velmoria/design/servers.h"
-#include "velmoria/design/servers_data.h"
 #include "velmoria/platform/posix/file_settings_store.h"
 #include "velmoria/properties/attribute.h"
 
