@@ -10,7 +10,6 @@
 #include "velmoria/design/design_collection_data_impl.h"
 #include "velmoria/design/design_data_impl.h"
 #include "velmoria/design/source_data.h"
-#include "velmoria/properties/parents_data.h"
 #include "velmoria/runtime/text.h"
 
 namespace velmoria {
@@ -46,22 +45,9 @@ std::string ActionData::Details() const {
          "  CollectionType: " + Quoted(CollectionTypeName(Fields().CollectionType));
 }
 
-void ActionData::Enter(Parents& parents) { parents.Action = this; }
+SourcesDataPtr ActionData::SourcesData() { return Child<velmoria::SourcesData>(); }
 
-void ActionData::LoadAllDetail() {
-  SourcesData()->LoadCollection();
-  DesignData::LoadAllDetail();
-}
-
-SourcesDataPtr ActionData::SourcesData() {
-  if (!sourcesData_) sourcesData_ = Make<velmoria::SourcesData>();
-  return sourcesData_;
-}
-
-KeyFormatDataPtr ActionData::KeyFormatData() {
-  if (!keyFormatData_) keyFormatData_ = Make<velmoria::KeyFormatData>();
-  return keyFormatData_;
-}
+KeyFormatDataPtr ActionData::KeyFormatData() { return Made(keyFormatData_); }
 
 DatabasePtr ActionData::Database() const {
   const auto databases = Apartment().Databases;
@@ -91,13 +77,10 @@ std::int32_t ActionData::RecordSetType() try {
   return Fields().EditFlags == efNone ? row->ReadOnly : row->Editable;
 } catch (...) { Failed("RecordSetType (Get)"); }
 
+// The KeyFormat is a child that is copied and nothing else: a change in it alone does not make the Action dirty.
 void ActionData::CopyChildren(const ActionData& source) {
   SetChild(keyFormatData_, CopyOf(source.keyFormatData_));
-  SetChild(sourcesData_, CopyOf(source.sourcesData_));
   DesignData::CopyChildren(source);
 }
-
-// A changed KeyFormat alone does not make the Action dirty.
-bool ActionData::ChildrenDirty() const { return IsDirty(sourcesData_) || DesignData::ChildrenDirty(); }
 
 }  // namespace velmoria

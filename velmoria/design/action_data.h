@@ -18,8 +18,6 @@ class ActionData final : public DesignData<ActionKind> {
   ~ActionData() override;
 
   std::string Details() const override;
-  void Enter(Parents& parents) override;
-  void LoadAllDetail() override;
   SourcesDataPtr SourcesData();
   KeyFormatDataPtr KeyFormatData();
 
@@ -36,9 +34,7 @@ class ActionData final : public DesignData<ActionKind> {
 
  private:
   void CopyChildren(const ActionData& source) override;
-  bool ChildrenDirty() const override;
 
-  SourcesDataPtr sourcesData_;
   KeyFormatDataPtr keyFormatData_;
 };
 

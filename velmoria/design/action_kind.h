@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 
 #include "velmoria/core/enumerations.h"
 #include "velmoria/design/design_kind.h"
@@ -28,6 +29,7 @@ struct VELMORIA_API ActionKind : DesignKind {
   using Facade = Action;
   using Data = ActionData;
   using Fields = ActionFields;
+  using Children = std::tuple<SourcesDataPtr>;
 
   static constexpr auto KeyField = &ActionFields::Name;
   static constexpr bool SettersObeyLocked = true;

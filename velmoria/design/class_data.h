@@ -17,20 +17,13 @@ class ClassData final : public DesignData<ClassKind> {
   ~ClassData() override;
 
   std::string Details() const override;
-  void Enter(Parents& parents) override;
-  void LoadAllDetail() override;
   /// The definition of the identifier.
   PropertiesDataPtr PropertiesData();
   ActionsDataPtr ActionsData();
   RelationshipsDataPtr RelationshipsData();
 
  private:
-  void CopyChildren(const ClassData& source) override;
-  bool ChildrenDirty() const override;
-
-  PropertiesDataPtr propertiesData_;
-  ActionsDataPtr actionsData_;
-  RelationshipsDataPtr relationshipsData_;
+  const PropertiesDataPtr& UserPropertiesForCopy() const override;
 };
 
 }  // namespace velmoria

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <tuple>
 
 #include "velmoria/design/design_kind.h"
 
@@ -22,6 +23,7 @@ struct VELMORIA_API ClassKind : DesignKind {
   using Facade = Class;
   using Data = ClassData;
   using Fields = ClassFields;
+  using Children = std::tuple<PropertiesDataPtr, ActionsDataPtr, RelationshipsDataPtr>;  // the first is the identifier
 
   static constexpr auto KeyField = &ClassFields::Name;
   static constexpr bool SettersObeyLocked = true;

@@ -5,7 +5,6 @@
 #include "velmoria/design/design_data_impl.h"
 #include "velmoria/design/machine_default_impl.h"
 #include "velmoria/platform/odbc/passwords.h"
-#include "velmoria/properties/parents_data.h"
 #include "velmoria/runtime/text.h"
 
 namespace velmoria {
@@ -72,8 +71,6 @@ void ConnectorData::SetConnectionsName(const std::string& value) {
   connectionsName_ = number;
   Stamp();
 }
-
-void ConnectorData::Enter(Parents& parents) { parents.Connector = this; }
 
 std::string ConnectorData::ODBCConnectionString() const {
   const auto type = Fields().ConnectionType;

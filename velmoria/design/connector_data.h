@@ -21,7 +21,6 @@ class ConnectorData final : public DesignData<ConnectorKind> {
   void Setup(ConnectorFields fields) override;
   /// Without the password, also where the connection string holds one.
   std::string Details() const override;
-  void Enter(Parents& parents) override;
   std::string ConnectionTypeName() const;
   const std::string& Password() const noexcept { return Fields().Password; }
   /// A number in text form, 0 for a new Connector. Setting raises 6 or 13 for what is no such number.

@@ -3,7 +3,6 @@
 #include "velmoria/design/connector_data.h"
 #include "velmoria/design/design_collection_data_impl.h"
 #include "velmoria/design/root_data_impl.h"
-#include "velmoria/properties/parents_data.h"
 
 namespace velmoria {
 
@@ -20,17 +19,7 @@ std::string DatabaseData::Details() const {
   return "Database: " + Quoted(Name()) + "  AutoConnect: " + Variant(Fields().AutoConnect).AsText() + FileDetails();
 }
 
-void DatabaseData::Enter(Parents& parents) { parents.Database = this; }
-
-void DatabaseData::LoadAllDetail() {
-  ConnectorsData()->LoadCollection();
-  DesignData::LoadAllDetail();
-}
-
-ConnectorsDataPtr DatabaseData::ConnectorsData() {
-  if (!connectorsData_) connectorsData_ = Make<velmoria::ConnectorsData>();
-  return connectorsData_;
-}
+ConnectorsDataPtr DatabaseData::ConnectorsData() { return Child<velmoria::ConnectorsData>(); }
 
 std::int32_t DatabaseData::AccessMethod() const noexcept { return Fields().Engine == engAccess ? 2 : 1; }
 
@@ -39,20 +28,14 @@ std::string DatabaseData::AccessMethodDisplay() const { return AccessMethodName(
 std::string DatabaseData::EngineName() const { return velmoria::EngineName(Fields().Engine); }
 
 std::string DatabaseData::SupportedEnginesDisplay() const {
-  if (!connectorsData_ || connectorsData_->Count() == 0) return "(None)";
+  const auto& connectors = Existing<velmoria::ConnectorsData>();
+  if (!connectors || connectors->Count() == 0) return "(None)";
   std::string text;
-  for (const auto& connector : *connectorsData_) {
+  for (const auto& connector : *connectors) {
     if (!text.empty()) text += "; ";
     text += connector->EngineName();
   }
   return text;
 }
-
-void DatabaseData::CopyChildren(const DatabaseData& source) {
-  SetChild(connectorsData_, CopyOf(source.connectorsData_));
-  DesignData::CopyChildren(source);
-}
-
-bool DatabaseData::ChildrenDirty() const { return IsDirty(connectorsData_) || DesignData::ChildrenDirty(); }
 
 }  // namespace velmoria

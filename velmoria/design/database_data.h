@@ -19,8 +19,6 @@ class DatabaseData final : public RootData<DatabaseKind> {
   ~DatabaseData() override;
 
   std::string Details() const override;
-  void Enter(Parents& parents) override;
-  void LoadAllDetail() override;
   ConnectorsDataPtr ConnectorsData();
   /// 2 for engAccess, 1 for every other engine, known or not.
   std::int32_t AccessMethod() const noexcept;
@@ -31,10 +29,6 @@ class DatabaseData final : public RootData<DatabaseKind> {
 
  private:
   void NameFile(DataFile& file, const std::string& name) const override;
-  void CopyChildren(const DatabaseData& source) override;
-  bool ChildrenDirty() const override;
-
-  ConnectorsDataPtr connectorsData_;
 };
 
 }  // namespace velmoria

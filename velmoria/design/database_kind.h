@@ -23,6 +23,7 @@ struct VELMORIA_API DatabaseKind : DesignKind {
   using Facade = Database;
   using Data = DatabaseData;
   using Fields = DatabaseFields;
+  using Children = std::tuple<ConnectorsDataPtr>;
 
   static constexpr auto KeyField = &DatabaseFields::Name;
   static constexpr bool SettersObeyLocked = true;

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 
@@ -18,6 +19,13 @@ namespace velmoria {
 template <class T>
 bool IsDirty(const Ref<T>& child) {
   return child && child->Dirty();
+}
+
+/// A child's definition, made when it is not there yet.
+template <class T>
+const Ref<T>& Made(Ref<T>& child) {
+  if (!child) child = Make<T>();
+  return child;
 }
 
 /// A copy with all detail, or none of none.
@@ -72,11 +80,16 @@ class DesignData : public Object, public Reporting {
   bool Dirty() const { return !dirty_.IsEmpty() || ChildrenDirty(); }
   virtual std::string Details() const = 0;
   PropertiesDataPtr UserPropertiesData();
+  /// One of the Kind's children.
+  template <class T>
+  const Ref<T>& Child() {
+    return Made(std::get<Ref<T>>(children_));
+  }
   Ref<typename Kind::Data> Copy(const Key& key = {}, bool recursive = true) const;
   /// Brings everything below into memory, so that the object is whole by itself.
-  virtual void LoadAllDetail();
+  void LoadAllDetail();
   /// Puts itself in its slot of a child's parents.
-  virtual void Enter(velmoria::Parents& parents) = 0;
+  void Enter(velmoria::Parents& parents);
 
  protected:
   DesignData();
@@ -88,7 +101,13 @@ class DesignData : public Object, public Reporting {
   /// What a copy takes beside the fields, recursive or not.
   virtual void CopyParts(const typename Kind::Data& source, bool recursive);
   virtual void CopyChildren(const typename Kind::Data& source);
+  virtual const PropertiesDataPtr& UserPropertiesForCopy() const { return userPropertiesData_; }
   virtual bool ChildrenDirty() const;
+  /// None when it has not been made.
+  template <class T>
+  const Ref<T>& Existing() const noexcept {
+    return std::get<Ref<T>>(children_);
+  }
   const PropertiesDataPtr& ExistingUserProperties() const noexcept { return userPropertiesData_; }
   /// Takes a child's definitions and makes the object dirty, whatever was there.
   template <class T>
@@ -106,6 +125,7 @@ class DesignData : public Object, public Reporting {
   Date dateCreated_;
   Date dateModified_;
   std::string modifiedBy_;
+  typename Kind::Children children_;
   PropertiesDataPtr userPropertiesData_;
 };
 

@@ -3,6 +3,7 @@
 #include "velmoria/core/display.h"
 #include "velmoria/core/now.h"
 #include "velmoria/design/design_data.h"
+#include "velmoria/properties/parents_data.h"
 #include "velmoria/properties/properties_data.h"
 
 namespace velmoria {
@@ -39,8 +40,7 @@ void DesignData<Kind>::Stamp() {
 
 template <class Kind>
 PropertiesDataPtr DesignData<Kind>::UserPropertiesData() {
-  if (!userPropertiesData_) userPropertiesData_ = Make<PropertiesData>();
-  return userPropertiesData_;
+  return Made(userPropertiesData_);
 }
 
 template <class Kind>
@@ -61,9 +61,20 @@ Ref<typename Kind::Data> DesignData<Kind>::Copy(const Key& key, bool recursive) 
   return copy;
 } catch (...) { Failed("Copy"); }
 
+// A list brings in what is below its members, too.
 template <class Kind>
 void DesignData<Kind>::LoadAllDetail() {
-  static_cast<void>(UserPropertiesData());
+  const auto load = [](auto& child) {
+    Made(child);
+    if constexpr (requires { child->LoadCollection(); }) child->LoadCollection();
+  };
+  std::apply([load](auto&... child) { (load(child), ...); }, children_);
+  Made(userPropertiesData_);
+}
+
+template <class Kind>
+void DesignData<Kind>::Enter(velmoria::Parents& parents) {
+  parents.*SlotOf<typename Kind::Data> = static_cast<typename Kind::Data*>(this);
 }
 
 template <class Kind>
@@ -72,12 +83,15 @@ void DesignData<Kind>::CopyParts(const typename Kind::Data&, bool) {}
 template <class Kind>
 void DesignData<Kind>::CopyChildren(const typename Kind::Data& source) {
   const DesignData& original = source;
-  SetUserProperties(CopyOf(original.userPropertiesData_));
+  const auto copy = [&]<class T>(Ref<T>& child) { SetChild(child, CopyOf(original.Existing<T>())); };
+  std::apply([copy](auto&... child) { (copy(child), ...); }, children_);
+  SetUserProperties(CopyOf(original.UserPropertiesForCopy()));
 }
 
 template <class Kind>
 bool DesignData<Kind>::ChildrenDirty() const {
-  return IsDirty(userPropertiesData_);
+  return std::apply([](const auto&... child) { return (IsDirty(child) || ...); }, children_) ||
+         IsDirty(userPropertiesData_);
 }
 
 }  // namespace velmoria

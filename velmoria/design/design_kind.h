@@ -62,6 +62,9 @@ constexpr bool Lists(const std::tuple<Listed...>& fields, Field field) {
 /// states anew what is different with it.
 struct VELMORIA_API DesignKind {
   using KeyPolicy = KeyedByName;
+  /// What stands below one object, beside its user properties. A child is made when it is first asked for, brought in
+  /// by LoadAllDetail, copied by a recursive Copy, and makes the object dirty; a Data overrides what is different.
+  using Children = std::tuple<>;
 
   /// Whether Locked makes the setters refuse with 15002; Locked itself can always be set.
   static constexpr bool SettersObeyLocked = false;

@@ -2,7 +2,6 @@
 
 #include "velmoria/design/design_collection_data_impl.h"
 #include "velmoria/design/design_data_impl.h"
-#include "velmoria/properties/parents_data.h"
 #include "velmoria/properties/property_data.h"
 #include "velmoria/runtime/text.h"
 
@@ -30,8 +29,6 @@ LinkData::LinkData() = default;
 LinkData::~LinkData() = default;
 
 std::string LinkData::Details() const { return "Link: " + Quoted(Name()); }
-
-void LinkData::Enter(Parents& parents) { parents.Link = this; }
 
 PropertyDataPtr LinkData::PropertyData() {
   if (!propertyData_) propertyData_ = MakeEnd(psLinkProperty);

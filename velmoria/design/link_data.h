@@ -18,7 +18,6 @@ class LinkData final : public DesignData<LinkKind> {
   ~LinkData() override;
 
   std::string Details() const override;
-  void Enter(Parents& parents) override;
   // The definitions of both ends; clean when they are made here.
   PropertyDataPtr PropertyData();
   PropertyDataPtr ParameterData();

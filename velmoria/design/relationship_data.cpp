@@ -3,7 +3,6 @@
 #include "velmoria/design/design_collection_data_impl.h"
 #include "velmoria/design/design_data_impl.h"
 #include "velmoria/design/link_data.h"
-#include "velmoria/properties/parents_data.h"
 #include "velmoria/runtime/text.h"
 
 namespace velmoria {
@@ -21,23 +20,6 @@ std::string RelationshipData::Details() const {
          " Related Action: " + Quoted(Fields().RelatedActionName);
 }
 
-void RelationshipData::Enter(Parents& parents) { parents.Relationship = this; }
-
-void RelationshipData::LoadAllDetail() {
-  LinksData()->LoadCollection();
-  DesignData::LoadAllDetail();
-}
-
-LinksDataPtr RelationshipData::LinksData() {
-  if (!linksData_) linksData_ = Make<velmoria::LinksData>();
-  return linksData_;
-}
-
-void RelationshipData::CopyChildren(const RelationshipData& source) {
-  SetChild(linksData_, CopyOf(source.linksData_));
-  DesignData::CopyChildren(source);
-}
-
-bool RelationshipData::ChildrenDirty() const { return IsDirty(linksData_) || DesignData::ChildrenDirty(); }
+LinksDataPtr RelationshipData::LinksData() { return Child<velmoria::LinksData>(); }
 
 }  // namespace velmoria

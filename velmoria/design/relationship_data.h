@@ -17,15 +17,7 @@ class RelationshipData final : public DesignData<RelationshipKind> {
   ~RelationshipData() override;
 
   std::string Details() const override;
-  void Enter(Parents& parents) override;
-  void LoadAllDetail() override;
   LinksDataPtr LinksData();
-
- private:
-  void CopyChildren(const RelationshipData& source) override;
-  bool ChildrenDirty() const override;
-
-  LinksDataPtr linksData_;
 };
 
 }  // namespace velmoria

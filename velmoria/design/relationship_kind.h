@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <tuple>
 
 #include "velmoria/core/enumerations.h"
 #include "velmoria/design/design_kind.h"
@@ -22,6 +23,7 @@ struct VELMORIA_API RelationshipKind : DesignKind {
   using Facade = Relationship;
   using Data = RelationshipData;
   using Fields = RelationshipFields;
+  using Children = std::tuple<LinksDataPtr>;
 
   static constexpr auto KeyField = &RelationshipFields::Name;
   static constexpr DesignNames Names{"Relationship", "RelationshipData", "Relationships", "RelationshipsData"};

@@ -3,7 +3,6 @@
 #include "velmoria/design/class_data.h"
 #include "velmoria/design/design_collection_data_impl.h"
 #include "velmoria/design/root_data_impl.h"
-#include "velmoria/properties/parents_data.h"
 
 namespace velmoria {
 
@@ -20,24 +19,12 @@ std::string ServerData::Details() const {
   return "Server: " + Quoted(Name()) + "  ActiveXComponent: " + Quoted(Fields().ActiveXComponent) + FileDetails();
 }
 
-void ServerData::Enter(Parents& parents) { parents.Server = this; }
-
-void ServerData::LoadAllDetail() {
-  ClassesData()->LoadCollection();
-  DesignData::LoadAllDetail();
-}
-
-ClassesDataPtr ServerData::ClassesData() {
-  if (!classesData_) classesData_ = Make<velmoria::ClassesData>();
-  return classesData_;
-}
-
-void ServerData::CopyChildren(const ServerData& source) {
-  SetChild(classesData_, CopyOf(source.classesData_));
-  DesignData::CopyChildren(source);
-}
+ClassesDataPtr ServerData::ClassesData() { return Child<velmoria::ClassesData>(); }
 
 // User properties count only while there are no classes.
-bool ServerData::ChildrenDirty() const { return classesData_ ? classesData_->Dirty() : DesignData::ChildrenDirty(); }
+bool ServerData::ChildrenDirty() const {
+  const auto& classes = Existing<velmoria::ClassesData>();
+  return classes ? classes->Dirty() : DesignData::ChildrenDirty();
+}
 
 }  // namespace velmoria

@@ -18,16 +18,11 @@ class ServerData final : public RootData<ServerKind> {
   ~ServerData() override;
 
   std::string Details() const override;
-  void Enter(Parents& parents) override;
-  void LoadAllDetail() override;
   ClassesDataPtr ClassesData();
 
  private:
   void NameFile(DataFile& file, const std::string& name) const override;
-  void CopyChildren(const ServerData& source) override;
   bool ChildrenDirty() const override;
-
-  ClassesDataPtr classesData_;
 };
 
 }  // namespace velmoria

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <tuple>
 
 #include "velmoria/design/design_kind.h"
 
@@ -21,6 +22,7 @@ struct VELMORIA_API ServerKind : DesignKind {
   using Facade = Server;
   using Data = ServerData;
   using Fields = ServerFields;
+  using Children = std::tuple<ClassesDataPtr>;
 
   static constexpr auto KeyField = &ServerFields::Name;
   static constexpr bool CollectionIsStamped = false;

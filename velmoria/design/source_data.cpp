@@ -7,7 +7,6 @@
 #include "velmoria/design/design_collection_data_impl.h"
 #include "velmoria/design/design_data_impl.h"
 #include "velmoria/design/machine_default_impl.h"
-#include "velmoria/properties/parents_data.h"
 #include "velmoria/properties/property_data.h"
 #include "velmoria/runtime/text.h"
 
@@ -58,17 +57,7 @@ std::string SourceData::Details() const {
          "  Text: " + Quoted(Fields().SourceText);
 }
 
-void SourceData::Enter(Parents& parents) { parents.Source = this; }
-
-void SourceData::LoadAllDetail() {
-  static_cast<void>(ParametersData());
-  DesignData::LoadAllDetail();
-}
-
-PropertiesDataPtr SourceData::ParametersData() {
-  if (!parametersData_) parametersData_ = Make<PropertiesData>();
-  return parametersData_;
-}
+PropertiesDataPtr SourceData::ParametersData() { return Child<PropertiesData>(); }
 
 std::int32_t SourceData::AccessMethod() const noexcept {
   if (!IsDefinableEngine(Engine())) return 0;
@@ -80,12 +69,9 @@ std::string SourceData::AccessMethodName() const { return velmoria::AccessMethod
 // A copy keeps whatever type it has, on whatever engine.
 void SourceData::SetupCopy(SourceFields fields) { Adopt(std::move(fields)); }
 
-void SourceData::CopyChildren(const SourceData& source) {
-  SetChild(parametersData_, CopyOf(source.parametersData_));
-  DesignData::CopyChildren(source);
-}
-
 // The members are asked and not the lists: a Parameter that came or went alone does not make the Source dirty.
-bool SourceData::ChildrenDirty() const { return AnyDirty(ExistingUserProperties()) || AnyDirty(parametersData_); }
+bool SourceData::ChildrenDirty() const {
+  return AnyDirty(ExistingUserProperties()) || AnyDirty(Existing<PropertiesData>());
+}
 
 }  // namespace velmoria

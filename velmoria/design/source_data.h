@@ -20,18 +20,13 @@ class SourceData final : public DesignData<SourceKind> {
   /// Raises 15054 for an engine outside 1 to 5 and 15053 for a type that the engine does not have.
   void Setup(SourceFields fields) override;
   std::string Details() const override;
-  void Enter(Parents& parents) override;
-  void LoadAllDetail() override;
   PropertiesDataPtr ParametersData();
   std::int32_t AccessMethod() const noexcept;
   std::string AccessMethodName() const;
 
  private:
   void SetupCopy(SourceFields fields) override;
-  void CopyChildren(const SourceData& source) override;
   bool ChildrenDirty() const override;
-
-  PropertiesDataPtr parametersData_;
 };
 
 }  // namespace velmoria

@@ -26,6 +26,7 @@ struct VELMORIA_API SourceKind : DesignKind {
   using Facade = Source;
   using Data = SourceData;
   using Fields = SourceFields;
+  using Children = std::tuple<PropertiesDataPtr>;  // the Parameters
 
   static constexpr auto KeyField = &SourceFields::Engine;
   static constexpr std::tuple StoredAlways{&SourceFields::SourceType, &SourceFields::KeysetSize,

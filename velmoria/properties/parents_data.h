@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <tuple>
 
 #include "velmoria/core/catalogue.h"
 #include "velmoria/fwd.h"
@@ -64,6 +65,12 @@ struct Parents {
   /// Those of an object that has none.
   static const Parents& None() noexcept;
 };
+
+/// The slot of parents of this class.
+template <class Data>
+inline constexpr auto SlotOf = std::get<Ref<Data> Parents::*>(
+    std::tuple{&Parents::Server, &Parents::Class, &Parents::Action, &Parents::Source, &Parents::Relationship,
+               &Parents::Link, &Parents::Database, &Parents::Connector, &Parents::KeyFormat});
 
 /// The name of a parent, empty without one.
 template <class Data>
