@@ -29,6 +29,7 @@ struct VELMORIA_API ActionKind : DesignKind {
   using Facade = Action;
   using Data = ActionData;
   using Fields = ActionFields;
+  using Parent = ClassKind;
   using Children = std::tuple<SourcesDataPtr>;
 
   static constexpr auto KeyField = &ActionFields::Name;

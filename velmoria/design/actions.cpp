@@ -16,10 +16,4 @@ Actions::~Actions() = default;
 std::string Actions::ServerName() const { return NameOf(HeldParents().Server); }
 std::string Actions::ClassName() const { return NameOf(HeldParents().Class); }
 
-ActionsDataPtr Actions::DataUnder(const Parents& parents) const {
-  return parents.Class ? parents.Class->ActionsData() : ActionsDataPtr();
-}
-
-std::string Actions::ParentClause() const { return " for Class " + Quoted(ClassName()); }
-
 }  // namespace velmoria

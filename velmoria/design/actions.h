@@ -18,10 +18,6 @@ class VELMORIA_API Actions final : public DesignCollection<ActionKind> {
   // Of the parents; empty without them.
   std::string ServerName() const;
   std::string ClassName() const;
-
- private:
-  ActionsDataPtr DataUnder(const Parents& parents) const override;
-  std::string ParentClause() const override;
 };
 
 }  // namespace velmoria

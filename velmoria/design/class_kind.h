@@ -23,6 +23,7 @@ struct VELMORIA_API ClassKind : DesignKind {
   using Facade = Class;
   using Data = ClassData;
   using Fields = ClassFields;
+  using Parent = ServerKind;
   using Children = std::tuple<PropertiesDataPtr, ActionsDataPtr, RelationshipsDataPtr>;  // the first is the identifier
 
   static constexpr auto KeyField = &ClassFields::Name;

@@ -14,10 +14,4 @@ Classes::~Classes() = default;
 
 std::string Classes::ServerName() const { return NameOf(HeldParents().Server); }
 
-ClassesDataPtr Classes::DataUnder(const Parents& parents) const {
-  return parents.Server ? parents.Server->ClassesData() : ClassesDataPtr();
-}
-
-std::string Classes::ParentClause() const { return " for Server " + Quoted(ServerName()); }
-
 }  // namespace velmoria

@@ -17,10 +17,6 @@ class VELMORIA_API Classes final : public DesignCollection<ClassKind> {
 
   /// Empty without a Server.
   std::string ServerName() const;
-
- private:
-  ClassesDataPtr DataUnder(const Parents& parents) const override;
-  std::string ParentClause() const override;
 };
 
 }  // namespace velmoria

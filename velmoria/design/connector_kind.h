@@ -26,10 +26,12 @@ struct VELMORIA_API ConnectorKind : DesignKind {
   using Facade = Connector;
   using Data = ConnectorData;
   using Fields = ConnectorFields;
+  using Parent = DatabaseKind;
 
   static constexpr auto KeyField = &ConnectorFields::Engine;
   static constexpr bool SettersObeyLocked = true;
   static constexpr std::string_view SetParentsRoutine = "SetParent";
+  static constexpr bool CountNamesParent = false;
   static constexpr DesignNames Names{"Connector", "ConnectorData", "Connectors", "ConnectorsData"};
   static constexpr DesignNumbers Numbers{errAdd_Connector, errItem_Connector, errRemove_Connector, errRename_Connector};
   static constexpr CountTexts Counted{"Connectors Count "};

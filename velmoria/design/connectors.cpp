@@ -32,10 +32,6 @@ Variant Connectors::MissingEngines() const try { return EnginesWithout(Supported
   Failed("MissingEngines (Get)");
 }
 
-ConnectorsDataPtr Connectors::DataUnder(const Parents& parents) const {
-  return parents.Database ? parents.Database->ConnectorsData() : ConnectorsDataPtr();
-}
-
 zEngines Connectors::Resolved(const zEngines& engine, bool) const {
   const auto& database = HeldParents().Database;
   return engine != engUnknown || !database ? engine : database->Fields().Engine;

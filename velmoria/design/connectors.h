@@ -23,7 +23,6 @@ class VELMORIA_API Connectors final : public DesignCollection<ConnectorKind> {
   Variant MissingEngines() const;
 
  private:
-  ConnectorsDataPtr DataUnder(const Parents& parents) const override;
   zEngines Resolved(const zEngines& engine, bool raising) const override;
 };
 

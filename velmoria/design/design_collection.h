@@ -102,16 +102,14 @@ class VELMORIA_API DesignCollection : public Object, public Reporting {
   DesignCollection();
 
   const KeyedList<Member>& Members() const { return members_ ? *members_ : BuildMembers(); }
-  /// The definitions that belong to this collection under the given parents; none without the right one.
-  virtual Ref<Definitions> DataUnder(const velmoria::Parents& parents) const;
   /// What an index stands for. When the answer fails it is raised, or else the index is given back.
   virtual Index Resolved(const Index& index, bool raising) const;
-  /// What the count line of a bound collection says about its parent.
-  virtual std::string ParentClause() const { return {}; }
   std::string StateDetails() const override;
 
  private:
   const KeyedList<Member>& BuildMembers() const;
+  Ref<Definitions> DefinitionsOfParent() const;
+  std::string ParentClause() const;
   Member FindResolved(const Index& resolved) const;
   void JoinDefinitions(const Member& item, const Position& position);
   void Insert(std::string_view routine, const Member& item, const Position& position);

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <type_traits>
 #include <utility>
 
 #include "velmoria/core/index_text_impl.h"
 #include "velmoria/core/insert_at_impl.h"
 #include "velmoria/design/design_collection.h"
 #include "velmoria/design/parent_change_impl.h"
+#include "velmoria/properties/parents_data.h"
 #include "velmoria/runtime/text.h"
 
 namespace velmoria {
@@ -185,7 +187,7 @@ void DesignCollection<Kind>::ClearParents(const ParentSlots& slots) {
 template <class Kind>
 auto DesignCollection<Kind>::BuildMembers() const -> const KeyedList<Member>& {
   KeyedList<Member> members;
-  if (auto definitions = DataUnder(*parents_)) data_ = definitions;
+  if (auto definitions = DefinitionsOfParent()) data_ = definitions;
   const std::size_t count = data_ ? data_->Count() : 0;
   for (std::size_t position = 1; position <= count; ++position) {
     auto member = Make<typename Kind::Facade>();
@@ -196,7 +198,22 @@ auto DesignCollection<Kind>::BuildMembers() const -> const KeyedList<Member>& {
 }
 
 template <class Kind>
-auto DesignCollection<Kind>::DataUnder(const velmoria::Parents&) const -> Ref<Definitions> {
+auto DesignCollection<Kind>::DefinitionsOfParent() const -> Ref<Definitions> {
+  if constexpr (!std::is_void_v<typename Kind::Parent>) {
+    if (const auto& parent = HeldParents().*SlotOf<typename Kind::Parent::Data>) {
+      return parent->template Child<Definitions>();
+    }
+  }
+  return {};
+}
+
+template <class Kind>
+std::string DesignCollection<Kind>::ParentClause() const {
+  if constexpr (!std::is_void_v<typename Kind::Parent> && Kind::CountNamesParent) {
+    using Parent = typename Kind::Parent;
+    const auto name = NameOf(HeldParents().*SlotOf<typename Parent::Data>);
+    return " for " + std::string(Parent::Names.Facade) + " " + Quoted(name);
+  }
   return {};
 }
 

@@ -62,6 +62,8 @@ constexpr bool Lists(const std::tuple<Listed...>& fields, Field field) {
 /// states anew what is different with it.
 struct VELMORIA_API DesignKind {
   using KeyPolicy = KeyedByName;
+  /// The kind of object below which a collection of this kind stands; none above the root of a definition file.
+  using Parent = void;
   /// What stands below one object, beside its user properties. A child is made when it is first asked for, brought in
   /// by LoadAllDetail, copied by a recursive Copy, and makes the object dirty; a Data overrides what is different.
   using Children = std::tuple<>;
@@ -73,6 +75,8 @@ struct VELMORIA_API DesignKind {
   /// The fields that are stored, and make the object dirty, even when the value is the one that is there. Locked is
   /// such a field of every kind.
   static constexpr std::tuple<> StoredAlways{};
+  /// Whether the count line of a bound collection names the parent.
+  static constexpr bool CountNamesParent = true;
   /// Whether adding to and removing from a collection makes its definitions Dirty.
   static constexpr bool CollectionIsStamped = true;
   /// Whether everything below an object is brought into memory before it leaves its collection.

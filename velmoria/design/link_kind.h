@@ -17,6 +17,7 @@ struct VELMORIA_API LinkKind : DesignKind {
   using Facade = Link;
   using Data = LinkData;
   using Fields = LinkFields;
+  using Parent = RelationshipKind;
 
   static constexpr auto KeyField = &LinkFields::Name;
   static constexpr DesignNames Names{"Link", "LinkData", "Links", "LinksData"};

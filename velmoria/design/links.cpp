@@ -12,10 +12,4 @@ template class DesignCollection<LinkKind>;
 Links::Links() = default;
 Links::~Links() = default;
 
-LinksDataPtr Links::DataUnder(const Parents& parents) const {
-  return parents.Relationship ? parents.Relationship->LinksData() : LinksDataPtr();
-}
-
-std::string Links::ParentClause() const { return " for Relationship " + Quoted(NameOf(HeldParents().Relationship)); }
-
 }  // namespace velmoria

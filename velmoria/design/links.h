@@ -14,10 +14,6 @@ class VELMORIA_API Links final : public DesignCollection<LinkKind> {
  public:
   Links();
   ~Links() override;
-
- private:
-  LinksDataPtr DataUnder(const Parents& parents) const override;
-  std::string ParentClause() const override;
 };
 
 }  // namespace velmoria

@@ -23,6 +23,7 @@ struct VELMORIA_API RelationshipKind : DesignKind {
   using Facade = Relationship;
   using Data = RelationshipData;
   using Fields = RelationshipFields;
+  using Parent = ClassKind;
   using Children = std::tuple<LinksDataPtr>;
 
   static constexpr auto KeyField = &RelationshipFields::Name;

@@ -16,10 +16,4 @@ Relationships::~Relationships() = default;
 std::string Relationships::ServerName() const { return NameOf(HeldParents().Server); }
 std::string Relationships::ClassName() const { return NameOf(HeldParents().Class); }
 
-RelationshipsDataPtr Relationships::DataUnder(const Parents& parents) const {
-  return parents.Class ? parents.Class->RelationshipsData() : RelationshipsDataPtr();
-}
-
-std::string Relationships::ParentClause() const { return " for Class " + Quoted(ClassName()); }
-
 }  // namespace velmoria

@@ -18,10 +18,6 @@ class VELMORIA_API Relationships final : public DesignCollection<RelationshipKin
   // Of the parents; empty without them.
   std::string ServerName() const;
   std::string ClassName() const;
-
- private:
-  RelationshipsDataPtr DataUnder(const Parents& parents) const override;
-  std::string ParentClause() const override;
 };
 
 }  // namespace velmoria

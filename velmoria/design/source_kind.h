@@ -26,11 +26,13 @@ struct VELMORIA_API SourceKind : DesignKind {
   using Facade = Source;
   using Data = SourceData;
   using Fields = SourceFields;
+  using Parent = ActionKind;
   using Children = std::tuple<PropertiesDataPtr>;  // the Parameters
 
   static constexpr auto KeyField = &SourceFields::Engine;
   static constexpr std::tuple StoredAlways{&SourceFields::SourceType, &SourceFields::KeysetSize,
                                            &SourceFields::RowsetSize, &SourceFields::OptionFlags};
+  static constexpr bool CountNamesParent = false;
   static constexpr DesignNames Names{"Source", "SourceData", "Sources", "SourcesData"};
   static constexpr DesignNumbers Numbers{errAdd_Source, errItem_Source, errRemove_Source, errRename_Source};
   static constexpr CountTexts Counted{"Sources Count: "};

@@ -32,10 +32,6 @@ Variant Sources::CandidateEngines() const {
   return database ? database->Connectors()->ValidEngines() : SupportedEnginesList();
 }
 
-SourcesDataPtr Sources::DataUnder(const Parents& parents) const {
-  return parents.Action ? parents.Action->SourcesData() : SourcesDataPtr();
-}
-
 zEngines Sources::Resolved(const zEngines& engine, bool raising) const {
   const auto& action = HeldParents().Action;
   if (engine != engUnknown || !action) return engine;

@@ -25,7 +25,6 @@ class VELMORIA_API Sources final : public DesignCollection<SourceKind> {
   Variant MissingEngines() const;
 
  private:
-  SourcesDataPtr DataUnder(const Parents& parents) const override;
   zEngines Resolved(const zEngines& engine, bool raising) const override;
   Variant CandidateEngines() const;
 };
