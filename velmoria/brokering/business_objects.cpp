@@ -97,7 +97,7 @@ void BusinessObjects::Delete() try {
 IBusinessObjectPtr BusinessObjects::DeletionCandidate(std::int32_t position) {
   Suspension quiet{"BusinessObjects.IBusinessObjects_Delete"};
   try {
-    if (transient_) return members_.FindAt(position) ? *members_.FindAt(position) : IBusinessObjectPtr{};
+    if (transient_) return members_.Get(position);
     return FindAt(position - 1);
   } catch (const Error&) { return {}; }
 }

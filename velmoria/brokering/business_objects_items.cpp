@@ -45,9 +45,7 @@ IBusinessObjectPtr BusinessObjects::ItemTransient(const Variant& index) {
 
 IBusinessObjectPtr BusinessObjects::FindTransient(const Variant& index) {
   if (index.IsText() || index.AsObject<Identifier>()) return FindTransientKey(KeyOf(index));
-  if (!IsPosition(index)) return {};
-  const IBusinessObjectPtr* found = members_.FindAt(index.AsLong());
-  return found ? *found : IBusinessObjectPtr{};
+  return IsPosition(index) ? members_.Get(index.AsLong()) : IBusinessObjectPtr{};
 }
 
 IBusinessObjectPtr BusinessObjects::FindTransientKey(const std::string& key) {

@@ -37,10 +37,7 @@ std::string ConnectionContext::Details() const {
   return text;
 }
 
-ConnectionsPtr ConnectionContext::Find(const Variant& index) const {
-  const auto* found = items_.Find(index);
-  return found ? *found : nullptr;
-}
+ConnectionsPtr ConnectionContext::Find(const Variant& index) const { return items_.Get(index); }
 
 ConnectionPtr ConnectionContext::FindConnection(const std::string& databaseName,
                                                 const std::string& connectionsName) const {

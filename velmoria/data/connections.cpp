@@ -47,10 +47,7 @@ std::string Connections::Details() const {
   return text;
 }
 
-ConnectionPtr Connections::Find(const Variant& index) const {
-  const auto* found = items_.Find(index);
-  return found ? *found : nullptr;
-}
+ConnectionPtr Connections::Find(const Variant& index) const { return items_.Get(index); }
 
 ConnectionPtr Connections::Item(const Variant& index) const try {
   const auto found = Find(index);

@@ -16,8 +16,7 @@ DesignCollectionData<Kind>::~DesignCollectionData() = default;
 
 template <class Kind>
 auto DesignCollectionData<Kind>::Find(const Index& index) const -> Member {
-  const auto* found = members_.Find(Kind::KeyPolicy::ListIndex(index));
-  return found ? *found : Member();
+  return members_.Get(Kind::KeyPolicy::ListIndex(index));
 }
 
 template <class Kind>

@@ -33,8 +33,7 @@ auto DesignCollection<Kind>::Find(const Index& index) const -> Member {
 
 template <class Kind>
 auto DesignCollection<Kind>::FindResolved(const Index& resolved) const -> Member {
-  const auto* found = Members().Find(Kind::KeyPolicy::ListIndex(resolved));
-  return found ? *found : Member();
+  return Members().Get(Kind::KeyPolicy::ListIndex(resolved));
 }
 
 template <class Kind>

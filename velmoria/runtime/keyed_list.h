@@ -33,6 +33,8 @@ class KeyedList {
   const T* FindKey(std::string_view key) const noexcept;
   /// A number is a position, a String a key; anything else finds nothing.
   const T* Find(const Variant& index) const noexcept;
+  /// A copy of what Find finds, or T() when it finds nothing: in a list of handles an empty one.
+  T Get(const Variant& index) const;
   /// The 1-based position, or 0.
   std::size_t PositionOf(std::string_view key) const noexcept;
   std::size_t PositionOf(const std::string& key) const noexcept { return PositionOf(std::string_view(key)); }

@@ -40,6 +40,12 @@ const T* KeyedList<T>::Find(const Variant& index) const noexcept {
 }
 
 template <class T>
+T KeyedList<T>::Get(const Variant& index) const {
+  const T* found = Find(index);
+  return found ? *found : T();
+}
+
+template <class T>
 const typename KeyedList<T>::Entry& KeyedList<T>::Checked(std::size_t position) const {
   if (position < 1 || position > entries_.size()) Fail(RuntimeFailure::SubscriptOutOfRange);
   return entries_[position - 1];

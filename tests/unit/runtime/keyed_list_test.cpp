@@ -50,6 +50,15 @@ TEST(KeyedListTest, KeysAreComparedWithoutRegardToCase) {
   EXPECT_EQ(list.At(Variant("one")), 10);
 }
 
+TEST(KeyedListTest, GetGivesAnEmptyValueForWhatIsNotThere) {
+  const auto list = ThreeMembers();
+  EXPECT_EQ(list.Get("Two"), 20);
+  EXPECT_EQ(list.Get(3), 30);
+  EXPECT_EQ(list.Get("Four"), 0);
+  EXPECT_EQ(list.Get(4), 0);
+  EXPECT_EQ(list.Get(Variant()), 0);
+}
+
 TEST(KeyedListTest, LettersOfOtherAlphabetsAreFoldedToo) {
   KeyedList<int> list;
   list.Add(1, "Größe");
