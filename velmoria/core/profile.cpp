@@ -6,6 +6,7 @@
 #include "velmoria/core/errors_ignored_impl.h"
 #include "velmoria/core/messages.h"
 #include "velmoria/core/product.h"
+#include "velmoria/core/stored_setting_impl.h"
 #include "velmoria/platform/posix/settings_store.h"
 #include "velmoria/properties/attribute_data.h"
 #include "velmoria/properties/attributes.h"
@@ -16,7 +17,6 @@ namespace velmoria {
 namespace {
 
 constexpr std::string_view kSection = "Profile";
-constexpr std::string_view kNotFound = ".NotFound.";
 
 // As stored when it is no value of its type; a value without a text form leaves none.
 std::string ValueText(const AttributeData& data) {
@@ -53,9 +53,9 @@ Profile::~Profile() {
 void Profile::Load() try {
   for (long long position = 1;; ++position) {
     const auto number = NumberText(position);
-    const auto name = store_->GetSetting(ProductVersionLabel, kSection, number + "Name", kNotFound);
-    if (name == kNotFound) break;
-    LoadItem(number, name);
+    const auto name = StoredSetting(*store_, kSection, number + "Name");
+    if (!name) break;
+    LoadItem(number, *name);
   }
   isLoaded_ = true;
 } catch (...) { Failed("Initialize"); }
