@@ -119,8 +119,7 @@ std::string KeyFormat::Details() const {
   } else if (Properties()->Count() > 0) {
     kind = "Properties Key";
   }
-  return kind + " Mixed: " + Variant(Mixed()).AsText() + "  Separator: " + Quoted(Separator()) +
-         "  IncludeNames: " + Variant(IncludeNames()).AsText() + "  Name: " + Quoted(Name());
+  return kind + " " + data_->FieldsText() + "  Name: " + Quoted(Name());
 }
 
 }  // namespace velmoria

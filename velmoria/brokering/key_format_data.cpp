@@ -64,7 +64,11 @@ std::string KeyFormatData::Details() const {
   } else if (propertiesData_ && propertiesData_->Count() > 0) {
     kind = "Properties Key - ";
   }
-  return kind + "Mixed: " + Variant(fields_.Mixed).AsText() + "  Separator: " + Quoted(fields_.Separator) +
+  return kind + FieldsText();
+}
+
+std::string KeyFormatData::FieldsText() const {
+  return "Mixed: " + Variant(fields_.Mixed).AsText() + "  Separator: " + Quoted(fields_.Separator) +
          "  IncludeNames: " + Variant(fields_.IncludeNames).AsText();
 }
 

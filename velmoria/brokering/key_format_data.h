@@ -42,6 +42,8 @@ class KeyFormatData final : public Object, public Reporting {
   void SetDirty();
   void ClearDirty();
   std::string Details() const;
+  /// What the Details of definition and format end with: Mixed, Separator and IncludeNames.
+  std::string FieldsText() const;
 
  private:
   std::string StateDetails() const override { return Details(); }

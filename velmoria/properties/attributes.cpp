@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "velmoria/core/details_text_impl.h"
 #include "velmoria/core/index_text_impl.h"
 #include "velmoria/core/insert_at_impl.h"
 #include "velmoria/properties/attribute_data.h"
@@ -118,10 +119,6 @@ bool Attributes::Modifiable() const {
   return std::ranges::any_of(begin(), end(), [](const auto& item) { return item->Modifiable(); });
 }
 
-std::string Attributes::Details() const {
-  auto text = "Attributes Count " + NumberText(Count());
-  for (const auto& item : Members()) text += "\r\n    " + item->Details();
-  return text;
-}
+std::string Attributes::Details() const { return DetailsOf("Attributes Count " + NumberText(Count()), Members()); }
 
 }  // namespace velmoria

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "velmoria/core/details_text_impl.h"
 #include "velmoria/core/index_text_impl.h"
 #include "velmoria/core/insert_at_impl.h"
 #include "velmoria/core/now.h"
@@ -72,10 +73,6 @@ void AttributesData::ClearDirty() {
 
 void AttributesData::Stamp() { modified_ = Now(); }
 
-std::string AttributesData::Details() const {
-  auto text = "Attributes Count " + NumberText(Count());
-  for (const auto& item : items_) text += "\r\n    " + item->Details();
-  return text;
-}
+std::string AttributesData::Details() const { return DetailsOf("Attributes Count " + NumberText(Count()), items_); }
 
 }  // namespace velmoria

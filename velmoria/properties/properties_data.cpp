@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "velmoria/core/details_text_impl.h"
 #include "velmoria/core/insert_at_impl.h"
 #include "velmoria/core/now.h"
 #include "velmoria/core/statistics.h"
@@ -115,9 +116,7 @@ bool PropertiesData::Modifiable(bool all) const {
 
 std::string PropertiesData::Details() const try {
   Suspension quiet{"PropertiesData.Details (Get)"};
-  std::string text = "Properties Count " + NumberText(Count());
-  for (const auto& item : items_) text.append(kDetailsIndent).append(item->Details());
-  return text;
+  return DetailsOf("Properties Count " + NumberText(Count()), items_);
 } catch (...) { Failed("Details (Get)"); }
 
 StatisticsPtr PropertiesData::Statistics() {

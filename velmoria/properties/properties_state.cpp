@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "velmoria/core/details_text_impl.h"
 #include "velmoria/core/display.h"
 #include "velmoria/data/recordset_impl.h"
 #include "velmoria/design/action.h"
@@ -12,7 +13,6 @@
 #include "velmoria/design/source_data.h"
 #include "velmoria/properties/properties_data.h"
 #include "velmoria/properties/properties_parts_impl.h"
-#include "velmoria/properties/property_texts_impl.h"
 #include "velmoria/properties/row_origin_impl.h"
 #include "velmoria/runtime/text.h"
 
@@ -134,9 +134,7 @@ std::string Properties::Heading() const {
 
 std::string Properties::Details() const try {
   Suspension quiet{"Properties.Details (Get)"};
-  auto text = Heading();
-  for (const auto& item : *this) text.append(kDetailsIndent).append(item->Details());
-  return text;
+  return DetailsOf(Heading(), *this);
 } catch (...) { Failed("Details (Get)"); }
 
 }  // namespace velmoria
