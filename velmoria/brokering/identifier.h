@@ -18,8 +18,8 @@ class VELMORIA_API Identifier final : public Object, public Reporting, public Po
   std::string_view ReportedType() const noexcept override { return "Identifier"; }
 
   /// The text of the key values, under a format or the default one. Whether the format defines a string key and
-  /// whether it has Properties is not looked at. A Null adds nothing; an unset number adds 0. A value without a text
-  /// form fails.
+  /// whether it has Properties is not looked at. A Null adds nothing; an unset number adds 0. Raises 15000 for a value
+  /// without a text form.
   std::string Key(const KeyFormatPtr& keyFormat = {}) const;
   /// Whether a key value differs from what is saved.
   bool Dirty() const;

@@ -13,7 +13,8 @@ namespace velmoria {
 struct ParentSlots;
 
 /// How an object's identity becomes the text key under which it lives in a BusinessObjects. With Properties of its own
-/// the key is made of those properties of the object, otherwise of its Identifier. Setters raise 15002 when Locked.
+/// the key is made of those properties of the object, otherwise of its Identifier. Setters but SetLocked raise 15002
+/// when Locked.
 class VELMORIA_API KeyFormat final : public Object, public Reporting {
  public:
   KeyFormat();

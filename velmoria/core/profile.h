@@ -62,8 +62,9 @@ class VELMORIA_API Profile final : public Object, public Reporting {
   /// Writes all settings, numbered from 1, and the log settings of Messages to the store.
   void Update();
 
-  /// Reads the settings; the library's own. A text that is no value of its setting's type is kept as it is: only
-  /// reading that setting fails, and it is written back unchanged.
+  // Inside the library.
+  /// Reads the settings. A text that is no value of its setting's type is kept as it is: only reading that setting
+  /// fails, and it is written back unchanged.
   void Load();
 
  protected:

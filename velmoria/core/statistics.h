@@ -23,10 +23,10 @@ class VELMORIA_API Statistics final : public Object, private Reporting {
   void Add(const StatisticPtr& item, const Position& position = {});
   /// Makes a Statistic and adds it.
   StatisticPtr SetupItem(const StatisticArguments& arguments, const Position& position = {});
-  /// Removes by 1-based position or name; a miss is a failure of the run-time.
+  /// By 1-based position or name; raises 15000 for a miss.
   void Remove(const Variant& index);
   void Clear() noexcept;
-  /// By 1-based position or name; a miss is a failure of the run-time.
+  /// By 1-based position or name; raises 15000 for a miss.
   StatisticPtr Item(const Variant& index) const;
   std::int32_t Count() const noexcept;
   KeyedList<StatisticPtr>::Iterator begin() const noexcept { return items_.begin(); }

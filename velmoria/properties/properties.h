@@ -63,12 +63,13 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   Iterator end() const;
 
   /// The item's definition joins that of the collection, and the item gets the collection's style and parents. Raises
-  /// 15082 when adding is not supported, 15100 to 15109 for a parent that the item already has, and 15014 when both
-  /// positions are given: the definition has taken the item by then, and keeps it. A name in use fails.
+  /// 15082 when adding is not supported, 15100 to 15109 for a parent that the item already has, 15014 when both
+  /// positions are given (the definition has taken the item by then, and keeps it), 15000 for a name in use and for a
+  /// position that is not there.
   void Add(const PropertyPtr& item, const Position& position = {});
   /// Makes a member. Its engine is that of the Source; where there is none, the one given or else the collection's.
-  /// Cancelled by a listener it gives none, and the definition stays behind; on a transient collection that fails. A
-  /// failure leaves nothing behind. Raises like Add, and like Property.SetDefaultValue for the DefaultValue.
+  /// Cancelled by a listener it gives none, and the definition stays behind; on a transient collection it then raises
+  /// 15000. A failure leaves nothing behind. Raises like Add, and like Property.SetDefaultValue for the DefaultValue.
   PropertyPtr SetupItem(const PropertyFields& fields, const Position& position = {});
   /// The member leaves the definition, too, and its parents. Raises 15083 when removing is not supported, 15072 for an
   /// unknown member, 15142 when a step fails.
@@ -99,10 +100,14 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   bool Dirty() const;
   /// Bound: the same as Dirty. Otherwise whether a member's value was changed.
   bool DirtyValues() const;
+  /// Whether every member's value is Empty; True without members.
   bool EmptyValues() const;
+  /// Whether a member RequiresValue.
   bool RequiresValues() const;
+  /// What the row's Action permits, or else the parent Action; without one, what any member permits.
   zEditFlags EditFlags() const;
   std::string EditFlagsDisplay() const;
+  /// Bound: of the row. Otherwise those of all members together.
   zStateFlags StateFlags() const;
   /// Bound: flags can be cleared, but sfdeleted, and never set. psCached: every member gets them. Otherwise 15177.
   void SetStateFlags(zStateFlags flags);

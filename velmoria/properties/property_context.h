@@ -75,12 +75,16 @@ class VELMORIA_API PropertyContext final : public Object,
   /// The key under a format, none meaning the default one; 15095 with the key when the format has no string keys.
   std::string Key(KeyFormatPtr keyFormat = {});
 
+  /// The same on each collection that has something to write or may be deleted, in order; see PersistentMembers.
   void Update();
   void Delete();
+  /// Of every collection.
   void Undo();
   bool Dirty() const;
   bool DirtyValues() const;
+  /// All: every collection is modifiable, each as a whole. Not all: at least one is. Without any it answers `all`.
   bool Modifiable(bool all = true) const;
+  // Those of all collections together.
   zEditFlags EditFlags() const;
   std::string EditFlagsDisplay() const;
   zStateFlags StateFlags() const;

@@ -16,14 +16,14 @@ struct PropertyFields {
   std::int32_t Size = 0;   // the longest text of a dtString in characters; 0 is no limit
   std::string Operator{};  // empty means "="
   bool OrFlag = false;
-  std::string SourceName{};
-  std::string SourceColumn{};
+  std::string SourceName{};    // as a column of a result or as a parameter
+  std::string SourceColumn{};  // where it is kept: a column of SourceTable
   std::string SourceTable{};
   zSourceDataTypes SourceDataType = dtSourceVariant;
   bool Modifiable = true;
   zPropertyFlags Flags = pfNone;  // pfNone takes the default of the DataType and style
   Variant DefaultValue = Variant::Missing();
-  std::string FormatText{};
+  std::string FormatText{};  // the pattern of DisplayValue; its language stands in runtime/format.h
   std::string InputMask{};
   std::string Caption{};
   std::string Description{};

@@ -9,8 +9,8 @@
 namespace velmoria {
 
 /// The text of a value by a format pattern, the same in every locale: a point before decimals, commas between
-/// thousands,
-/// "$", English names, month before day. Weeks begin on Sunday, and the week of 1 January is the first of its year.
+/// thousands, "$", English names, month before day. Weeks begin on Sunday, and the week of 1 January is the first of
+/// its year.
 ///
 /// # Named formats, in any case
 ///
@@ -91,9 +91,8 @@ namespace velmoria {
 ///
 /// # Which value goes with which pattern
 ///
-///   numbers     any number; Boolean as -1 and 0, Date as its days; a text that reads as a number. Every other text,
-///   and
-///               a real number that is not finite, stays as it is
+///   numbers     any number; Boolean as -1 and 0, Date as its days; a text that reads as a number. Every other text
+///               stays as it is, and so does a real number that is not finite
 ///   dates       Date; any number as days; a text in one of the forms of Date::Parse. Every other text stays as it is
 ///   texts       the string form of any value
 ///   no pattern  the string form

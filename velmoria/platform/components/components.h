@@ -9,7 +9,8 @@ namespace velmoria {
 /// The host's own classes, by the names under which the library creates them: a line-of-business class or collection
 /// is named by its component and its class, "Sales.Order". Names are compared without regard to case.
 ///   Components::Register<Order>("Sales.Order");
-/// A name that is not registered is looked for in the component's shared library, libSales.so (see ComponentLibrary).
+/// A name that is not registered is looked for in the component's shared library, libSales.so (see ComponentLibrary):
+/// in the folders of AddFolder, whatever its case, then where the system finds libraries, as spelled or as libsales.so.
 /// The register belongs to the process and may be used from any thread; each object is made in the apartment that asks.
 class VELMORIA_API Components {
  public:
@@ -25,8 +26,8 @@ class VELMORIA_API Components {
   /// Takes an offer back; false when there was none.
   static bool Unregister(std::string_view name);
 
-  /// Looks for components' libraries in this folder too, in the order of the calls and before the places where the
-  /// system has its libraries. Raises 5 for an empty name; a folder that does not exist holds nothing.
+  /// Looks for components' libraries in this folder too, behind those of earlier calls; a library that is loaded stays
+  /// the one. Raises 5 for an empty name; a folder that does not exist holds nothing.
   static void AddFolder(std::string_view folder);
 
   /// A new object of the class under the name. Raises 429 when nobody offers it, and when its library lies in a folder
