@@ -2,40 +2,14 @@
 
 #include "tests/support/expect_raised.h"
 #include "tests/support/sample_rows.h"
-#include "tests/support/scoped_apartment.h"
-#include "velmoria/properties/properties_impl.h"
+#include "tests/unit/properties/user_properties_fixture.h"
 #include "velmoria/properties/property_data.h"
 #include "velmoria/velmoria.h"
 
 namespace velmoria::test {
 namespace {
 
-class PropertiesChangesTest : public testing::Test {
- protected:
-  PropertiesChangesTest()
-      : transient_(Framework().CreateProperties()), data_(Make<PropertiesData>()), user_(Over(data_)) {}
-  static PropertyPtr New(const std::string& name) { return Framework().CreateProperty({.Name = name}); }
-  static PropertiesPtr Over(const PropertiesDataPtr& data) {
-    auto properties = Make<Properties>();
-    properties->Bind({.Style = psUser, .PropertiesData = data});
-    return properties;
-  }
-  static std::string Order(const PropertiesPtr& properties) {
-    std::string names;
-    for (const auto& item : *properties) names += item->Name();
-    return names;
-  }
-  std::string DefinedOrder() const {
-    std::string names;
-    for (const auto& item : *data_) names += item->Name();
-    return names;
-  }
-
-  ScopedApartment apartment_;
-  PropertiesPtr transient_;
-  PropertiesDataPtr data_;
-  PropertiesPtr user_;  // over data_
-};
+class PropertiesChangesTest : public UserPropertiesFixture {};
 
 // Remove
 

@@ -2,36 +2,12 @@
 
 #include "tests/support/expect_raised.h"
 #include "tests/support/sample_rows.h"
-#include "tests/support/scoped_apartment.h"
-#include "velmoria/properties/properties_impl.h"
-#include "velmoria/velmoria.h"
+#include "tests/unit/properties/user_properties_fixture.h"
 
 namespace velmoria::test {
 namespace {
 
-class PropertiesMembersTest : public testing::Test {
- protected:
-  PropertiesMembersTest() : transient_(Framework().CreateProperties()), data_(Make<PropertiesData>()) {
-    user_ = Make<Properties>();
-    user_->Bind({.Style = psUser, .PropertiesData = data_});
-  }
-  static PropertyPtr New(const std::string& name) { return Framework().CreateProperty({.Name = name}); }
-  static std::string Order(const PropertiesPtr& properties) {
-    std::string names;
-    for (const auto& item : *properties) names += item->Name();
-    return names;
-  }
-  std::string DefinedOrder() const {
-    std::string names;
-    for (const auto& item : *data_) names += item->Name();
-    return names;
-  }
-
-  ScopedApartment apartment_;
-  PropertiesPtr transient_;
-  PropertiesDataPtr data_;
-  PropertiesPtr user_;  // over data_
-};
+class PropertiesMembersTest : public UserPropertiesFixture {};
 
 TEST_F(PropertiesMembersTest, AddJoinsTheCollectionAndItsDefinition) {
   const auto item = New("A");

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -27,14 +26,7 @@ class DamagedSettingsTest : public testing::Test {
   void Save(const char* value) { store_.SaveSetting("App", "S", "New", value); }
   std::string Get(const char* key) { return store_.GetSetting("App", "S", key, "(none)"); }
   std::string Kept(const char* number = "") const { return ReadText(path_ + ".damaged" + number); }
-  std::vector<std::string> Names() const {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder_.Path("settings"))) {
-      names.push_back(entry.path().filename().string());
-    }
-    std::ranges::sort(names);
-    return names;
-  }
+  std::vector<std::string> Names() const { return NamesIn(folder_.Path("settings")); }
 
   TemporaryFolder folder_;
   FileSettingsStore store_{folder_.Path("settings")};

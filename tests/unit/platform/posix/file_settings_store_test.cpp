@@ -1,6 +1,5 @@
 #include "velmoria/platform/posix/file_settings_store.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -25,14 +24,7 @@ class FileSettingsStoreTest : public testing::Test {
     } catch (const Error& error) { EXPECT_EQ(error.Number(), static_cast<int>(failure)); }
   }
   std::string Get(const char* key = "K") { return store_.GetSetting("App", "S", key, "(none)"); }
-  std::vector<std::string> Names() const {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder_.Path("settings"))) {
-      names.push_back(entry.path().filename().string());
-    }
-    std::ranges::sort(names);
-    return names;
-  }
+  std::vector<std::string> Names() const { return NamesIn(folder_.Path("settings")); }
   static struct stat StatusOf(const std::string& path) {
     struct stat status{};
     EXPECT_EQ(stat(path.c_str(), &status), 0);
