@@ -138,6 +138,16 @@ constexpr ActArgument kFields{
     },
     [](const Operation& operation) { return ShownFields(operation.Fields) + ShownPlace(operation.Place); }};
 
+// What acts suit.
+
+bool IsAny(const StateSubject&) { return true; }
+bool IsLone(const StateSubject& subject) { return !subject.IsCollection; }
+bool IsDefined(const StateSubject& subject) { return subject.Defined; }
+bool IsCached(const StateSubject& subject) { return subject.Style == psCached; }
+bool IsRouted(const StateSubject& subject) { return subject.Routed; }
+bool IsNotRouted(const StateSubject& subject) { return !subject.Routed; }
+bool CanBeDeleted(const StateSubject& subject) { return subject.Style == psPersistent || IsCached(subject); }
+
 // What can be done to a Property.
 
 constexpr std::array kPropertyActs{
@@ -176,17 +186,12 @@ constexpr std::array kPropertyActs{
     PropertyAct{
         "DataType =", 3, kTypeOf,
         [](auto& it, auto& model, auto& scene) { model.Let(&PropertyModel::DataType, zDataTypes{it.Number}, scene); },
-        [](auto& it, auto& property) { property->SetDataType(zDataTypes{it.Number}); }, true, false},
+        [](auto& it, auto& property) { property->SetDataType(zDataTypes{it.Number}); }, IsNotRouted},
     PropertyAct{"listeners of values", 5, kListener,
                 [](auto& it, auto&, auto& scene) { scene.OnValue = static_cast<Listener>(it.Number); },
                 [](auto&, auto&) {}},
     PropertyAct{"go on with the Copy", 3, kNewName, [](auto& it, auto& model, auto&) { model = model.Copied(it.Text); },
-                [](auto& it, auto& property) { property = property->Copy(it.Text); }, false}};
-
-bool IsDefined(const StateSubject& subject) { return subject.Defined; }
-bool IsCached(const StateSubject& subject) { return subject.Style == psCached; }
-bool IsRouted(const StateSubject& subject) { return subject.Routed; }
-bool CanBeDeleted(const StateSubject& subject) { return subject.Style == psPersistent || IsCached(subject); }
+                [](auto& it, auto& property) { property = property->Copy(it.Text); }, IsLone, true}};
 
 // What can be done to a Properties.
 
@@ -200,20 +205,18 @@ constexpr std::array kCollectionActs{
                   [](auto& it, auto& properties) { properties->Remove(it.Value); }},
     CollectionAct{"RenameItem", 6, kRenaming,
                   [](auto& it, auto& model, auto& scene) { model.RenameItem(it.Value.AsText(), it.Text, scene); },
-                  [](auto& it, auto& properties) { properties->RenameItem(it.Value.AsText(), it.Text); }, false,
-                  IsDefined},
+                  [](auto& it, auto& properties) { properties->RenameItem(it.Value.AsText(), it.Text); }, IsDefined},
     CollectionAct{"Item", 2, kIndex, [](auto& it, auto& model, auto& scene) { model.Item(it.Value, scene); },
                   [](auto& it, auto& properties) { properties->Item(it.Value); }},
     CollectionAct{"Undo of all", 5, kNothing, [](auto&, auto& model, auto& scene) { model.Undo(scene); },
                   [](auto&, auto& properties) { properties->Undo(); }},
     CollectionAct{"Delete", 7, kNothing, [](auto&, auto& model, auto& scene) { model.Delete(scene); },
-                  [](auto&, auto& properties) { properties->Delete(); }, false, CanBeDeleted},
+                  [](auto&, auto& properties) { properties->Delete(); }, CanBeDeleted},
     CollectionAct{"Update", 9, kNothing, [](auto&, auto& model, auto& scene) { model.Update(scene); },
-                  [](auto&, auto& properties) { properties->Update(); }, false, IsRouted},
+                  [](auto&, auto& properties) { properties->Update(); }, IsRouted},
     CollectionAct{"StateFlags =", 6, kStateOf,
                   [](auto& it, auto& model, auto& scene) { model.LetStateFlags(zStateFlags{it.Number}, scene); },
-                  [](auto& it, auto& properties) { properties->SetStateFlags(zStateFlags{it.Number}); }, false,
-                  IsCached},
+                  [](auto& it, auto& properties) { properties->SetStateFlags(zStateFlags{it.Number}); }, IsCached},
     CollectionAct{"ClearDirty of all", 4, kNothing, [](auto&, auto& model, auto&) { model.ClearDirty(); },
                   [](auto&, auto& properties) { properties->ClearDirty(); }},
     CollectionAct{"Locked of all =", 2, kMostlyFalse,
@@ -230,7 +233,7 @@ constexpr std::array kCollectionActs{
     CollectionAct{"veto of listeners =", 4, kMostlyFalse,
                   [](auto& it, auto&, auto& scene) { scene.Veto = it.Number != 0; }, [](auto&, auto&) {}},
     CollectionAct{"go on with the Copy of all", 1, kNothing, [](auto&, auto& model, auto&) { model = model.Copied(); },
-                  [](auto&, auto& properties) { properties = properties->Copy(); }, true}};
+                  [](auto&, auto& properties) { properties = properties->Copy(); }, IsAny, true}};
 
 template <class Acts, class WeightOf>
 const auto* Chosen(const Acts& acts, Dice& dice, WeightOf weightOf) {
@@ -243,7 +246,7 @@ const auto* Chosen(const Acts& acts, Dice& dice, WeightOf weightOf) {
 }
 
 Operation DrawnOperation(Dice& dice, const StateSequence& sequence) {
-  constexpr std::size_t kSeldom = 6;  // what is refused anyhow
+  constexpr std::size_t kSeldom = 6;  // an act on a collection that does not suit it is refused, and drawn less often
   const auto& subject = sequence.Subject;
   Operation operation;
   if (subject.IsCollection && dice.OneIn(2)) {
@@ -253,9 +256,8 @@ Operation DrawnOperation(Dice& dice, const StateSequence& sequence) {
     operation.OnCollection->Takes.Draw(operation, dice, sequence);
     return operation;
   }
-  operation.OnProperty = Chosen(kPropertyActs, dice, [&](const PropertyAct& act) {
-    return (act.ForMembers || !subject.IsCollection) && (act.ForRouted || !subject.Routed) ? act.Weight : 0;
-  });
+  operation.OnProperty =
+      Chosen(kPropertyActs, dice, [&](const PropertyAct& act) { return act.Suits(subject) ? act.Weight : 0; });
   operation.Member = dice.Below(6);
   operation.OnProperty->Takes.Draw(operation, dice, sequence);
   return operation;

@@ -15,8 +15,10 @@
 
 namespace velmoria::test {
 
-struct CollectionAct;
-struct PropertyAct;
+template <class Model, class Handle>
+struct Act;
+using PropertyAct = Act<PropertyModel, PropertyPtr>;
+using CollectionAct = Act<CollectionModel, PropertiesPtr>;
 
 /// One step of a sequence: an act and its arguments. Members go round: the fifth of three is the second.
 struct Operation {
@@ -57,26 +59,16 @@ struct ActArgument {
   std::string (*Show)(const Operation& operation);
 };
 
-/// What can be done to a Property, beside what is expected of it.
-struct PropertyAct {
+/// What can be done to a Property or Properties, beside what is expected of it.
+template <class Model, class Handle>
+struct Act {
   const char* Name;
-  std::size_t Weight;
+  std::size_t Weight;  // how often it is drawn
   const ActArgument& Takes;
-  void (*Expect)(const Operation& operation, PropertyModel& model, Scene& scene);
-  void (*Do)(const Operation& operation, PropertyPtr& property);
-  bool ForMembers = true;
-  bool ForRouted = true;
-};
-
-/// What can be done to a Properties, beside what is expected of it.
-struct CollectionAct {
-  const char* Name;
-  std::size_t Weight;
-  const ActArgument& Takes;
-  void (*Expect)(const Operation& operation, CollectionModel& model, Scene& scene);
-  void (*Do)(const Operation& operation, PropertiesPtr& properties);
-  bool Copies = false;
+  void (*Expect)(const Operation& operation, Model& model, Scene& scene);
+  void (*Do)(const Operation& operation, Handle& handle);
   bool (*Suits)(const StateSubject& subject) = [](const StateSubject&) { return true; };
+  bool Copies = false;  // the sequence goes on with the copy
 };
 
 }  // namespace velmoria::test

@@ -166,7 +166,7 @@ void PropertyStage::Build() {
 void PropertyStage::Expect(const Operation& operation) {
   auto before = model_;
   operation.OnProperty->Expect(operation, model_, scene_);
-  if (!operation.OnProperty->ForMembers) formerModel_ = std::move(before);
+  if (operation.OnProperty->Copies) formerModel_ = std::move(before);
 }
 
 void PropertyStage::Do(const Operation& operation) {
