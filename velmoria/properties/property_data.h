@@ -21,7 +21,7 @@ struct ColumnFacts {
 };
 
 /// The definition of a Property and, while it is free-standing, its value. Many Property objects may share one.
-/// A setter stores only what differs and then stamps the definition modified; Style and DefaultValue never stamp.
+/// A setter stores only what differs and then stamps the definition; Style, OrderNumber and DefaultValue never do.
 class PropertyData final : public Object, public Reporting, public Pooled {
  public:
   PropertyData();

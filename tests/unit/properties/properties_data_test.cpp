@@ -153,6 +153,15 @@ TEST_F(PropertiesDataTest, EveryChangeOfMembersStamps) {
   EXPECT_FALSE(stamps([&] { data->Copy(true)->Item("A")->SetCaption("d"); }));
 }
 
+TEST_F(PropertiesDataTest, RenumberedMembersStayClean) {
+  const auto data = Of({"A", "B"});
+  data->Remove("A");
+  data->SetupItem(psUser, {.Name = "C"}, {.Before = 1});
+  EXPECT_EQ(Order(data), "C1B2");
+  EXPECT_TRUE(data->Dirty());
+  EXPECT_FALSE(data->Item("B")->Dirty());
+}
+
 TEST_F(PropertiesDataTest, ClearDirtyReachesTheMembers) {
   const auto data = Of({"A"});
   data->Item("A")->SetValue(1);

@@ -73,9 +73,10 @@ TEST_F(PropertyDataTest, StampIsThePresentDate) {
   EXPECT_EQ(data->ModifiedStamp().AsDate().Parts().Minute, 15);
 }
 
-TEST_F(PropertyDataTest, StyleNeverStamps) {
+TEST_F(PropertyDataTest, StyleOrderNumberAndDefaultValueNeverStamp) {
   const auto data = Clean();
   data->SetStyle(psPersistent);
+  data->SetOrderNumber(3);
   data->SetDefaultValue(1);
   EXPECT_FALSE(data->Dirty());
 }
