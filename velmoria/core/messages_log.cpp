@@ -6,6 +6,7 @@
 #include "velmoria/core/errors_ignored_impl.h"
 #include "velmoria/core/messages.h"
 #include "velmoria/core/product.h"
+#include "velmoria/core/stored_setting_impl.h"
 
 namespace velmoria {
 
@@ -71,9 +72,8 @@ constexpr std::array kLogSettings{
 
 // Empty when nothing is stored.
 Variant Stored(SettingsStore& store, std::string_view key) {
-  constexpr std::string_view none = ".NotFound.";
-  const auto text = store.GetSetting(ProductVersionLabel, kSection, key, none);
-  return text == none ? Variant() : Variant(text);
+  const auto text = StoredSetting(store, kSection, key);
+  return text ? Variant(*text) : Variant();
 }
 
 // What is not stored, and what is no value of the setting, leaves the setting as it is.
