@@ -71,14 +71,18 @@ class VELMORIA_API Messages final : public Object {
   /// A name suspends messaging; the same name again, or "", ends it; another name meanwhile changes nothing.
   void SetSuspendRoutine(std::string_view value);
 
-  // What the log takes. Setting another value than the one held restarts the log.
+  // The log: settings of the user, read at the start and saved at the end. Setting another value than the one held
+  // restarts it. It takes the Details of a message whose severity and type are both selected; one that is 0 always is.
   zSeverityFlags LogSeverityFlags() const noexcept { return log_.LogSeverityFlags; }
   void SetLogSeverityFlags(zSeverityFlags value);
   zTypeFlags LogTypeFlags() const noexcept { return log_.LogTypeFlags; }
   void SetLogTypeFlags(zTypeFlags value);
-  /// lmOff stops the log.
+  /// Where the log goes: nowhere by lmOff, which is the default; to the file by lmWindows; to the system log by lmWinNT
+  /// and lmAutomatic.
   zLogModes LogMode() const noexcept { return log_.LogMode; }
   void SetLogMode(zLogModes value);
+  /// A path, a relative one from the working folder of the moment. A name with a drive letter or a backslash, as the
+  /// default one has, cannot be one: its last component then lies in the user's state folder, ~/.local/state/velmoria.
   std::string LogFileName() const { return log_.LogFileName; }
   void SetLogFileName(const std::string& value);
   /// Stored and restarts the log, but has no effect on an existing file.

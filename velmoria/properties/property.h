@@ -107,6 +107,7 @@ class VELMORIA_API Property final : public Object, public Reporting, public Pool
   void SetModifiable(bool value);
   bool Locked() const { return locked_; }
   void SetLocked(bool value) { locked_ = value; }
+  /// The pattern of DisplayValue, in the language of velmoria/runtime/format.h; "" shows the value as it is.
   std::string FormatText() const;
   void SetFormatText(std::string value);
   std::string InputMask() const;
@@ -116,6 +117,8 @@ class VELMORIA_API Property final : public Object, public Reporting, public Pool
   void SetOperator(std::string value);
   bool OrFlag() const;
   void SetOrFlag(bool value);
+  // What the value is called in its source: SourceName as a column of a result or as a parameter, SourceTable and
+  // SourceColumn where it is kept. Statements name it by the latter two, and where these are empty by SourceName, Name.
   std::string SourceName() const;
   void SetSourceName(std::string value);
   std::string SourceTable() const;
