@@ -202,6 +202,19 @@ TEST_F(StartupOverAFileTest, WhatCanBeReadOfADamagedFileIsReadAndTheFileIsKeptAt
 
 TEST_F(StartupOverAFileTest, FolderInThePlaceOfTheFileIsOneWarningAndStopsNothing) {
   std::filesystem::create_directory(path_);
+TEST_F(StartupOverAFileTest, DamageIsReportedInOneRunAlsoWhenNoSettingChangesInIt) {
+  { const ScopedApartment first(nullptr, SettingsInTheFile); }
+  const auto damaged = ReadText(path_) + "garbage\n";
+  WriteText(path_, damaged);
+  {
+    const ScopedApartment second(nullptr, SettingsInTheFile);
+    EXPECT_EQ(second.Messages().Count(), 1);
+  }
+  EXPECT_EQ(ReadText(path_ + ".damaged"), damaged);
+  const ScopedApartment third(nullptr, SettingsInTheFile);
+  EXPECT_EQ(third.Messages().Count(), 0);
+}
+
   {
     const ScopedApartment apartment(nullptr, SettingsInTheFile);
     ASSERT_EQ(apartment.Messages().Count(), 1);

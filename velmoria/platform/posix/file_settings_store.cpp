@@ -87,10 +87,11 @@ void FileSettingsStore::Modify(std::string_view application, Change change) {
   const auto lock = LockSettingsFile(path);
   const auto found = ReadSettingsFile(path);
   SettingsText text(found.Text);
+  const bool isDamaged = IsDamaged(found, text);
   const auto before = text.Print();
   change(text);
-  if (const auto after = text.Print(); after != before) {
-    ReplaceSettingsFile(path, found, after, IsDamaged(found, text));
+  if (const auto after = text.Print(); isDamaged || after != before) {
+    ReplaceSettingsFile(path, found, after, isDamaged);
   }
 }
 

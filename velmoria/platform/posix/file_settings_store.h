@@ -12,8 +12,9 @@ namespace velmoria {
 /// environment variable VELMORIA_SETTINGS_DIR if it is set, else ConfigurationFolder; it is made, for the user alone,
 /// at the first saving. A file is replaced as a whole, under an advisory lock between processes and threads, so a
 /// reader sees it before or after a change and never between; a saving that changes nothing writes nothing. A damaged
-/// file is read as far as it can be, and so is one that cannot be read at all: it reads as empty. The first saving
-/// keeps it beside the new one, as "<application>.settings.damaged", "....damaged-2" and so on.
+/// file is read as far as it can be, and so is one that cannot be read at all: it reads as empty. The first saving,
+/// one that changes nothing too, keeps it beside the new one, as "<application>.settings.damaged", "....damaged-2" and
+/// so on.
 class FileSettingsStore final : public SettingsStore {
  public:
   FileSettingsStore();

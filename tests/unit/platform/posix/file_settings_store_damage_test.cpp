@@ -88,12 +88,20 @@ TEST_F(DamagedSettingsTest, FileKeptEarlierIsNeverOverwritten) {
   EXPECT_EQ(Kept("-3"), "third\n");
 }
 
-TEST_F(DamagedSettingsTest, ReadingAndSavingWhatStandsLeaveTheDamagedFileInPlace) {
+TEST_F(DamagedSettingsTest, ReadingLeavesTheDamagedFileInPlace) {
   WriteText(path_, "[S]\nNew=1\ngarbage\n");
   EXPECT_EQ(Get("New"), "1");
-  Save("1");
+  EXPECT_NE(store_.TakeDamage("App"), "");
   EXPECT_EQ(ReadText(path_), "[S]\nNew=1\ngarbage\n");
-  EXPECT_THAT(Names(), ElementsAre("App.settings", "App.settings.lock"));
+  EXPECT_THAT(Names(), ElementsAre("App.settings"));
+}
+
+TEST_F(DamagedSettingsTest, SavingWhatStandsKeepsTheDamagedFileAsideToo) {
+  WriteText(path_, "[S]\nNew=1\ngarbage\n");
+  Save("1");
+  EXPECT_EQ(Kept(), "[S]\nNew=1\ngarbage\n");
+  EXPECT_EQ(ReadText(path_), "# Written by the program; a backslash starts an escape.\n\n[S]\nNew=1\n");
+  EXPECT_EQ(store_.TakeDamage("App"), "");
 }
 
 TEST_F(DamagedSettingsTest, KeyThatStandsTwiceIsKeptWithItsSecondValue) {
