@@ -1,10 +1,12 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
+#include "tests/support/processes.h"
 #include "tests/support/scoped_apartment.h"
 #include "tests/support/scoped_variable.h"
 #include "tests/support/temporary_folder.h"
@@ -200,8 +202,6 @@ TEST_F(StartupOverAFileTest, WhatCanBeReadOfADamagedFileIsReadAndTheFileIsKeptAt
   EXPECT_EQ(next.State().Profile->Item({"SupportsRMS"})->Value(), Variant(true));
 }
 
-TEST_F(StartupOverAFileTest, FolderInThePlaceOfTheFileIsOneWarningAndStopsNothing) {
-  std::filesystem::create_directory(path_);
 TEST_F(StartupOverAFileTest, DamageIsReportedInOneRunAlsoWhenNoSettingChangesInIt) {
   { const ScopedApartment first(nullptr, SettingsInTheFile); }
   const auto damaged = ReadText(path_) + "garbage\n";
@@ -215,6 +215,8 @@ TEST_F(StartupOverAFileTest, DamageIsReportedInOneRunAlsoWhenNoSettingChangesInI
   EXPECT_EQ(third.Messages().Count(), 0);
 }
 
+TEST_F(StartupOverAFileTest, FolderInThePlaceOfTheFileIsOneWarningAndStopsNothing) {
+  std::filesystem::create_directory(path_);
   {
     const ScopedApartment apartment(nullptr, SettingsInTheFile);
     ASSERT_EQ(apartment.Messages().Count(), 1);
@@ -234,6 +236,38 @@ TEST_F(StartupOverAFileTest, FolderThatCannotHoldSettingsStopsNothing) {
   EXPECT_TRUE(apartment.State().Profile);
   EXPECT_EQ(apartment.Messages().Count(), 0);
   EXPECT_NO_THROW(apartment.State().End());
+}
+
+// An apartment with settings of one colour, which saves them again and again.
+void SaveInApartment(const char* colour, zLogModes mode, int times) {
+  const ScopedApartment apartment(nullptr, SettingsInTheFile);
+  auto& profile = *apartment.State().Profile;
+  for (const char* name : {"A", "B", "C"}) profile.SetupItem({name, colour, dtString})->SetValue(colour);
+  apartment.Messages().SetupLogging({.LogMode = mode, .LogFileName = colour});
+  for (int time = 0; time < times; ++time) profile.Update();
+}
+
+// What another apartment would read now is all of one colour, or not there yet.
+void ExpectOneColour(const std::string& path) {
+  const SettingsText text(ReadText(path));
+  ASSERT_TRUE(text.DamagedLines().empty());
+  if (const auto* colour = text.Find("Profile", "1Value")) {
+    for (const char* key : {"2Value", "3Value"}) ASSERT_EQ(*text.Find("Profile", key), *colour);
+  }
+  const auto* fileName = text.Find("Exceptions", "LogFileName");
+  const auto* mode = text.Find("Exceptions", "LogMode");
+  EXPECT_EQ(fileName && mode ? *mode : "", !fileName ? "" : *fileName == "red" ? "2" : "3");
+}
+
+TEST_F(StartupOverAFileTest, ApartmentsOfSeveralProcessesAndThreadsNeverMixTheirSettings) {
+  const auto process = StartProcess([] { SaveInApartment("red", lmWindows, 60); });
+  std::thread thread(SaveInApartment, "blue", lmWinNT, 60);
+  int status = 0;
+  while (waitpid(process, &status, WNOHANG) == 0) ExpectOneColour(path_);
+  thread.join();
+  EXPECT_EQ(status, 0);
+  ExpectOneColour(path_);
+  EXPECT_NE(ReadText(path_), "");
 }
 
 TEST_F(StartupOverAFileTest, SettingsOfOneRunAreThoseOfTheNext) {
