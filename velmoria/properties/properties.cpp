@@ -71,7 +71,7 @@ void Properties::BindRow(RecordsetPtr recordset, std::int32_t row, std::string n
 
 void Properties::Setup(const std::string& name, bool locked, bool supportsAdd, bool supportsRemove,
                        zEngines engine) try {
-  if (items_ || locked_) Raise(errVelmoria_Locked, "Setup");
+  if (items_ || !members_.empty() || locked_) Raise(errVelmoria_Locked, "Setup");
   name_ = name;
   locked_ = locked;
   noAdd_ = !supportsAdd;

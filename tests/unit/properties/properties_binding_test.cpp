@@ -315,5 +315,13 @@ TEST_F(PropertiesBindingTest, SetupIsRefusedWhenLockedOrOnceTheMembersWereAskedF
   EXPECT_EQ(asked->Name(), "");
 }
 
+TEST_F(PropertiesBindingTest, SetupOfARowIsRefusedOnceItsMembersWereAskedFor) {
+  const auto row = rows_.Row(0);
+  row->Setup("N", false, true, true);
+  EXPECT_EQ(row->Count(), 7);
+  ExpectRaised(errVelmoria_Locked, [&] { row->Setup("M", false, true, true); }, {.Text = "Properties.Setup"});
+  EXPECT_EQ(row->Name(), "N");
+}
+
 }  // namespace
 }  // namespace velmoria::test
