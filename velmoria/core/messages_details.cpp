@@ -32,7 +32,9 @@ std::string GroupText(const Messages& messages, const Group& group, std::int32_t
   std::string text;
   for (const auto& item : messages) {
     if (item->Number() == numberPrinted || item->SeverityFlags() != group.Severity) continue;
-    text += text.empty() ? "\r\n\r\n" + Underlined(std::string(group.Heading)) + "\r\n" : "\r\n\r\n";
+    const bool isFirst = text.empty();
+    text += "\r\n\r\n";
+    if (isFirst) text += Underlined(std::string(group.Heading)) + "\r\n";
     text += item->Details();
   }
   return text;

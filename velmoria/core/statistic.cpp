@@ -1,6 +1,7 @@
 #include "velmoria/core/statistic.h"
 
 #include <limits>
+#include <string_view>
 #include <utility>
 
 #include "velmoria/core/duration_text_impl.h"
@@ -19,6 +20,8 @@ Date WithoutFraction(Date date) {
   });
   return date;
 }
+
+std::string Or(const std::string& text, std::string_view none) { return text.empty() ? std::string(none) : text; }
 
 }  // namespace
 
@@ -60,30 +63,28 @@ std::string Statistic::Details() const {
     std::string text = "Started: " + StartTime().AsGeneralDate() + "\r\nEnded: " + EndTime().AsGeneralDate() +
                        "\r\nTotal: " + TotalDetails();
     if (!fields_.Name.empty()) text += "\r\nProcedure: " + fields_.Name;
-    const auto& label = fields_.SubjectLabel;
-    return text + "\r\n" + (label.empty() ? "Subjects" : label) + ": " + NumberText(fields_.SubjectCount);
+    return text + "\r\n" + Or(fields_.SubjectLabel, "Subjects") + ": " + NumberText(fields_.SubjectCount);
   });
 }
 
 std::string Statistic::ProcedureDetails() const {
   return TextOrNone([this] {
-    return "Procedure: " + (fields_.Name.empty() ? "(Unknown)" : fields_.Name) +
-           "  Started: " + StartTime().AsGeneralDate() + "  Ended: " + EndTime().AsGeneralDate();
+    return "Procedure: " + Or(fields_.Name, "(Unknown)") + "  Started: " + StartTime().AsGeneralDate() +
+           "  Ended: " + EndTime().AsGeneralDate();
   });
 }
 
 std::string Statistic::Subject() const {
   return TextOrNone([this] {
-    const auto& label = fields_.SubjectLabel;
-    return "Subject: " + (label.empty() ? "(Unknown)" : label) + "  Count: " + NumberText(fields_.SubjectCount);
+    return "Subject: " + Or(fields_.SubjectLabel, "(Unknown)") + "  Count: " + NumberText(fields_.SubjectCount);
   });
 }
 
 std::string Statistic::Subjects() const {
   return TextOrNone([this] {
     const auto& label = fields_.SubjectLabel;
-    return (label.empty() ? "Subject Count: " : "Subjects: " + Quoted(label) + "  Count: ") +
-           NumberText(fields_.SubjectCount);
+    const auto count = NumberText(fields_.SubjectCount);
+    return label.empty() ? "Subject Count: " + count : "Subjects: " + Quoted(label) + "  Count: " + count;
   });
 }
 
