@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "tests/unit/properties/collection_model.h"
-#include "tests/unit/properties/property_model.h"
-#include "tests/unit/properties/state_values.h"
+#include "tests/unit/properties/state_model/collection_model.h"
+#include "tests/unit/properties/state_model/property_model.h"
+#include "tests/unit/properties/state_model/state_values.h"
 #include "velmoria/core/position.h"
 #include "velmoria/fwd.h"
 #include "velmoria/properties/property_fields.h"

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "tests/unit/properties/state_scene.h"
+#include "tests/unit/properties/state_model/state_scene.h"
 #include "velmoria/core/enumerations.h"
 #include "velmoria/properties/property_fields.h"
 #include "velmoria/runtime/variant.h"

@@ -1,4 +1,4 @@
-#include "tests/unit/properties/state_acts.h"
+#include "tests/unit/properties/state_model/state_acts.h"
 
 #include <array>
 

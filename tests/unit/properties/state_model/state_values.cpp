@@ -1,9 +1,9 @@
-#include "tests/unit/properties/state_values.h"
+#include "tests/unit/properties/state_model/state_values.h"
 
 #include <algorithm>
 #include <array>
 
-#include "tests/unit/properties/property_model.h"
+#include "tests/unit/properties/state_model/property_model.h"
 #include "velmoria/properties/property.h"
 #include "velmoria/runtime/text.h"
 

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <type_traits>
 
-#include "tests/unit/properties/state_scene.h"
-#include "tests/unit/properties/state_values.h"
+#include "tests/unit/properties/state_model/state_scene.h"
+#include "tests/unit/properties/state_model/state_values.h"
 #include "velmoria/core/messages.h"
 #include "velmoria/runtime/error.h"
 #include "velmoria/runtime/text.h"

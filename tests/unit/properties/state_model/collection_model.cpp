@@ -1,4 +1,4 @@
-#include "tests/unit/properties/collection_model.h"
+#include "tests/unit/properties/state_model/collection_model.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,3 +1,10 @@
+// Random sequences of acts on a Property or Properties, played on the real thing and on a model of it side by side.
+//
+// property_model, collection_model   what is expected, written down a second time and as plainly as can be
+// state_acts                         what can be done, and how a sequence of it is drawn from a seed
+// state_stage                        plays a sequence on both and compares all that can be asked after each step
+// shrink                             cuts a sequence that fails down to what the failure takes
+
 #include <algorithm>
 #include <optional>
 #include <ostream>
@@ -7,8 +14,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/unit/properties/shrink.h"
-#include "tests/unit/properties/state_stage.h"
+#include "tests/unit/properties/state_model/shrink.h"
+#include "tests/unit/properties/state_model/state_stage.h"
 #include "velmoria/velmoria.h"
 
 namespace velmoria::test {

@@ -1,8 +1,8 @@
-#include "tests/unit/properties/state_stage.h"
+#include "tests/unit/properties/state_model/state_stage.h"
 
 #include <utility>
 
-#include "tests/unit/properties/state_comparison.h"
+#include "tests/unit/properties/state_model/state_comparison.h"
 #include "velmoria/brokering/identifier.h"
 #include "velmoria/data/recordset_impl.h"
 #include "velmoria/properties/properties_data.h"

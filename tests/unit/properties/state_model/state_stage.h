@@ -10,8 +10,8 @@
 #include "tests/support/fake_odbc.h"
 #include "tests/support/one_action.h"
 #include "tests/support/scoped_apartment.h"
-#include "tests/unit/properties/state_acts.h"
-#include "tests/unit/properties/state_scene.h"
+#include "tests/unit/properties/state_model/state_acts.h"
+#include "tests/unit/properties/state_model/state_scene.h"
 
 namespace velmoria::test {
 

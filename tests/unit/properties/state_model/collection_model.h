@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/unit/properties/property_model.h"
-#include "tests/unit/properties/state_scene.h"
+#include "tests/unit/properties/state_model/property_model.h"
+#include "tests/unit/properties/state_model/state_scene.h"
 #include "velmoria/core/enumerations.h"
 #include "velmoria/core/position.h"
 

@@ -1,10 +1,10 @@
-#include "tests/unit/properties/property_model.h"
+#include "tests/unit/properties/state_model/property_model.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 
-#include "tests/unit/properties/state_values.h"
+#include "tests/unit/properties/state_model/state_values.h"
 #include "velmoria/runtime/error.h"
 
 namespace velmoria::test {
