@@ -12,20 +12,25 @@ bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 
 bool StartsWithDrive(std::string_view name) { return name.size() > 1 && name[1] == ':' && IsLetter(name[0]); }
 
-bool IsOfAnotherSystem(std::string_view name) {
-  return StartsWithDrive(name) || name.find('\\') != std::string_view::npos;
+bool HasNul(std::string_view name) { return name.find('\0') != std::string_view::npos; }
+
+bool CanBeAPath(std::string_view name) {
+  return !name.empty() && !StartsWithDrive(name) && name.find('\\') == std::string_view::npos && !HasNul(name);
+}
+
+std::string_view LastComponent(std::string_view name) {
+  const auto last = name.substr(name.find_last_of("/\\:") + 1);
+  return last.empty() || HasNul(last) ? "VelmoriaMessages.log" : last;
 }
 
 }  // namespace
 
 std::string LogFilePath(std::string_view name) {
-  const bool isForeign = IsOfAnotherSystem(name);
-  const auto last = name.substr(name.find_last_of(isForeign ? "/\\:" : "/") + 1);
-  if (last.empty() || name.find('\0') != std::string_view::npos) return {};
-  if (isForeign) {
+  if (!CanBeAPath(name)) {
     const auto folder = StateFolder();
-    return folder.empty() ? folder : folder + "/" + std::string(last);
+    return folder.empty() ? folder : folder + "/" + std::string(LastComponent(name));
   }
+  if (name.ends_with('/')) return {};
   std::error_code error;
   return std::filesystem::absolute(name, error).string();
 }

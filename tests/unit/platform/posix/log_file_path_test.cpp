@@ -49,10 +49,16 @@ TEST(LogFilePathTest, EveryOtherNameIsAPathAsItStands) {
   }
 }
 
-TEST(LogFilePathTest, NameWithoutALastComponentOrWithANulNamesNoFile) {
-  for (const auto& name : {""s, "/"s, "/var/log/"s, "c:"s, "c:\\"s, "c:\\logs\\"s, "c:/logs/"s, "a\0b"s, "c:\\a\0b"s}) {
-    EXPECT_EQ(LogFilePath(name), "") << name;
+TEST(LogFilePathTest, NameThatCanBeNoPathAndHasNoLastComponentLiesUnderTheDefaultOne) {
+  const ScopedVariable state("XDG_STATE_HOME", "/state");
+  for (const auto& name :
+       {""s, "c:"s, "c:\\"s, "c:\\logs\\"s, "c:/logs/"s, "\\"s, "a\0b"s, "/var/log/a\0b"s, "c:\\a\0b"s}) {
+    EXPECT_EQ(LogFilePath(name), "/state/velmoria/VelmoriaMessages.log") << name;
   }
+}
+
+TEST(LogFilePathTest, FolderNamesNoFile) {
+  for (const char* name : {"/", "/var/log/", "logs/"}) EXPECT_EQ(LogFilePath(name), "") << name;
 }
 
 }  // namespace

@@ -178,8 +178,17 @@ TEST_F(SpdlogLogServiceTest, RecordBehindOneCutOffBeginsALineAlsoAfterARestart) 
 }
 
 TEST_F(SpdlogLogServiceTest, NameOfNoFileLosesTheTextQuietly) {
-  for (const auto& name : {""s, "/"s, "c:\\"s, "a\0b"s}) ExpectQuietLoss(name);
+  for (const auto& name : {"/"s, folder_.Path() + "/"}) ExpectQuietLoss(name);
   ExpectWritten(file_);
+}
+
+TEST_F(SpdlogLogServiceTest, NameThatCanBeNoPathLosesNothing) {
+  const ScopedVariable state("XDG_STATE_HOME", folder_.Path("state").c_str());
+  for (const auto& name : {""s, "c:\\"s, "a\0b"s}) {
+    log_.Start(name, LogServiceMode::File);
+    log_.Write("text", LogEventType::Error);
+  }
+  EXPECT_EQ(std::ranges::count(ReadText(folder_.Path("state/velmoria/VelmoriaMessages.log")), '\n'), 3);
 }
 
 // "<writer>.<number> begin", a long line, "<writer>.<number> end".
