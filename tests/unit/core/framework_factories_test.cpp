@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
+#include "tests/support/sample_design.h"
 #include "tests/support/scoped_apartment.h"
 #include "velmoria/properties/parents_data.h"
 #include "velmoria/properties/property_data.h"
@@ -81,15 +82,29 @@ TEST_F(FrameworkFactoriesTest, PropertyContextIsTransient) {
   EXPECT_TRUE(framework_.CreatePropertyContext({.Locked = true})->Locked());
 }
 
-TEST_F(FrameworkFactoriesTest, BusinessContextHasItsFields) {
-  const auto plain = framework_.CreateBusinessContext();
-  EXPECT_TRUE(plain->SupportsLoad());
-  EXPECT_EQ(plain->ObjectType(), otDefault);
-  const auto fixed = framework_.CreateBusinessContext({.SupportsLoad = false, .ObjectType = otModel, .Locked = true});
-  EXPECT_FALSE(fixed->SupportsLoad());
-  EXPECT_EQ(fixed->ObjectType(), otModel);
-  EXPECT_TRUE(fixed->Locked());
-  EXPECT_NE(plain, apartment_.State().BusinessContext);
+TEST_F(FrameworkFactoriesTest, BusinessContextHasItsFieldsInOrder) {
+  const SampleDesign design;
+  const auto context = framework_.CreateBusinessContext(
+      {false, true, false, "Sales", true, "Order", false, "All", true, cltInitialized, otModel, true});
+  EXPECT_FALSE(context->SupportsAdd());
+  EXPECT_TRUE(context->SupportsRemove());
+  EXPECT_FALSE(context->SupportsLoad());
+  EXPECT_EQ(context->ServerName() + context->ClassName() + context->ActionName(), "SalesOrderAll");
+  EXPECT_TRUE(context->ServerLocked());
+  EXPECT_FALSE(context->ClassLocked());
+  EXPECT_TRUE(context->ActionLocked());
+  EXPECT_EQ(context->CollectionType(), cltInitialized);
+  EXPECT_EQ(context->ObjectType(), otModel);
+  EXPECT_TRUE(context->Locked());
+}
+
+TEST_F(FrameworkFactoriesTest, BusinessContextByItselfIsOneOfItsOwnAndRefusesNothing) {
+  const auto context = framework_.CreateBusinessContext();
+  EXPECT_NE(context, apartment_.State().BusinessContext);
+  EXPECT_TRUE(context->SupportsAdd() && context->SupportsRemove() && context->SupportsLoad());
+  EXPECT_FALSE(context->ServerLocked() || context->ClassLocked() || context->ActionLocked() || context->Locked());
+  EXPECT_EQ(context->CollectionType(), cltDefault);
+  EXPECT_EQ(context->ObjectType(), otDefault);
 }
 
 TEST_F(FrameworkFactoriesTest, MessageIsRecordedNowhere) {

@@ -88,6 +88,16 @@ TEST_F(MessagesLogTest, TypeFlagsLeaveOutTheWarningsOfTheDatabaseEngine) {
   EXPECT_EQ(log_.Lines[0].Text, messages_.Item("15123")->Details());
 }
 
+TEST_F(MessagesLogTest, TypeFlagsOfTheLibraryLeaveOutTheDaoWarningsBesideAMessage) {
+  messages_.SetupLogging({.LogTypeFlags = tfVelmoria});
+  apartment_.State().DaoErrors = {{.Number = 3146, .Description = "ODBC call failed"}, {.Number = 15032}};
+  Record(15032, svfError);
+  ASSERT_TRUE(messages_.Item("3146"));
+  EXPECT_EQ(messages_.Item("3146")->TypeFlags(), tfDAO);
+  ASSERT_EQ(log_.Lines.size(), 1U);
+  EXPECT_EQ(log_.Lines[0].Text, messages_.Item("15032")->Details());
+}
+
 TEST_F(MessagesLogTest, CatalogueMessageCountsAsVelmoriaWithoutTheFlag) {
   messages_.SetupLogging({.LogTypeFlags = tfRDO});
   Record(15065, svfError, tfUnknown);
