@@ -62,10 +62,9 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   Iterator begin() const;
   Iterator end() const;
 
-  /// The item's definition joins that of the collection, and the item gets the collection's style and parents. Raises
-  /// 15082 when adding is not supported, 15100 to 15109 for a parent that the item already has, 15014 when both
-  /// positions are given (the definition has taken the item by then, and keeps it), 15000 for a name in use and for a
-  /// position that is not there.
+  /// The item's definition joins that of the collection, the item gets its style and parents. Raises 15082 when adding
+  /// is not supported, 15100 to 15109 for a parent that the item already has, 15014 when both positions are given (the
+  /// definition has the item by then, and keeps it), 15000 for a name in use and a position that is not there.
   void Add(const PropertyPtr& item, const Position& position = {});
   /// Makes a member. Its engine is that of the Source; where there is none, the one given or else the collection's.
   /// Cancelled by a listener it gives none, and the definition stays behind; on a transient collection it then raises
@@ -100,9 +99,8 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   bool Dirty() const;
   /// Bound: the same as Dirty. Otherwise whether a member's value was changed.
   bool DirtyValues() const;
-  /// Whether every member's value is Empty; True without members.
+  /// Whether every member's value is Empty; True without members. And whether a member RequiresValue.
   bool EmptyValues() const;
-  /// Whether a member RequiresValue.
   bool RequiresValues() const;
   /// What the row's Action permits, or else the parent Action; without one, what any member permits.
   zEditFlags EditFlags() const;
@@ -116,8 +114,7 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   /// Writes the row: inserts, updates, or deletes what Delete flagged. Raises 15113 on a deleted row, 15116 when there
   /// is nothing to find the row by, and what the database refuses.
   void Update();
-  /// Flags for deletion; the next Update deletes. Nothing happens when flagged already. Raises 15117 when there is no
-  /// row behind the collection.
+  /// Flags for deletion; the next Update deletes. Nothing happens when flagged already. 15117 when not persistent.
   void Delete();
   /// Cancels a deletion not yet written and takes old values back; raises 15113 on a deleted row.
   void Undo();
