@@ -4,15 +4,10 @@
 
 #include "tests/support/sample_design.h"
 #include "tests/support/scoped_apartment.h"
+#include "tests/unit/properties/every_parent.h"
 #include "velmoria/brokering/key_format_data.h"
-#include "velmoria/design/action_data.h"
 #include "velmoria/design/class_data.h"
-#include "velmoria/design/connector_data.h"
-#include "velmoria/design/database_data.h"
-#include "velmoria/design/link_data.h"
-#include "velmoria/design/relationship_data.h"
 #include "velmoria/design/server_data.h"
-#include "velmoria/design/source_data.h"
 #include "velmoria/velmoria.h"
 
 namespace velmoria::test {
@@ -20,23 +15,8 @@ namespace {
 
 class ParentsTest : public testing::Test {
  protected:
-  ParentsTest() {
-    const SampleDesign design;
-    const auto shop = Framework().Databases()->Item("Shop");
-    all_.Server = design.Sales->Data();
-    all_.Class = design.Order->Data();
-    all_.Action = design.Order->Actions()->Item("Get")->Data();
-    all_.Source = design.Order->Actions()->Item("Get")->Sources()->Item()->Data();
-    const auto lines = design.Order->Relationships()->SetupItem({.Name = "Lines"});
-    all_.Relationship = lines->Data();
-    all_.Link = lines->Links()->SetupItem({.Name = "Id"})->Data();
-    all_.Database = shop->Data();
-    all_.Connector = shop->Connectors()->Item(engODBC)->Data();
-    all_.KeyFormat = Framework().CreateKeyFormat({.Name = "Keys"})->Data();
-  }
-
   ScopedApartment apartment_;
-  Parents all_;
+  Parents all_ = EveryParent(SampleDesign());
 };
 
 TEST_F(ParentsTest, TakesWhatIsGivenIntoFreeSlots) {
@@ -49,29 +29,13 @@ TEST_F(ParentsTest, TakesWhatIsGivenIntoFreeSlots) {
 }
 
 TEST_F(ParentsTest, FirstFilledSlotInOrderIsTheConflict) {
-  struct Expected {
-    bool ParentSlots::* Slot;
-    zErrors Number;
-    const char* Name;
-  };
-  constexpr Expected kOrder[] = {{&ParentSlots::Server, errParent_Server, "Sales"},
-                                 {&ParentSlots::Class, errParent_Class, "Order"},
-                                 {&ParentSlots::Action, errParent_Action, "Get"},
-                                 {&ParentSlots::Source, errParent_Source, "Generic ODBC"},
-                                 {&ParentSlots::Relationship, errParent_Relationship, "Lines"},
-                                 {&ParentSlots::Link, errParent_Link, "Link: 'Id'"},
-                                 {&ParentSlots::Database, errParent_Database, "Shop"},
-                                 {&ParentSlots::Connector, errParent_Connector, "Generic ODBC"},
-                                 {&ParentSlots::KeyFormat, errParent_KeyFormat, "Keys"}};
   Parents parents = all_;
-  for (const auto& expected : kOrder) {
+  for (const auto& row : kParentConflicts) {
     const auto conflict = parents.Take(all_);
     ASSERT_TRUE(conflict);
-    EXPECT_EQ(conflict->Number, expected.Number);
-    EXPECT_EQ(conflict->Name, expected.Name);
-    ParentSlots slot;
-    slot.*expected.Slot = true;
-    parents.Clear(slot);
+    EXPECT_EQ(conflict->Number, row.Number);
+    EXPECT_EQ(conflict->Name, row.Name);
+    parents.Clear(SlotOf(row));
   }
   EXPECT_FALSE(parents.Take(all_));
 }

@@ -3,6 +3,7 @@
 #include "tests/support/expect_raised.h"
 #include "tests/support/sample_rows.h"
 #include "tests/support/scoped_apartment.h"
+#include "tests/unit/properties/every_parent.h"
 #include "velmoria/brokering/key_format_data.h"
 #include "velmoria/design/action_data.h"
 #include "velmoria/design/class_data.h"
@@ -17,23 +18,6 @@
 
 namespace velmoria::test {
 namespace {
-
-Parents EveryParent(const SampleDesign& design) {
-  const auto shop = Framework().Databases()->Item("Shop");
-  const auto action = design.Order->Actions()->Item("Get");
-  const auto lines = design.Order->Relationships()->SetupItem({.Name = "Lines"});
-  Parents all;
-  all.Server = design.Sales->Data();
-  all.Class = design.Order->Data();
-  all.Action = action->Data();
-  all.Source = action->Sources()->Item()->Data();
-  all.Relationship = lines->Data();
-  all.Link = lines->Links()->SetupItem({.Name = "Id"})->Data();
-  all.Database = shop->Data();
-  all.Connector = shop->Connectors()->Item(engODBC)->Data();
-  all.KeyFormat = Framework().CreateKeyFormat({.Name = "Keys"})->Data();
-  return all;
-}
 
 class PropertiesBindingTest : public testing::Test {
  protected:
@@ -227,31 +211,12 @@ TEST_F(PropertiesBindingTest, EditFlagsAreThoseOfTheActionBeforeThoseOfTheMember
 
 // SetParents and ClearParents
 
-struct ConflictRow {
-  bool ParentSlots::* Slot;
-  zErrors Number;
-  const char* Name;
-};
-
-constexpr ConflictRow kConflicts[] = {
-    {&ParentSlots::Server, errParent_Server, "'Sales'"},
-    {&ParentSlots::Class, errParent_Class, "'Order'"},
-    {&ParentSlots::Action, errParent_Action, "'Get'"},
-    {&ParentSlots::Source, errParent_Source, "'Generic ODBC'"},
-    {&ParentSlots::Relationship, errParent_Relationship, "'Lines'"},
-    {&ParentSlots::Link, errParent_Link, "Link: 'Id'"},
-    {&ParentSlots::Database, errParent_Database, "'Shop'"},
-    {&ParentSlots::Connector, errParent_Connector, "'Generic ODBC'"},
-    {&ParentSlots::KeyFormat, errParent_KeyFormat, "'Keys'"},
-};
-
 TEST_F(PropertiesBindingTest, AParentIsGivenOnceAndTheFirstOneThatIsThereIsRefused) {
   const auto properties = Bound(psUser);
-  for (const auto& row : kConflicts) {
-    ExpectRaised(row.Number, [&] { properties->SetParents(psNone, all_); }, {.Text = row.Name, .Count = 1});
-    ParentSlots slot;
-    slot.*row.Slot = true;
-    properties->ClearParents(psNone, slot);
+  for (const auto& row : kParentConflicts) {
+    ExpectRaised(row.Number, [&] { properties->SetParents(psNone, all_); },
+                 {.Text = std::string("'") + row.Name + "'", .Count = 1});
+    properties->ClearParents(psNone, SlotOf(row));
   }
   properties->SetParents(psNone, all_);
   EXPECT_EQ(FilledSlots(properties, all_), "SCAORLDNK");

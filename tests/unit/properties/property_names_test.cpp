@@ -3,15 +3,10 @@
 #include "tests/support/expect_raised.h"
 #include "tests/support/sample_rows.h"
 #include "tests/support/scoped_apartment.h"
-#include "velmoria/brokering/key_format_data.h"
+#include "tests/unit/properties/every_parent.h"
 #include "velmoria/data/recordset_impl.h"
-#include "velmoria/design/action_data.h"
 #include "velmoria/design/class_data.h"
 #include "velmoria/design/connector_data.h"
-#include "velmoria/design/database_data.h"
-#include "velmoria/design/link_data.h"
-#include "velmoria/design/relationship_data.h"
-#include "velmoria/design/server_data.h"
 #include "velmoria/design/source_data.h"
 #include "velmoria/properties/parents_data.h"
 #include "velmoria/velmoria.h"
@@ -21,21 +16,6 @@ namespace {
 
 class PropertyNamesTest : public testing::Test {
  protected:
-  PropertyNamesTest() {
-    const auto& design = rows_.Design;
-    const auto get = design.Order->Actions()->Item("Get");
-    const auto shop = Framework().Databases()->Item("Shop");
-    const auto lines = design.Order->Relationships()->SetupItem({.Name = "Lines"});
-    all_.Server = design.Sales->Data();
-    all_.Class = design.Order->Data();
-    all_.Action = get->Data();
-    all_.Source = get->Sources()->Item()->Data();
-    all_.Relationship = lines->Data();
-    all_.Link = lines->Links()->SetupItem({.Name = "Id"})->Data();
-    all_.Database = shop->Data();
-    all_.Connector = shop->Connectors()->Item(engODBC)->Data();
-    all_.KeyFormat = Framework().CreateKeyFormat({.Name = "Keys"})->Data();
-  }
   static PropertyPtr New(const PropertyFields& fields = {.Name = "X"}) { return Framework().CreateProperty(fields); }
   PropertyPtr Child(const PropertyFields& fields = {.Name = "X"}) const {
     auto property = New(fields);
@@ -45,30 +25,15 @@ class PropertyNamesTest : public testing::Test {
 
   ScopedApartment apartment_;
   SampleRows rows_;
-  Parents all_;
+  Parents all_ = EveryParent(rows_.Design);
 };
 
 TEST_F(PropertyNamesTest, ParentThatIsThereIsRefusedInTheOrderOfTheParents) {
-  struct Expected {
-    bool ParentSlots::* Slot;
-    zErrors Number;
-    const char* Text;
-  };
-  constexpr Expected kOrder[] = {{&ParentSlots::Server, errParent_Server, "Server: 'Sales'"},
-                                 {&ParentSlots::Class, errParent_Class, "Class: 'Order'"},
-                                 {&ParentSlots::Action, errParent_Action, "Action: 'Get'"},
-                                 {&ParentSlots::Source, errParent_Source, "Source: 'Generic ODBC'"},
-                                 {&ParentSlots::Relationship, errParent_Relationship, "Relationship: 'Lines'"},
-                                 {&ParentSlots::Link, errParent_Link, "Link: 'Link: 'Id'"},
-                                 {&ParentSlots::Database, errParent_Database, "Database: 'Shop'"},
-                                 {&ParentSlots::Connector, errParent_Connector, "Connector: 'Generic ODBC'"},
-                                 {&ParentSlots::KeyFormat, errParent_KeyFormat, "KeyFomat: 'Keys'"}};
   const auto property = Child();
-  for (const auto& expected : kOrder) {
-    ExpectRaised(expected.Number, [&] { property->SetParents(psNone, all_); }, {.Text = expected.Text, .Count = 1});
-    ParentSlots slot;
-    slot.*expected.Slot = true;
-    property->ClearParents(psNone, slot);
+  for (const auto& row : kParentConflicts) {
+    ExpectRaised(row.Number, [&] { property->SetParents(psNone, all_); },
+                 {.Text = std::string("'") + row.Name + "'", .Count = 1});
+    property->ClearParents(psNone, SlotOf(row));
   }
   property->SetParents(psNone, all_);
   EXPECT_EQ(property->ServerName(), "Sales");
