@@ -1,6 +1,6 @@
 #include "velmoria/core/display.h"
 
-#include <span>
+#include <cstddef>
 #include <string_view>
 
 namespace velmoria {
@@ -136,16 +136,16 @@ constexpr Word<zStateFlags> kStateFlags[] = {
     {sfpersistent, "Persistent"}, {sfdirty, "Dirty"},
 };
 
-template <class E>
-std::string TextOf(std::span<const Word<E>> table, E value, std::string_view otherwise = {}) {
+template <class E, std::size_t Count>
+std::string TextOf(const Word<E> (&table)[Count], E value, std::string_view otherwise = {}) {
   for (const auto& word : table) {
     if (word.Value == value) return std::string(word.Text);
   }
   return std::string(otherwise);
 }
 
-template <class E>
-std::string Joined(std::span<const Word<E>> table, E flags, std::string_view none) {
+template <class E, std::size_t Count>
+std::string Joined(const Word<E> (&table)[Count], E flags, std::string_view none) {
   if (flags == E{}) return std::string(none);
   std::string text;
   for (const auto& word : table) {
@@ -158,51 +158,41 @@ std::string Joined(std::span<const Word<E>> table, E flags, std::string_view non
 
 }  // namespace
 
-std::string EngineName(zEngines engine) { return TextOf<zEngines>(kEngines, engine, "(Unknown)"); }
+std::string EngineName(zEngines engine) { return TextOf(kEngines, engine, "(Unknown)"); }
 
-std::string DataTypeName(zDataTypes dataType) { return TextOf<zDataTypes>(kDataTypes, dataType); }
+std::string DataTypeName(zDataTypes dataType) { return TextOf(kDataTypes, dataType); }
 
 std::string SourceDataTypeName(zSourceDataTypes sourceDataType, zEngines engine) {
-  if (engine == engAccess) return TextOf<zSourceDataTypes>(kDaoTypes, sourceDataType, "Variant");
-  return TextOf<zSourceDataTypes>(kRdoTypes, sourceDataType, "Variant");
+  if (engine == engAccess) return TextOf(kDaoTypes, sourceDataType, "Variant");
+  return TextOf(kRdoTypes, sourceDataType, "Variant");
 }
 
-std::string ConnectionTypeName(zConnectionTypes connectionType) {
-  return TextOf<zConnectionTypes>(kConnectionTypes, connectionType);
-}
+std::string ConnectionTypeName(zConnectionTypes connectionType) { return TextOf(kConnectionTypes, connectionType); }
 
-std::string CursorDriverName(zCursorDrivers cursorDriver) {
-  return TextOf<zCursorDrivers>(kCursorDrivers, cursorDriver);
-}
+std::string CursorDriverName(zCursorDrivers cursorDriver) { return TextOf(kCursorDrivers, cursorDriver); }
 
-std::string CursorTypeName(zCursorTypes cursorType) { return TextOf<zCursorTypes>(kCursorTypes, cursorType); }
+std::string CursorTypeName(zCursorTypes cursorType) { return TextOf(kCursorTypes, cursorType); }
 
-std::string SourceTypeName(zSourceTypes sourceType) { return TextOf<zSourceTypes>(kSourceTypes, sourceType); }
+std::string SourceTypeName(zSourceTypes sourceType) { return TextOf(kSourceTypes, sourceType); }
 
-std::string CollectionTypeName(zCollectionTypes collectionType) {
-  return TextOf<zCollectionTypes>(kCollectionTypes, collectionType);
-}
+std::string CollectionTypeName(zCollectionTypes collectionType) { return TextOf(kCollectionTypes, collectionType); }
 
-std::string ObjectTypeName(zObjectTypes objectType) { return TextOf<zObjectTypes>(kObjectTypes, objectType); }
+std::string ObjectTypeName(zObjectTypes objectType) { return TextOf(kObjectTypes, objectType); }
 
-std::string AssociationName(zAssociations association) { return TextOf<zAssociations>(kAssociations, association); }
+std::string AssociationName(zAssociations association) { return TextOf(kAssociations, association); }
 
-std::string AccessMethodName(std::int32_t accessMethod) {
-  return TextOf<std::int32_t>(kAccessMethods, accessMethod, "(None)");
-}
+std::string AccessMethodName(std::int32_t accessMethod) { return TextOf(kAccessMethods, accessMethod, "(None)"); }
 
-std::string FlagsDisplay(zPropertyFlags flags) { return Joined<zPropertyFlags>(kPropertyFlags, flags, "(None)"); }
+std::string FlagsDisplay(zPropertyFlags flags) { return Joined(kPropertyFlags, flags, "(None)"); }
 
-std::string UsageFlagsDisplay(zUsageFlags flags) { return Joined<zUsageFlags>(kUsageFlags, flags, "(None)"); }
+std::string UsageFlagsDisplay(zUsageFlags flags) { return Joined(kUsageFlags, flags, "(None)"); }
 
-std::string EditFlagsDisplay(zEditFlags flags) { return Joined<zEditFlags>(kEditFlags, flags, "(None)"); }
+std::string EditFlagsDisplay(zEditFlags flags) { return Joined(kEditFlags, flags, "(None)"); }
 
-std::string SeverityFlagsDisplay(zSeverityFlags flags) {
-  return Joined<zSeverityFlags>(kSeverityFlags, flags, "(None)");
-}
+std::string SeverityFlagsDisplay(zSeverityFlags flags) { return Joined(kSeverityFlags, flags, "(None)"); }
 
-std::string TypeFlagsDisplay(zTypeFlags flags) { return Joined<zTypeFlags>(kTypeFlags, flags, "(Unknown)"); }
+std::string TypeFlagsDisplay(zTypeFlags flags) { return Joined(kTypeFlags, flags, "(Unknown)"); }
 
-std::string StateFlagsDisplay(zStateFlags flags) { return Joined<zStateFlags>(kStateFlags, flags, ""); }
+std::string StateFlagsDisplay(zStateFlags flags) { return Joined(kStateFlags, flags, ""); }
 
 }  // namespace velmoria
