@@ -1,5 +1,7 @@
 #include "velmoria/core/framework.h"
 
+#include <utility>
+
 #include "velmoria/brokering/business_context.h"
 #include "velmoria/brokering/ibusiness_objects.h"
 #include "velmoria/brokering/identifier.h"
@@ -16,6 +18,18 @@
 #include "velmoria/properties/properties.h"
 
 namespace velmoria {
+
+namespace {
+
+// The default context keeps the server's name for the next call, and the arguments go on without it.
+template <class Arguments>
+BusinessContextPtr ContextFor(Arguments& arguments) {
+  const auto context = Present(Apartment().BusinessContext);
+  context->SetServerName(std::exchange(arguments.ServerName, {}));
+  return context;
+}
+
+}  // namespace
 
 std::string Framework::Version() const { return std::string(ProductVersion); }
 
@@ -44,19 +58,13 @@ Variant Framework::SupportedEngines() const try { return SupportedEnginesList();
 }
 
 IBusinessObjectPtr Framework::GetBusinessObject(const GetBusinessObjectArguments& arguments) const try {
-  const auto context = Present(Apartment().BusinessContext);
-  context->SetServerName(arguments.ServerName);
   auto forwarded = arguments;
-  forwarded.ServerName.clear();
-  return context->GetBusinessObject(forwarded);
+  return ContextFor(forwarded)->GetBusinessObject(forwarded);
 } catch (...) { Failed("GetBusinessObject"); }
 
 IBusinessObjectsPtr Framework::GetBusinessObjects(const GetBusinessObjectsArguments& arguments) const try {
-  const auto context = Present(Apartment().BusinessContext);
-  context->SetServerName(arguments.ServerName);
   auto forwarded = arguments;
-  forwarded.ServerName.clear();
-  return context->GetBusinessObjects(forwarded);
+  return ContextFor(forwarded)->GetBusinessObjects(forwarded);
 } catch (...) { Failed("GetBusinessObjects"); }
 
 ConnectionPtr Framework::SetupConnection(const SetupConnectionArguments& arguments) const try {

@@ -16,7 +16,7 @@ namespace {
 
 ServersPtr RegisteredServers() { return Present(Apartment().Servers); }
 
-// The class of the named server, or of the first server that has it; none on a miss.
+// The class of the named server, or without a name of the first server that has it; none on a miss.
 ClassPtr FindClass(const std::string& className, const std::string& serverName, std::string_view routine) {
   const auto servers = RegisteredServers();
   if (serverName.empty()) return FirstClassNamed(className, *servers, routine);
@@ -40,7 +40,7 @@ IdentifierPtr Framework::CreateIdentifier(const std::string& className, const st
   if (!serverName.empty()) {
     return RegisteredServers()->Item(serverName)->Classes()->Item(className)->CreateIdentifier();
   }
-  const auto found = FindClass(className, {}, "Framework.CreateIdentifier");
+  const auto found = FirstClassNamed(className, *RegisteredServers(), "Framework.CreateIdentifier");
   if (!found) Raise(errItem_Class, "CreateIdentifier", {Quoted(className)}, NoClassText);
   return found->CreateIdentifier();
 } catch (...) { Failed("CreateIdentifier"); }
