@@ -18,7 +18,6 @@
 #include "velmoria/properties/properties_data.h"
 #include "velmoria/properties/property.h"
 #include "velmoria/properties/property_data.h"
-#include "velmoria/runtime/error.h"
 
 namespace velmoria {
 
@@ -47,11 +46,9 @@ ConnectionPtr Action::Connection() try {
 } catch (...) { Failed("Connection (Get)"); }
 
 ConnectionPtr Action::FindOrSetupConnection() const {
-  const auto context = Apartment().ConnectionContext;
-  if (!context) Fail(RuntimeFailure::ObjectNotSet);
+  const auto context = Present(Apartment().ConnectionContext);
   if (auto found = context->FindConnection(DatabaseName(), ConnectionsName())) return found;
-  const auto database = Data()->Database();
-  if (!database) Fail(RuntimeFailure::ObjectNotSet);
+  const auto database = Present(Data()->Database());
   if (!database->AutoConnect()) Raise(errNotSupported_AutoConnect, "Connection (Get)", {database->Name()});
   return context->SetupConnection(
       {.ConnectionsName = ConnectionsName(), .Connector = database->Connectors()->Item(engUnknown)});

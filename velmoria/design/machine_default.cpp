@@ -2,19 +2,15 @@
 #include "velmoria/core/profile.h"
 #include "velmoria/design/machine_default_impl.h"
 #include "velmoria/properties/attribute.h"
-#include "velmoria/runtime/error.h"
 #include "velmoria/runtime/text.h"
 
 namespace velmoria {
 
 Variant MachineDefault(std::string_view name, zEngines engine, const Variant& standard, zDataTypes type) {
-  const auto profile = Apartment().Profile;
-  if (!profile) Fail(RuntimeFailure::ObjectNotSet);
+  const auto profile = Present(Apartment().Profile);
   std::string index = "Default ";
   index.append(name).append(" for Engine ").append(NumberText(static_cast<std::int32_t>(engine)));
-  const auto setting = profile->Item({.Index = index, .DefaultValue = standard, .DefaultDataType = type});
-  if (!setting) Fail(RuntimeFailure::ObjectNotSet);
-  return setting->Value();
+  return Present(profile->Item({.Index = index, .DefaultValue = standard, .DefaultDataType = type}))->Value();
 }
 
 }  // namespace velmoria
