@@ -1,5 +1,6 @@
 #pragma once
 
+#include "velmoria/core/details_text_impl.h"
 #include "velmoria/core/index_text_impl.h"
 #include "velmoria/core/insert_at_impl.h"
 #include "velmoria/core/now.h"
@@ -85,10 +86,7 @@ bool DesignCollectionData<Kind>::Dirty() const {
 
 template <class Kind>
 std::string DesignCollectionData<Kind>::Details() const {
-  std::string text(Kind::Counted.Data);
-  text += NumberText(static_cast<long long>(members_.Count()));
-  for (const auto& member : members_) text.append("\r\n    ").append(member->Details());
-  return text;
+  return DetailsOf(std::string(Kind::Counted.Data) + NumberText(static_cast<long long>(Count())), members_);
 }
 
 template <class Kind>

@@ -3,6 +3,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "velmoria/core/details_text_impl.h"
 #include "velmoria/core/index_text_impl.h"
 #include "velmoria/core/insert_at_impl.h"
 #include "velmoria/design/design_collection.h"
@@ -131,11 +132,10 @@ void DesignCollection<Kind>::RefuseLocked(std::string_view routine) const {
 template <class Kind>
 std::string DesignCollection<Kind>::Details() const {
   const auto& members = Members();
-  std::string text(data_ ? Kind::Counted.Bound : Kind::Counted.Transient);
-  text += NumberText(static_cast<long long>(members.Count()));
-  if (data_ && !parents_->IsEmpty()) text += ParentClause();
-  for (const auto& member : members) text.append("\r\n    ").append(member->Details());
-  return text;
+  std::string heading(data_ ? Kind::Counted.Bound : Kind::Counted.Transient);
+  heading += NumberText(static_cast<long long>(members.Count()));
+  if (data_ && !parents_->IsEmpty()) heading += ParentClause();
+  return DetailsOf(std::move(heading), members);
 }
 
 // A report builds nothing: the list would stand still from then on.
