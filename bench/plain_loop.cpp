@@ -8,6 +8,8 @@
 #include <sql.h>
 #include <sqlext.h>
 
+#include "table.h"
+
 namespace {
 
 constexpr SQLULEN BlockRows = 1024;
@@ -96,11 +98,11 @@ void FetchPlainly(const std::string& connectString, const char* text, int expect
   if (rows != static_cast<SQLULEN>(expectedRows)) Check(SQL_ERROR, "counting the rows");
 }
 
-void FetchByKeyPlainly(const std::string& connectString, const std::string& text, int requests) {
+void FetchByKeyPlainly(const std::string& connectString, const std::string& text, int requests, int rows) {
   const Connected connected(connectString);
   Block row(1);
   for (int request = 0; request < requests; ++request) {
-    const int key = 1 + request * 37 % 1000000;
+    const int key = KeyOf(request, rows);
     std::string statementText = text + std::to_string(key);
     SQLHSTMT statement = connected.Statement();
     row.Bind(statement);

@@ -7,4 +7,4 @@
 void FetchPlainly(const std::string& connectString, const char* text, int expectedRows);
 
 /// The yardstick of single rows: one connection; per request the text with a key behind it, one fetch, one value read.
-void FetchByKeyPlainly(const std::string& connectString, const std::string& text, int requests);
+void FetchByKeyPlainly(const std::string& connectString, const std::string& text, int requests, int rows);

@@ -76,11 +76,13 @@ void BenchByKey(const std::string& connectString) {
   std::vector<double> plain, objects;
   Framework framework;
   for (int round = 0; round < 3; ++round) {
-    plain.push_back(Seconds([&] { FetchByKeyPlainly(connectString, "SELECT * FROM rows WHERE Id = ", Requests); }));
+    plain.push_back(
+        Seconds([&] { FetchByKeyPlainly(connectString, "SELECT * FROM rows WHERE Id = ", Requests, Rows); }));
     objects.push_back(Seconds([&] {
       for (int request = 0; request < Requests; ++request) {
-        const auto row = framework.GetBusinessObject({.ClassName = "Row", .KeyValue1 = 1 + request * 37 % Rows});
-        if (row->FindProperty("Id")->Value() != Variant(1 + request * 37 % Rows)) std::abort();
+        const int key = KeyOf(request, Rows);
+        const auto row = framework.GetBusinessObject({.ClassName = "Row", .KeyValue1 = key});
+        if (row->FindProperty("Id")->Value() != Variant(key)) std::abort();
       }
     }));
   }
