@@ -6,7 +6,7 @@ using namespace velmoria;
 
 namespace {
 
-/// An operation on a table, and the same rows for every engine that the database may run on.
+/// An operation on a table.
 void AddTableAction(const ClassPtr& described, const ActionFields& fields, const std::string& table) {
   const ActionPtr action = described->Actions()->SetupItem(fields);
   action->Sources()->SetupItem({.Engine = engODBC, .SourceType = stTable, .SourceText = table});
