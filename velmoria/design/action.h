@@ -19,27 +19,37 @@ class VELMORIA_API Action final : public DesignObject<ActionKind> {
   Action();
   ~Action() override;
 
+  /// That of a registered Database.
   std::string DatabaseName() const;
   void SetDatabaseName(std::string value);
   /// The group of connections; empty for the default group.
   std::string ConnectionsName() const;
   void SetConnectionsName(std::string value);
+  /// Whether it may give business objects or Properties, or be executed.
   zUsageFlags UsageFlags() const;
   void SetUsageFlags(zUsageFlags value);
   std::string UsageFlagsDisplay() const;
+  /// How what it reads may be changed.
   zEditFlags EditFlags() const;
   void SetEditFlags(zEditFlags value);
   std::string EditFlagsDisplay() const;
+
+  // How a collection makes its business objects, and of whose class they are, when neither the call nor its context
+  // says so.
+
   zCollectionTypes CollectionType() const;
   void SetCollectionType(zCollectionTypes value);
   zObjectTypes ObjectType() const;
   void SetObjectType(zObjectTypes value);
+
   /// How many rows are read at a time; 0 for all. A negative number, which would read from the end, is refused by
   /// the read with 15130.
   std::int32_t ObjectBuffer() const;
   void SetObjectBuffer(std::int32_t value);
+  /// The name of a collection of its business objects when the call gives none.
   std::string BusinessObjectsName() const;
   void SetBusinessObjectsName(std::string value);
+  /// Kept for the host: the library does not read it.
   std::string PropertiesName() const;
   void SetPropertiesName(std::string value);
 

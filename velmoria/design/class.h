@@ -16,6 +16,7 @@ class VELMORIA_API Class final : public DesignObject<ClassKind> {
   Class();
   ~Class() override;
 
+  /// The host's class and the host's collection, each by the last part of its component name; empty for none.
   std::string ActiveXClass() const;
   void SetActiveXClass(std::string value);
   std::string ActiveXCollection() const;
@@ -23,8 +24,10 @@ class VELMORIA_API Class final : public DesignObject<ClassKind> {
   /// The Action that fetches one business object when none is named.
   std::string SingleActionName() const;
   void SetSingleActionName(std::string value);
+  /// The Action for new business objects.
   std::string NewActionName() const;
   void SetNewActionName(std::string value);
+  /// The Action for everything else when none is named.
   std::string DefaultActionName() const;
   void SetDefaultActionName(std::string value);
 

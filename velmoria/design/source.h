@@ -23,10 +23,13 @@ class VELMORIA_API Source final : public DesignObject<SourceKind> {
   /// An SQL statement, or the name of a table, procedure, query or view.
   std::string SourceText() const;
   void SetSourceText(std::string value);
+  // Kept for the host: the library does not read the sizes.
+
   std::int32_t KeysetSize() const;
   void SetKeysetSize(std::int32_t value);
   std::int32_t RowsetSize() const;
   void SetRowsetSize(std::int32_t value);
+
   /// The engine decides whether these are the DAO or the RDO options.
   zOptionFlags OptionFlags() const;
   void SetOptionFlags(zOptionFlags value);
@@ -40,10 +43,19 @@ class VELMORIA_API Source final : public DesignObject<SourceKind> {
   zUsageFlags UsageFlags() const;
   std::string UsageFlagsDisplay() const;
 
+  // The statements that brokering sends, with the values as literals. Those that change rows need a table or a view:
+  // they raise 15170 for an SQL text, 15171 for a procedure, 15172 for a query definition, and are empty for stNone.
+
+  /// All columns of the rows that the parameters select; for an SQL text or a procedure what SQLExecute gives. Raises
+  /// 15172 for a query definition.
   std::string SQLSelect(const PropertiesPtr& parameters = {});
+  /// `returnsIdentity` tells whether the statement also asks for the counter that the database gives.
   std::string SQLInsert(const PropertiesPtr& properties, bool& returnsIdentity, const PropertiesPtr& parameters = {});
+  /// Sets these properties in the rows that the parameters select.
   std::string SQLUpdate(const PropertiesPtr& properties, const PropertiesPtr& parameters);
   std::string SQLDelete(const PropertiesPtr& properties, const PropertiesPtr& parameters);
+  /// An SQL text as it stands, or the call of a procedure; with ofRDOPassthru the values take the place of the markers.
+  /// Without parameters those of this Source count. Raises 15172 for a query definition and 15173 for any other type.
   std::string SQLExecute(const PropertiesPtr& parameters = {});
 
   // Inside the library.
