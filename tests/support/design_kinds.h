@@ -162,7 +162,7 @@ inline std::string EngineTexts(const Variant& engines) {
   return text;
 }
 
-/// A face over a new definition that was set up with these fields, outside any collection.
+/// A facade over a new definition that was set up with these fields, outside any collection.
 template <class Kind>
 Ref<typename Kind::Facade> MakeDesign(const typename Kind::Fields& fields) {
   auto data = Make<typename Kind::Data>();

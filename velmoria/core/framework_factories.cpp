@@ -40,7 +40,7 @@ namespace velmoria {
 
 namespace {
 
-// A face without parents over new data of these fields.
+// A facade without parents over a new definition of these fields.
 template <class Facade, class Data, class Fields>
 Ref<Facade> MakeOver(const Fields& fields) {
   auto data = Make<Data>();

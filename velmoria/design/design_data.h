@@ -34,7 +34,7 @@ Ref<T> CopyOf(const Ref<T>& child) {
   return child ? child->Copy(true) : Ref<T>();
 }
 
-/// The definition behind the faces of one design object: it owns the fields and the children's definitions.
+/// The definition behind the facades of one design object: it owns the fields and the children's definitions.
 template <class Kind>
 class DesignData : public Object, public Reporting {
  public:

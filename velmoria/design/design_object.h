@@ -16,9 +16,9 @@ namespace velmoria {
 class ParentChange;
 struct ParentSlots;
 
-/// What all design objects have in common. An object of this face holds no values: they are kept by a definition behind
-/// it, and several faces may stand on one definition, so what is set through one is seen through all. A face that was
-/// made on its own makes its definition when it is first asked for something.
+/// What all design objects have in common. The object that a host holds is a facade without values: they are kept by a
+/// definition behind it, and several facades may stand on one definition, so what is set through one is seen through
+/// all. A facade that was made on its own makes its definition when it is first asked for something.
 template <class Kind>
 class VELMORIA_API DesignObject : public Object, public Reporting {
  public:

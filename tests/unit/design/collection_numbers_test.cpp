@@ -110,7 +110,7 @@ TYPED_TEST(CollectionNumbers, RemoveOfAnUnknownKeyShowsTheErrorOfItem) {
   EXPECT_EQ(this->apartment_.Messages().Count(), 2);
 }
 
-TYPED_TEST(CollectionNumbers, RemoveOfWhatAnotherFaceRemovedRaisesTheKindsNumber) {
+TYPED_TEST(CollectionNumbers, RemoveOfWhatAnotherFacadeRemovedRaisesTheKindsNumber) {
   const auto collection = this->Filled();
   collection->Data()->Remove(TypeParam::KeyText(1));
   ExpectRaised(TypeParam::Raises.Removing, [&] { collection->Remove(TypeParam::Index(1)); },

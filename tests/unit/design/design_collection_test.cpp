@@ -197,15 +197,15 @@ TYPED_TEST(EveryDesignCollection, TheDefinitionsCopyKeepsOrderAndKeys) {
   EXPECT_NE(copy->At(2), collection->Data()->At(2));
 }
 
-TYPED_TEST(EveryDesignCollection, SeveralFacesShareOneDefinition) {
-  const auto face = this->Free(1);
+TYPED_TEST(EveryDesignCollection, SeveralFacadesShareOneDefinition) {
+  const auto facade = this->Free(1);
   const auto other = Make<typename TypeParam::Kind::Facade>();
-  other->Bind(face->Data(), Parents());
+  other->Bind(facade->Data(), Parents());
   other->SetDescription("seen");
-  EXPECT_EQ(face->Description(), "seen");
+  EXPECT_EQ(facade->Description(), "seen");
 }
 
-TYPED_TEST(EveryDesignCollection, AFaceOnItsOwnMakesAnEmptyDefinition) {
+TYPED_TEST(EveryDesignCollection, AFacadeOnItsOwnMakesAnEmptyDefinition) {
   const auto alone = Make<typename TypeParam::Kind::Facade>();
   EXPECT_EQ(alone->Description(), "");
   EXPECT_FALSE(alone->Dirty());

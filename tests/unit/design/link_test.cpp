@@ -101,7 +101,7 @@ TEST_F(LinkTest, EndsAreKept) {
   EXPECT_NE(link->Property(), link->Parameter());
 }
 
-TEST_F(LinkTest, FacesOverOneDefinitionShareTheEnds) {
+TEST_F(LinkTest, FacadesOverOneDefinitionShareTheEnds) {
   const auto link = AddLink();
   const auto other = Make<Link>();
   other->Bind(link->Data(), Parents());

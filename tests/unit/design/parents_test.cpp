@@ -152,10 +152,10 @@ TEST_F(ParentsTest, ARemovedObjectKeepsItsChildrenWhenWhatItCameFromIsGone) {
   const ClassDataPtr definition = class_->Data();
   server_ = nullptr;
   class_ = nullptr;
-  const auto face = Make<Class>();
-  face->Bind(definition, Parents());
-  EXPECT_EQ(face->Actions()->Item("Get")->Sources()->Item(engODBC)->Engine(), engODBC);
-  EXPECT_EQ(face->Relationships()->Item("Lines")->Links()->Item("Id")->Name(), "Id");
+  const auto facade = Make<Class>();
+  facade->Bind(definition, Parents());
+  EXPECT_EQ(facade->Actions()->Item("Get")->Sources()->Item(engODBC)->Engine(), engODBC);
+  EXPECT_EQ(facade->Relationships()->Item("Lines")->Links()->Item("Id")->Name(), "Id");
 }
 
 TEST_F(ParentsTest, ARemovedObjectIsAddedElsewhereAndItsChildrenFollow) {
@@ -166,7 +166,7 @@ TEST_F(ParentsTest, ARemovedObjectIsAddedElsewhereAndItsChildrenFollow) {
   EXPECT_EQ(link_->ServerName(), "Stock");
 }
 
-TEST_F(ParentsTest, ChildrenOutliveTheFacesAboveThem) {
+TEST_F(ParentsTest, ChildrenOutliveTheFacadesAboveThem) {
   server_ = nullptr;
   class_ = nullptr;
   EXPECT_EQ(action_->ServerName(), "Sales");

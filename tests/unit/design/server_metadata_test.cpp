@@ -93,7 +93,7 @@ TEST_F(ServerMetaDataTest, ClearingDropsWhatIsKept) {
   EXPECT_EQ(Names(all_->SchemaCache()) + Names(lines_->SchemaCache()), "nonenone");
 }
 
-TEST_F(ServerMetaDataTest, TheSchemaBelongsToTheFaceReachedThroughThisServer) {
+TEST_F(ServerMetaDataTest, TheSchemaBelongsToTheFacadeReachedThroughThisServer) {
   server_->ActionMetaDataLoad();
   const auto other = Make<Server>();
   other->Bind(server_->Data(), Parents());
