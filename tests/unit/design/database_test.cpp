@@ -5,7 +5,6 @@
 #include "tests/support/design_kinds.h"
 #include "tests/support/expect_raised.h"
 #include "tests/support/scoped_apartment.h"
-#include "tests/support/temporary_folder.h"
 
 namespace velmoria::test {
 namespace {
@@ -15,11 +14,6 @@ class DatabaseTest : public testing::Test {
   ScopedApartment apartment_;
   DatabasesPtr databases_ = Apartment().Databases;
 };
-
-TEST_F(DatabaseTest, WithoutNameThereIsNotEnoughInformation) {
-  ExpectRaised(zErrors{15080}, [&] { databases_->SetupItem({.Name = ""}); },
-               {.Text = "Name: ''  Filename: ''", .Count = 1});
-}
 
 TEST_F(DatabaseTest, SetupItemStoresEveryField) {
   const auto database = databases_->SetupItem({.Name = "Shop",
@@ -51,57 +45,11 @@ TEST_F(DatabaseTest, SettersStore) {
   EXPECT_TRUE(database->AutoConnect());
 }
 
-TEST_F(DatabaseTest, AMissingFileWithoutANameIsReported) {
-  ExpectRaised(zErrors{15046}, [&] { databases_->SetupItem({.Name = "", .FileName = "/nowhere/shop.vdb"}); },
-               {.Text = "Database: ''  Filename: '/nowhere/shop.vdb'", .Count = 1});
-  EXPECT_EQ(databases_->Count(), 0);
-}
-
-TEST_F(DatabaseTest, AnExistingFileWithoutANameIsNotReadAndChangesNothing) {
-  const TemporaryFolder folder;
-  const auto path = folder.Path("shop.vdb");
-  WriteText(path, "kept");
-  ExpectRaised(zErrors{15042}, [&] { databases_->SetupItem({.Name = "", .FileName = path}); },
-               {.Text = "Database: ''  FileName: '" + path + "'", .Count = 1});
-  EXPECT_EQ(databases_->Count(), 0);
-  EXPECT_EQ(ReadText(path), "kept");
-}
-
-TEST_F(DatabaseTest, AFileThatIsThereDecidesWhenItWasModified) {
-  const TemporaryFolder folder;
-  WriteText(folder.Path("shop.vdb"), "x");
-  SetFileTime(folder.Path("shop.vdb"), Date::From(1997, 5, 4));
-  const auto database = databases_->SetupItem({.Name = "Shop", .FileName = folder.Path("shop.vdb")});
-  EXPECT_EQ(database->DateModified(), Date::From(1997, 5, 4));
-}
-
-TEST_F(DatabaseTest, TheVersionIsThatOfDefinitionFiles) {
-  EXPECT_EQ(databases_->SetupItem({.Name = "Shop"})->Data()->Version(), "1.0-0e");
-}
-
 TEST_F(DatabaseTest, AnyEngineCanBeSetWithoutAConnector) {
   const auto database = Make<Database>();
   database->SetEngine(engRMS);
   EXPECT_TRUE(database->Dirty());
   ExpectRaised(zErrors{15068}, [&] { database->Connectors()->Item(); }, {.Text = "Engine: 7  Index: 0"});
-}
-
-TEST_F(DatabaseTest, TheCollectionOfTheFrameworkIsRegisteredAndOthersAreNot) {
-  EXPECT_TRUE(databases_->Registered());
-  EXPECT_FALSE(Make<Databases>()->Registered());
-}
-
-TEST_F(DatabaseTest, ANameSetDirectlyLeavesTheOldKey) {
-  const auto database = databases_->SetupItem({.Name = "Shop"});
-  database->SetName("Store");
-  EXPECT_EQ(databases_->Item("Shop"), database);
-  ExpectRaised(zErrors{15069}, [&] { databases_->Item("Store"); });
-}
-
-TEST_F(DatabaseTest, WithoutAFileItIsModifiedNow) {
-  const auto database = databases_->SetupItem({.Name = "Shop"});
-  apartment_.Clock().Advance(3600);
-  EXPECT_EQ(database->DateModified(), apartment_.Clock().Time);
 }
 
 TEST_F(DatabaseTest, EveryEngineButAccessIsReadOverRdo) {
@@ -131,13 +79,6 @@ TEST_F(DatabaseTest, RecursiveCopyTakesConnectorsAndUserProperties) {
   EXPECT_EQ(copy->UserProperties()->Count(), 1);
   EXPECT_EQ(copy->FileName(), "");
   EXPECT_EQ(database->Copy("", false)->Connectors()->Count(), 0);
-}
-
-TEST_F(DatabaseTest, ACopyNeedsANameFromSomewhereForTheFileIsNotCopied) {
-  const auto nameless = Make<Database>();
-  nameless->SetFileName("/shop.vdb");
-  ExpectRaised(zErrors{15080}, [&] { nameless->Copy(); }, {.Text = "Name: ''  Filename: ''", .Count = 1});
-  EXPECT_EQ(nameless->Copy("Shop")->Name(), "Shop");
 }
 
 TEST_F(DatabaseTest, ConnectorsAndUserPropertiesMakeItDirty) {

@@ -66,12 +66,6 @@ TEST_F(DesignObjectTest, AnIndexIsShownByItsType) {
   }
 }
 
-TEST_F(DesignObjectTest, AnUnknownSingleIsShownByItsTypeAndADoubleByItsNumber) {
-  const auto actions = Make<Class>()->Actions();
-  ExpectRaised(zErrors{15061}, [&] { actions->Item(2.5F); }, {.Text = "Index: (Single)"});
-  ExpectRaised(zErrors{15061}, [&] { actions->Item(2.5); }, {.Text = "Index: 2.5"});
-}
-
 TEST_F(DesignObjectTest, MembersAreFoundInAnyCaseAndByPosition) {
   const auto actions = Make<Class>()->Actions();
   const auto get = actions->SetupItem({.Name = "Get"});

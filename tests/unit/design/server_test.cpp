@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/design_kinds.h"
-#include "tests/support/expect_raised.h"
 #include "tests/support/scoped_apartment.h"
-#include "tests/support/temporary_folder.h"
 
 namespace velmoria::test {
 namespace {
@@ -15,12 +13,6 @@ class ServerTest : public testing::Test {
   ScopedApartment apartment_;
   ServersPtr servers_ = Apartment().Servers;
 };
-
-TEST_F(ServerTest, WithoutNameThereIsNotEnoughInformation) {
-  ExpectRaised(zErrors{15081}, [&] { servers_->SetupItem({.Name = ""}); },
-               {.Text = "Name: ''  Filename: ''", .Count = 1});
-  EXPECT_EQ(servers_->Count(), 0);
-}
 
 TEST_F(ServerTest, SetupItemStoresEveryField) {
   const auto server = servers_->SetupItem({.Name = "Sales",
@@ -59,73 +51,6 @@ TEST_F(ServerTest, SettersStore) {
   EXPECT_FALSE(server->UseMetaData());
 }
 
-TEST_F(ServerTest, AMissingFileWithoutANameIsReportedAsADatabases) {
-  ExpectRaised(zErrors{15046}, [&] { servers_->SetupItem({.Name = "", .FileName = "/nowhere/sales.vsd"}); },
-               {.Text = "Database: ''  Filename: '/nowhere/sales.vsd'", .Count = 1});
-  EXPECT_EQ(servers_->Count(), 0);
-}
-
-TEST_F(ServerTest, AnExistingFileWithoutANameIsNotReadAndChangesNothing) {
-  const TemporaryFolder folder;
-  const auto path = folder.Path("sales.vsd");
-  WriteText(path, "kept");
-  ExpectRaised(zErrors{15043}, [&] { servers_->SetupItem({.Name = "", .FileName = path}); },
-               {.Text = "Server: ''  FileName: '" + path + "'", .Count = 1});
-  EXPECT_EQ(servers_->Count(), 0);
-  EXPECT_EQ(ReadText(path), "kept");
-}
-
-TEST_F(ServerTest, ANameMakesANewFileEvenWhereOneIs) {
-  const TemporaryFolder folder;
-  const auto path = folder.Path("sales.vsd");
-  WriteText(path, "kept");
-  SetFileTime(path, Date::From(1997, 5, 4));
-  const auto server = servers_->SetupItem({.Name = "Sales", .FileName = path});
-  EXPECT_TRUE(server->Dirty());
-  EXPECT_EQ(server->DateModified(), Date::From(1997, 5, 4));
-  EXPECT_EQ(ReadText(path), "kept");
-}
-
-TEST_F(ServerTest, AFileNameGivenLaterDecidesWhenItWasModified) {
-  const TemporaryFolder folder;
-  WriteText(folder.Path("sales.vsd"), "x");
-  SetFileTime(folder.Path("sales.vsd"), Date::From(1997, 5, 4));
-  const auto server = Make<Server>();
-  EXPECT_EQ(server->DateModified(), apartment_.Clock().Time);
-  server->SetFileName(folder.Path("sales.vsd"));
-  EXPECT_EQ(server->DateModified(), Date::From(1997, 5, 4));
-}
-
-TEST_F(ServerTest, TheVersionIsThatOfDefinitionFiles) {
-  EXPECT_EQ(servers_->SetupItem({.Name = "Sales"})->Data()->Version(), "1.0-0e");
-}
-
-TEST_F(ServerTest, TheCollectionOfTheFrameworkIsRegisteredAndOthersAreNot) {
-  EXPECT_TRUE(servers_->Registered());
-  EXPECT_FALSE(Make<Servers>()->Registered());
-}
-
-TEST_F(ServerTest, ANameSetDirectlyLeavesTheOldKey) {
-  const auto server = servers_->SetupItem({.Name = "Sales"});
-  server->SetName("Trade");
-  EXPECT_EQ(server->Name(), "Trade");
-  EXPECT_EQ(servers_->Item("Sales"), server);
-  ExpectRaised(zErrors{15074}, [&] { servers_->Item("Trade"); }, {.Text = "Index: 'Trade'"});
-}
-
-TEST_F(ServerTest, AServerWithANameSetDirectlyCanBeRemovedByItsKey) {
-  servers_->SetupItem({.Name = "Sales"})->SetName("Trade");
-  servers_->Remove("Sales");
-  EXPECT_EQ(servers_->Count(), 0);
-}
-
-TEST_F(ServerTest, WithoutAFileItIsModifiedNow) {
-  const auto server = servers_->SetupItem({.Name = "Sales"});
-  apartment_.Clock().Advance(3600);
-  EXPECT_EQ(server->DateModified(), apartment_.Clock().Time);
-  EXPECT_NE(server->DateModified(), server->DateCreated());
-}
-
 TEST_F(ServerTest, UserPropertiesMakeItDirtyOnlyWhileThereAreNoClasses) {
   const auto server = Make<Server>();
   server->UserProperties()->SetupItem({.Name = "Note"});
@@ -151,13 +76,6 @@ TEST_F(ServerTest, ACopyHasAFileOfItsOwnWithoutPlace) {
   EXPECT_TRUE(copy->LoadOnStartup());
   EXPECT_EQ(copy->Details(), "Server: 'Trade'  ActiveXComponent: ''  FileName: ''");
   EXPECT_EQ(server->FileName(), "/sales.vsd");
-}
-
-TEST_F(ServerTest, ACopyNeedsANameFromSomewhereForTheFileIsNotCopied) {
-  const auto nameless = Make<Server>();
-  nameless->SetFileName("/sales.vsd");
-  ExpectRaised(zErrors{15081}, [&] { nameless->Copy(); }, {.Text = "Name: ''  Filename: ''", .Count = 1});
-  EXPECT_EQ(nameless->Copy("Sales")->Name(), "Sales");
 }
 
 TEST_F(ServerTest, LoadingAllDetailMakesTheClassesAndSoHidesUserProperties) {
