@@ -46,7 +46,7 @@ std::string Properties::WhereClause(zSourceTypes sourceType, const PropertiesPtr
     PropertyPtr answer = property;
     if (values) {
       const Suspension quiet{"Properties.WhereClause"};
-      if (auto found = values->FindRaising({.Parameter = property})) answer = found;
+      if (auto found = values->FindOrAsk({.Parameter = property})) answer = found;
     }
     sql::AppendName(text, *property, sourceType);
     text += ' ';

@@ -64,7 +64,7 @@ PropertiesPtr Class::IdentifyingProperties(const PropertiesPtr& given) const {
   auto shared = Make<velmoria::Properties>();
   for (const auto& definition : *Data()->PropertiesData()) {
     const auto found =
-        given->FindRaising({definition->Name(), definition->SourceName(), definition->SourceKey(), PropertyPtr()});
+        given->FindOrAsk({definition->Name(), definition->SourceName(), definition->SourceKey(), PropertyPtr()});
     if (!found) Raise(errIdentifier_Property, "CreateIdentifier", {definition->Details(), Name()});
     found->Data()->SetFlags(found->Flags() | definition->Flags());
     shared->AddShared(found);

@@ -161,7 +161,7 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   /// A member, or none: no event and no error.
   PropertyPtr Find(const PropertyKey& key) const;
   /// A member, or what a listener of ItemNotFound supplies, or none: no error.
-  PropertyPtr FindRaising(const PropertyKey& key);
+  PropertyPtr FindOrAsk(const PropertyKey& key);
   /// A member that lives elsewhere, too: it joins under its Name, without events, and its definition is left alone.
   void AddShared(const PropertyPtr& item);
   void LoadItems() const;

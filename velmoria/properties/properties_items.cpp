@@ -134,7 +134,7 @@ PropertyPtr Properties::Search(const PropertyKey& key, bool& missed) {
   return item;
 }
 
-PropertyPtr Properties::FindRaising(const PropertyKey& key) {
+PropertyPtr Properties::FindOrAsk(const PropertyKey& key) {
   bool missed = false;
   return Search(key, missed);
 }

@@ -62,7 +62,7 @@ const MatchOperator* FindMatchOperator(const std::string& text, const Variant& c
 
 void Carry(Properties& into, const PropertyPtr& given, const PrepareValuesArguments& arguments) {
   if (arguments.DirtyOnly && !given->DirtyValue()) return;
-  const auto member = into.FindRaising(PropertyKey{.Parameter = given});
+  const auto member = into.FindOrAsk(PropertyKey{.Parameter = given});
   if (!member || (member->Flags() & arguments.PropertyFlags) != arguments.PropertyFlags) return;
   Suspension quiet{"Properties.PrepareValues"};
   member->SetValue(arguments.UseOldValue ? given->OldValue() : given->Value());

@@ -72,7 +72,7 @@ AttributesPtr Property::Attributes() try {
 } catch (...) { Failed("Attributes (Get)"); }
 
 void Property::SetAttributes(AttributesPtr value) try {
-  Refuse("Attributes (Let)");
+  RefuseLocked("Attributes (Let)");
   MakeRare().OwnAttributes = std::move(value);
 } catch (...) { Failed("Attributes (Let)"); }
 

@@ -182,7 +182,7 @@ class VELMORIA_API Property final : public Object, public Reporting, public Pool
   Variant StoredValue() const;
   Variant Formatted(const Variant& value) const;
   void StoreValue(const Variant& value);
-  void Refuse(const char* routine) const;
+  void RefuseLocked(const char* routine) const;
   [[noreturn]] void ValueFailed(const Variant& value) const;
   const Parents& HeldParents() const;
   Rare& MakeRare();

@@ -71,7 +71,7 @@ PropertyPtr PropertyContext::FindByNumber(const Variant& index) const {
 
 PropertyPtr PropertyContext::FindByName(const PropertyKey& key) const {
   for (const auto& properties : items_) {
-    if (PropertyPtr found = properties->FindRaising(key)) return found;
+    if (PropertyPtr found = properties->FindOrAsk(key)) return found;
   }
   return {};
 }

@@ -8,13 +8,13 @@
 
 namespace velmoria {
 
-void Property::Refuse(const char* routine) const {
+void Property::RefuseLocked(const char* routine) const {
   if (locked_) Raise(errVelmoria_Locked, routine);
 }
 
 template <class T>
 void Property::Let(const char* routine, void (PropertyData::*setter)(T), T value) try {
-  Refuse(routine);
+  RefuseLocked(routine);
   (*Data().*setter)(std::move(value));
 } catch (...) { Failed(routine); }
 

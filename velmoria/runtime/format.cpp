@@ -57,7 +57,7 @@ std::vector<PatternByte> ReadPattern(std::string_view pattern) {
     const char c = pattern[at];
     if (c == '"') {
       quoted = !quoted;
-      if (quoted && pattern.substr(at, 2) == "\"\"") bytes.push_back({c, true, false});
+      if (quoted && pattern.substr(at, 2) == "\"\"") bytes.push_back({.Character = c, .Literal = true, .Shown = false});
     } else if (c == '\\' && !quoted) {
       if (++at == pattern.size()) Fail(RuntimeFailure::InvalidArgument);
       bytes.push_back({pattern[at], true});

@@ -70,8 +70,8 @@ class CharacterWriter {
 }  // namespace
 
 std::string FormatCharacters(std::string_view text, const Sections& sections) {
-  const bool own = text.empty() && sections.size() > 1;
-  return CharacterWriter(text, sections[own ? 1 : 0]).Write();
+  const bool isOfNone = text.empty() && sections.size() > 1;
+  return CharacterWriter(text, sections[isOfNone ? 1 : 0]).Write();
 }
 
 }  // namespace velmoria

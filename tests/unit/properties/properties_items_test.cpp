@@ -194,7 +194,7 @@ TEST_F(PropertiesItemsTest, FindNeitherRaisesNorTellsListeners) {
   properties_->ItemNotFound += [&](const PropertyKey&, PropertyPtr&) { ++events; };
   EXPECT_FALSE(properties_->Find({.Index = "C"}));
   EXPECT_EQ(events, 0);
-  EXPECT_FALSE(properties_->FindRaising({.Index = "C"}));
+  EXPECT_FALSE(properties_->FindOrAsk({.Index = "C"}));
   EXPECT_EQ(events, 1);
 }
 

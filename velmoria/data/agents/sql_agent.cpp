@@ -67,7 +67,7 @@ void SQLAgent::SortParameters() {
   const auto declared = source_->SourceType() == stSQL ? source_->Parameters() : PropertiesPtr();
   for (const auto& parameter : *parameters_) {
     const Suspension quiet{"SQLAgent.Initialize"};
-    if (!declared || declared->FindRaising({.Parameter = parameter})) {
+    if (!declared || declared->FindOrAsk({.Parameter = parameter})) {
       statementParameters_->Add(parameter->Copy({}, false));
     } else if (!parameter->EmptyValue() || has(parameter->Flags(), pfRequired)) {
       undeclared_ += (undeclared_.empty() ? "" : ", ") + parameter->Name();
