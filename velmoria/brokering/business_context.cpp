@@ -10,6 +10,7 @@
 #include "velmoria/core/insert_at_impl.h"
 #include "velmoria/design/action.h"
 #include "velmoria/design/class.h"
+#include "velmoria/design/relationship.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/property_context.h"
 
@@ -26,9 +27,11 @@ void BusinessContext::Setup(const BusinessContextFields& fields) try {
   if (!fields.ServerName.empty()) SetServerName(fields.ServerName);
   if (!fields.ClassName.empty()) SetClassName(fields.ClassName);
   if (!fields.ActionName.empty()) SetActionName(fields.ActionName);
+  if (!fields.RelationshipName.empty()) SetRelationshipName(fields.RelationshipName);
   serverLocked_ = fields.ServerLocked;
   classLocked_ = fields.ClassLocked;
   actionLocked_ = fields.ActionLocked;
+  relationshipLocked_ = fields.RelationshipLocked;
   collectionType_ = fields.CollectionType;
   objectType_ = fields.ObjectType;
   noAdd_ = !fields.SupportsAdd;
@@ -72,6 +75,9 @@ void BusinessContext::SetClassLocked(bool value) {
 }
 void BusinessContext::SetActionLocked(bool value) {
   LetUnlocked(&BusinessContext::actionLocked_, value, "ActionLocked (Let)");
+}
+void BusinessContext::SetRelationshipLocked(bool value) {
+  LetUnlocked(&BusinessContext::relationshipLocked_, value, "RelationshipLocked (Let)");
 }
 void BusinessContext::SetSupportsAdd(bool value) { LetUnlocked(&BusinessContext::noAdd_, !value, "SupportsAdd (Let)"); }
 void BusinessContext::SetSupportsRemove(bool value) {
@@ -154,6 +160,7 @@ std::string BusinessContext::Details() const {
   AppendSelected(text, "  Server: '", serverName_, serverLocked_);
   if (class_) AppendSelected(text, "  Class: '", ClassName(), classLocked_);
   if (action_) AppendSelected(text, "  Action: '", ActionName(), actionLocked_);
+  if (relationship_) AppendSelected(text, "  Relationship: '", RelationshipName(), relationshipLocked_);
   text += "  ObjectTypes: '" + ObjectTypeName(objectType_) + "'  CollectionType: '" +
           CollectionTypeName(collectionType_) + "'";
   if (parameters_) text += "\r\n" + parameters_->Details();

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "velmoria/brokering/business_context_arguments.h"
 #include "velmoria/core/enumerations.h"
 #include "velmoria/core/persistent_members.h"
 #include "velmoria/core/position.h"
@@ -16,58 +17,14 @@
 
 namespace velmoria {
 
-/// The settings of a context of one's own, Framework.CreateBusinessContext. Empty names select nothing; -1 takes the
-/// type from the Action.
-struct BusinessContextFields {
-  bool SupportsAdd = true;
-  bool SupportsRemove = true;
-  bool SupportsLoad = true;
-  std::string ServerName{};
-  bool ServerLocked = false;
-  std::string ClassName{};
-  bool ClassLocked = false;
-  std::string ActionName{};
-  bool ActionLocked = false;
-  zCollectionTypes CollectionType = cltDefault;
-  zObjectTypes ObjectType = otDefault;
-  bool Locked = false;
-};
-
-/// What is asked for: a class by name with key values, an Identifier, or an Action with Parameters. An empty name is
-/// taken from the selection that the context holds; a KeyValue that is Missing was not given, and the later ones count
-/// only behind the earlier.
-struct GetBusinessObjectArguments {
-  std::string ClassName{};
-  Variant KeyValue1 = Variant::Missing();
-  Variant KeyValue2 = Variant::Missing();
-  Variant KeyValue3 = Variant::Missing();
-  Variant KeyValue4 = Variant::Missing();
-  IdentifierPtr Identifier{};
-  zObjectTypes ObjectType = otDefault;
-  std::string ActionName{};
-  std::string ServerName{};
-  PropertiesPtr Parameters{};
-};
-
-struct GetBusinessObjectsArguments {
-  std::string ClassName{};
-  std::string ActionName{};
-  PropertiesPtr Parameters{};
-  std::string ServerName{};
-  zObjectTypes ObjectType = otDefault;
-  zCollectionTypes CollectionType = cltDefault;
-  std::int32_t ObjectBuffer = -1;  // accepted, and without effect: Action.ObjectBuffer rules
-  KeyFormatPtr KeyFormat{};
-  std::string Name{};
-};
-
 struct GetPropertiesArguments;
 struct BusinessContextSelection;
 
 /// The broker: it holds a selection (server, class, action, key values or Identifier, parameters), turns it into
 /// business objects, and keeps the collections that it loaded. A change of server clears the class, a change of class
-/// the action, a change of action the identity, the parameters and the key values; a setter that fails leaves what the
-/// reset before it did. A locked selection raises 15002.
+/// the action, a change of action the relationship, the identity, the parameters and the key values; a setter that
+/// fails leaves what the reset before it did. A locked selection raises 15002. The context of a Model stands for one
+/// business object and follows its relationships.
 class VELMORIA_API BusinessContext final : public Object, public Reporting, public PersistentMembers<IBusinessObjects> {
  public:
   BusinessContext();
@@ -91,9 +48,15 @@ class VELMORIA_API BusinessContext final : public Object, public Reporting, publ
   std::string ActionName() const;
   /// Raises 15157 without a class, 15061 when the class has no such action, an empty name included.
   void SetActionName(const std::string& value);
+  std::string RelationshipName() const;
+  /// Selects the related server, class and action of a Relationship of the object that the context stands for; its
+  /// Links then fill the Parameters. Raises 15093 where the context stands for none, 15073 for an unknown name, and
+  /// what the three names raise that the Relationship gives. The same name again takes the object's present values.
+  void SetRelationshipName(const std::string& value);
   IdentifierPtr Identifier() const;
   void SetIdentifier(IdentifierPtr value);
-  /// The values of the next operation; built from the selection when there are none. Raises 15157 without a class.
+  /// The values of the next operation; built from the selection when there are none. Raises 15157 without a class and
+  /// 15057 when a Link of the relationship leads to nothing.
   PropertiesPtr Parameters();
   void SetParameters(PropertiesPtr value);
   Variant KeyValue1() const { return keyValues_[0]; }
@@ -117,6 +80,8 @@ class VELMORIA_API BusinessContext final : public Object, public Reporting, publ
   void SetClassLocked(bool value);
   bool ActionLocked() const { return actionLocked_; }
   void SetActionLocked(bool value);
+  bool RelationshipLocked() const { return relationshipLocked_; }
+  void SetRelationshipLocked(bool value);
   bool Locked() const { return locked_; }
   void SetLocked(bool value) { locked_ = value; }
   bool SupportsAdd() const { return !noAdd_; }
@@ -147,9 +112,9 @@ class VELMORIA_API BusinessContext final : public Object, public Reporting, publ
   /// The objects that the selection finds, as a collection bound to the result. Raises 15088; 15167 and 15168 when the
   /// host collection cannot be made or set up.
   IBusinessObjectsPtr GetBusinessObjects(const GetBusinessObjectsArguments& arguments = {});
-  /// GetBusinessObjects with a memory: a collection already held under Name or ActionName is returned as it is, and a
-  /// new one is added. The KeyFormat argument is not used: the context's own is. Raises 15026 when loading is not
-  /// supported.
+  /// GetBusinessObjects with a memory: a collection already held is returned as it is, the one under RelationshipName
+  /// before the one under Name, and the one under ActionName last; a new one is added. The KeyFormat argument is not
+  /// used: the context's own is. Raises 15026 when loading is not supported.
   IBusinessObjectsPtr LoadBusinessObjects(const GetBusinessObjectsArguments& arguments = {},
                                           const Position& position = {});
 
@@ -173,24 +138,32 @@ class VELMORIA_API BusinessContext final : public Object, public Reporting, publ
   void ChangeClass(ClassPtr newClass);
   void ChangeAction(ActionPtr newAction);
   void ChangeActionName(const std::string& value);
+  void ChangeRelationship(RelationshipPtr newRelationship);
   void ClearKeyValues();
   const Class& SelectedClass() const;
   void SelectDefaultAction();
   void SetupSelection(const BusinessContextSelection& selection);
   void SelectByNames(const BusinessContextSelection& selection);
+  void SelectNamed(const BusinessContextSelection& selection);
   void SelectByIdentifier(const BusinessContextSelection& selection);
   void PrepareParameters();
   void PrepareIdentifier();
+  void PrepareRelationshipParameters();
+  void FollowLink(Link& link);
+  void FollowIdentifier();
   void RequireUsage(zUsageFlags flag, zErrors number, std::string_view routine) const;
   DatabaseAgentPtr OpenAgent();
   IdentifierPtr ParentIdentifier() const;
   zObjectTypes ResolvedObjectType(zObjectTypes argument) const;
+  std::string CollectionName(const std::string& argument) const;
+  IBusinessObjectsPtr FindHeld(const GetBusinessObjectsArguments& arguments);
   IBusinessObjectsPtr WrapInHostCollection(BusinessObjectsPtr businessObjects, const std::string& component) const;
   std::vector<IBusinessObjectsPtr> Members() const;
 
   std::string serverName_;
   ClassPtr class_;
   ActionPtr action_;
+  RelationshipPtr relationship_;
   IdentifierPtr identifier_;
   PropertiesPtr parameters_;
   PropertyContextPtr propertyContext_;
@@ -205,6 +178,7 @@ class VELMORIA_API BusinessContext final : public Object, public Reporting, publ
   bool serverLocked_ = false;
   bool classLocked_ = false;
   bool actionLocked_ = false;
+  bool relationshipLocked_ = false;
   bool locked_ = false;
 };
 

@@ -5,10 +5,12 @@
 #include "velmoria/brokering/identifier.h"
 #include "velmoria/brokering/key_format.h"
 #include "velmoria/core/display.h"
+#include "velmoria/core/quietly_impl.h"
 #include "velmoria/data/database_agent_impl.h"
 #include "velmoria/data/recordset_impl.h"
 #include "velmoria/design/action.h"
 #include "velmoria/design/class.h"
+#include "velmoria/design/relationship.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/property_context.h"
 
@@ -32,18 +34,23 @@ zObjectTypes BusinessContext::ResolvedObjectType(zObjectTypes argument) const {
   return objectType_ != otDefault ? objectType_ : action_->ObjectType();
 }
 
+std::string BusinessContext::CollectionName(const std::string& argument) const {
+  if (!argument.empty()) return argument;
+  return relationship_ ? relationship_->Name() : action_->BusinessObjectsName();
+}
+
 IBusinessObjectPtr BusinessContext::GetBusinessObject(const GetBusinessObjectArguments& arguments) try {
   const bool nothingNamed = arguments.ClassName.empty() && arguments.ActionName.empty() &&
                             arguments.ServerName.empty() && !arguments.Identifier && arguments.KeyValue1.IsMissing();
   if (nothingNamed) {
     SelectDefaultAction();
   } else {
-    SetupSelection({arguments.Identifier,
-                    arguments.ServerName,
-                    arguments.ClassName,
-                    arguments.ActionName,
-                    arguments.Parameters,
-                    {arguments.KeyValue1, arguments.KeyValue2, arguments.KeyValue3, arguments.KeyValue4}});
+    SetupSelection({.Identifier = arguments.Identifier,
+                    .ServerName = arguments.ServerName,
+                    .ClassName = arguments.ClassName,
+                    .ActionName = arguments.ActionName,
+                    .Parameters = arguments.Parameters,
+                    .KeyValues = {arguments.KeyValue1, arguments.KeyValue2, arguments.KeyValue3, arguments.KeyValue4}});
   }
   RequireUsage(ufObjects, errNotSupported_BusinessObjects, "GetBusinessObject");
   const RecordsetPtr recordset = OpenAgent()->GetRecordset(0, {}, false);
@@ -59,11 +66,16 @@ IBusinessObjectPtr BusinessContext::GetBusinessObject(const GetBusinessObjectArg
 } catch (...) { Failed("GetBusinessObject"); }
 
 IBusinessObjectsPtr BusinessContext::GetBusinessObjects(const GetBusinessObjectsArguments& arguments) try {
-  if (arguments.ClassName.empty() && arguments.ActionName.empty() && arguments.ServerName.empty() &&
-      !arguments.Parameters) {
+  const bool nothingNamed = arguments.ClassName.empty() && arguments.ActionName.empty() &&
+                            arguments.RelationshipName.empty() && arguments.ServerName.empty() && !arguments.Parameters;
+  if (nothingNamed) {
     SelectDefaultAction();
   } else {
-    SetupSelection({{}, arguments.ServerName, arguments.ClassName, arguments.ActionName, arguments.Parameters});
+    SetupSelection({.ServerName = arguments.ServerName,
+                    .ClassName = arguments.ClassName,
+                    .ActionName = arguments.ActionName,
+                    .RelationshipName = arguments.RelationshipName,
+                    .Parameters = arguments.Parameters});
   }
   RequireUsage(ufObjects, errNotSupported_BusinessObjects, "GetBusinessObjects");
   const RecordsetPtr recordset = OpenAgent()->GetRecordset(0, {}, false);
@@ -72,7 +84,7 @@ IBusinessObjectsPtr BusinessContext::GetBusinessObjects(const GetBusinessObjects
   if (!keyFormat && keyFormat_) keyFormat = keyFormat_->Copy(true);
   auto found = Make<BusinessObjects>();
   found->SetupBound(
-      {.Name = arguments.Name.empty() ? action_->BusinessObjectsName() : arguments.Name,
+      {.Name = CollectionName(arguments.Name),
        .Recordset = recordset,
        .ParentIdentifier = ParentIdentifier(),
        .ObjectType = objectType,
@@ -92,13 +104,21 @@ IBusinessObjectsPtr BusinessContext::WrapInHostCollection(BusinessObjectsPtr bus
   return collection;
 }
 
+IBusinessObjectsPtr BusinessContext::FindHeld(const GetBusinessObjectsArguments& arguments) {
+  const auto look = [this](const std::string& name) {
+    if (name.empty()) return IBusinessObjectsPtr{};
+    return Quietly("BusinessContext.LoadBusinessObjects", [&] { return Find(name); });
+  };
+  IBusinessObjectsPtr held = look(arguments.Name);
+  // The relationship is asked for in any case, and its collection goes first.
+  if (IBusinessObjectsPtr related = look(arguments.RelationshipName)) held = related;
+  return held ? held : look(arguments.ActionName);
+}
+
 IBusinessObjectsPtr BusinessContext::LoadBusinessObjects(const GetBusinessObjectsArguments& arguments,
                                                          const Position& position) try {
   if (noLoad_) Raise(errBusinessObjects_Load, "LoadBusinessObjects");
-  IBusinessObjectsPtr held;
-  if (!arguments.Name.empty()) held = Find(arguments.Name);
-  if (!held && !arguments.ActionName.empty()) held = Find(arguments.ActionName);
-  if (held) return held;
+  if (IBusinessObjectsPtr held = FindHeld(arguments)) return held;
   GetBusinessObjectsArguments fresh = arguments;
   fresh.KeyFormat = keyFormat_;
   IBusinessObjectsPtr loaded = GetBusinessObjects(fresh);
@@ -111,7 +131,8 @@ PropertiesPtr BusinessContext::GetProperties(const GetPropertiesArguments& argum
   if (arguments.ActionName.empty() && !arguments.Identifier) {
     SelectDefaultAction();
   } else {
-    SetupSelection({arguments.Identifier, {}, {}, arguments.ActionName, arguments.Parameters});
+    SetupSelection(
+        {.Identifier = arguments.Identifier, .ActionName = arguments.ActionName, .Parameters = arguments.Parameters});
   }
   RequireUsage(ufProperties, errNotSupported_Properties, "GetProperties");
   const RecordsetPtr recordset = OpenAgent()->GetRecordset(0, {}, false);

@@ -10,6 +10,7 @@ struct BusinessContextSelection {
   std::string ServerName{};
   std::string ClassName{};
   std::string ActionName{};
+  std::string RelationshipName{};
   PropertiesPtr Parameters{};
   std::array<Variant, 4> KeyValues{Variant::Missing(), Variant::Missing(), Variant::Missing(), Variant::Missing()};
   bool NewFlag = false;

@@ -8,6 +8,7 @@
 #include "velmoria/design/action.h"
 #include "velmoria/design/actions.h"
 #include "velmoria/design/class_search_impl.h"
+#include "velmoria/design/relationship.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/property.h"
 #include "velmoria/properties/property_context.h"
@@ -61,6 +62,7 @@ void BusinessContext::ChangeAction(ActionPtr newAction) {
   action_ = std::move(newAction);
   identifier_.reset();
   parameters_.reset();
+  relationship_.reset();
   ClearKeyValues();
 }
 
@@ -124,6 +126,15 @@ void BusinessContext::SetupSelection(const BusinessContextSelection& selection) 
 }
 
 void BusinessContext::SelectByNames(const BusinessContextSelection& selection) {
+  if (!selection.RelationshipName.empty()) {
+    SetRelationshipName(selection.RelationshipName);
+  } else {
+    SelectNamed(selection);
+  }
+  if (selection.Parameters) SetParameters(selection.Parameters);
+}
+
+void BusinessContext::SelectNamed(const BusinessContextSelection& selection) {
   const bool hasKey = !selection.KeyValues[0].IsMissing();
   if (!serverLocked_ && !selection.ServerName.empty()) SetServerName(selection.ServerName);
   if (!classLocked_ && !selection.ClassName.empty()) SetClassName(selection.ClassName);
@@ -139,7 +150,6 @@ void BusinessContext::SelectByNames(const BusinessContextSelection& selection) {
   for (std::size_t part = 0; part < selection.KeyValues.size() && !selection.KeyValues[part].IsMissing(); ++part) {
     SetKeyValue(part, selection.KeyValues[part]);
   }
-  if (selection.Parameters) SetParameters(selection.Parameters);
 }
 
 void BusinessContext::SelectByIdentifier(const BusinessContextSelection& selection) {
@@ -175,6 +185,7 @@ void BusinessContext::PrepareParameters() try {
   action_->Connection()->Engine();
   PrepareIdentifier();
   parameters_ = action_->CreateParameters(identifier_);
+  if (relationship_) PrepareRelationshipParameters();
 } catch (...) { Failed("PrepareParameters"); }
 
 }  // namespace velmoria

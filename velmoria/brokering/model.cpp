@@ -5,6 +5,7 @@
 #include "velmoria/brokering/identifier.h"
 #include "velmoria/brokering/key_format.h"
 #include "velmoria/core/index_text_impl.h"
+#include "velmoria/core/quietly_impl.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/property.h"
 #include "velmoria/properties/property_context.h"
@@ -46,7 +47,11 @@ void Model::SetModel(ModelPtr) {}
 std::int32_t Model::BusinessObjectsCount() { return businessContext_ ? businessContext_->Count() : 0; }
 
 IBusinessObjectsPtr Model::BusinessObjects(const Variant& index) try {
-  IBusinessObjectsPtr found = BusinessContext()->Find(index);
+  IBusinessObjectsPtr found = Quietly("Model.BusinessObjects", [&] { return BusinessContext()->Find(index); });
+  if (!found && index.IsText()) {
+    found = Quietly("Model.BusinessObjects",
+                    [&] { return BusinessContext()->LoadBusinessObjects({.RelationshipName = index.AsText()}); });
+  }
   if (!found) BusinessObjectsNotFound.Raise(index, found);
   if (!found) Raise(errItem_BusinessObjects, "BusinessObjects", {IndexText(index)});
   return found;

@@ -31,7 +31,8 @@ class VELMORIA_API Model final : public IBusinessObject, public Reporting, publi
 
   /// otModel, always.
   zObjectTypes ObjectType() const override;
-  /// Raises 15063 when there is no such collection and no listener supplies one.
+  /// A name that is not held yet is taken for a Relationship of the class and loaded; raises 15063 when that gives
+  /// nothing either and no listener supplies one.
   IBusinessObjectsPtr BusinessObjects(const Variant& index) override;
   std::int32_t BusinessObjectsCount() override;
   /// Raises 15072 when no collection has it and no listener supplies one.

@@ -116,6 +116,7 @@ TEST_F(BusinessContextTest, LockedContextRefusesEverySetting) {
       {"ServerLocked (Let)", [](BusinessContext& c) { c.SetServerLocked(true); }},
       {"ClassLocked (Let)", [](BusinessContext& c) { c.SetClassLocked(true); }},
       {"ActionLocked (Let)", [](BusinessContext& c) { c.SetActionLocked(true); }},
+      {"RelationshipLocked (Let)", [](BusinessContext& c) { c.SetRelationshipLocked(true); }},
       {"CollectionType (Let)", [](BusinessContext& c) { c.SetCollectionType(cltOptimized); }},
       {"ObjectType (Let)", [](BusinessContext& c) { c.SetObjectType(otModel); }},
       {"SupportsAdd (Let)", [](BusinessContext& c) { c.SetSupportsAdd(false); }},
@@ -156,6 +157,39 @@ TEST_F(BusinessContextTest, RefusalOfASelectionNamesTheRoutineThatMetItsLock) {
     const MessagePtr message = apartment_.Messages().Item(number);
     EXPECT_EQ(message->TypeName() + "." + message->RoutineName(), std::string("BusinessContext.") + routine);
     EXPECT_NE(message->StateDetails().find("Server: '"), std::string::npos);
+    apartment_.Messages().Clear();
+  }
+}
+
+TEST_F(BusinessContextTest, FailuresCarryTheWordsOfWhatWasAsked) {
+  struct Failure {
+    const char* Number;
+    void (*Call)(BusinessContext&);
+    const char* Replace1;
+    const char* ExtraText;
+  };
+  const Failure failures[] = {
+      {"15065", [](BusinessContext& c) { c.SetClassName("Invoice"); }, "'Invoice'",
+       "Can't find Class in registered Servers."},
+      {"15157", [](BusinessContext& c) { c.SetActionName("Get"); }, "Changing Action in BusinessContext", ""},
+      {"15157", [](BusinessContext& c) { c.Parameters(); }, "Processing BusinessObjects or Properties",
+       "Can't find ClassName: '' in registered Servers."},
+      {"15093", [](BusinessContext& c) { c.SetRelationshipName("Lines"); }, "", ""},
+      {"15063", [](BusinessContext& c) { c.Item("Lines"); }, "'Lines'", ""},
+      {"15005", [](BusinessContext& c) { c.Add(Collection("Lines"), {.Before = "A", .After = 2}); }, "Lines",
+       "Passing both Before and After arguments is not allowed."},
+  };
+  for (const Failure& failure : failures) {
+    SCOPED_TRACE(failure.Number);
+    const auto context = NewContext();
+    EXPECT_TRUE(Thrown([&] { failure.Call(*context); }));
+    const MessagePtr message = apartment_.Messages().Item(failure.Number);
+    ASSERT_NE(message, nullptr);
+    EXPECT_EQ(message->Replace1(), failure.Replace1);
+    EXPECT_EQ(message->ExtraText(), failure.ExtraText);
+    EXPECT_EQ(message->TypeFlags(), tfVelmoria);
+    EXPECT_EQ(message->SeverityFlags(), svfError);
+    EXPECT_EQ(message->StateDetails(), context->Details());
     apartment_.Messages().Clear();
   }
 }
