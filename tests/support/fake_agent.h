@@ -25,6 +25,9 @@ class FakeAgent final : public Agent {
   std::int32_t RowCount() override;
   PropertiesDataPtr PropertiesData() override;
   RecordsetPtr GetRecordset(const DatabaseAgentPtr& agent, const RecordsetPtr& previous, bool keepOpen) override;
+  bool AsyncFlag() const override { return AsyncPolls >= 0; }
+  bool StillExecuting() override { return AsyncPolls > 0 && AsyncPolls-- > 0; }
+  RecordsetPtr GetAsyncRecordset(const DatabaseAgentPtr& agent) override { return GetRecordset(agent, {}, false); }
   void InsertPersistentProperties(const PropertiesPtr& properties) override;
   void UpdatePersistentProperties(const PropertiesPtr& properties) override;
   void DeletePersistentProperties(const PropertiesPtr& properties) override;
@@ -42,6 +45,7 @@ class FakeAgent final : public Agent {
   RowBlock Rows;
   int Reads = 0;            // a test that reads on and on fails
   bool FailsReads = false;  // the database is gone
+  int AsyncPolls = -1;      // how often an asynchronous opening is still under way when it is asked; -1: opened at once
 
  private:
   void Write(const PropertiesPtr& properties, int& count);

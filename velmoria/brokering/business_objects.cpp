@@ -42,12 +42,13 @@ void BusinessObjects::SetupBound(BusinessObjectsBinding binding) try {
   objectType_ = binding.ObjectType;
   parentIdentifier_ = std::move(binding.ParentIdentifier);
   recordset_ = std::move(binding.Recordset);
-  databaseAgent_ = recordset_->DatabaseAgent();
+  databaseAgent_ = recordset_ ? recordset_->DatabaseAgent() : std::move(binding.DatabaseAgent);
+  if (!databaseAgent_) Fail(RuntimeFailure::ObjectNotSet);
   const ActionPtr action = databaseAgent_->Action();
   collectionType_ = binding.CollectionType != cltDefault ? binding.CollectionType : action->CollectionType();
   keyFormat_ = binding.KeyFormat ? std::move(binding.KeyFormat) : action->KeyFormat()->Copy(true);
-  statistics_ = recordset_->Statistics();
   locked_ = true;
+  if (RecordsetReady()) statistics_ = recordset_->Statistics();
   if (collectionType_ == cltInitialized) BuildAll();
 } catch (...) { Failed("SetupBound"); }
 
@@ -60,10 +61,15 @@ void BusinessObjects::SetName(std::string value) try {
 
 std::int32_t BusinessObjects::Count() try {
   if (transient_) return static_cast<std::int32_t>(members_.Count());
-  return recordset_->VirtualFirstNumber() != -1 ? recordset_->VirtualCount() : recordset_->Count();
+  auto& rows = Awaited();
+  return rows.VirtualFirstNumber() != -1 ? rows.VirtualCount() : rows.Count();
 } catch (...) { Failed("IBusinessObjects_Count (Get)"); }
 
 bool BusinessObjects::HasItems() const noexcept { return !members_.IsEmpty() || rows_->Count() != 0; }
+
+bool BusinessObjects::KeepsObjects() const noexcept {
+  return collectionType_ == cltOptimized || collectionType_ == cltInitialized;
+}
 
 std::vector<IBusinessObjectPtr> BusinessObjects::HeldItems() const {
   return transient_ ? std::vector<IBusinessObjectPtr>(members_.begin(), members_.end()) : rows_->InOrder();
@@ -113,30 +119,33 @@ bool BusinessObjects::Dirty() try {
   return std::any_of(held.begin(), held.end(), [](const auto& member) { return member->Dirty(); });
 } catch (...) { Failed("IBusinessObjects_Dirty (Get)"); }
 
-bool BusinessObjects::Modifiable(bool all) {
-  if (!HasItems()) return transient_ ? all : recordset_->Columns()->Modifiable(all);
+bool BusinessObjects::Modifiable(bool all) try {
+  if (!HasItems()) return transient_ ? all : Awaited().Columns()->Modifiable(all);
   const auto held = HeldItems();
   const auto modifiable = [](const auto& member) { return member->Modifiable(); };
   return all ? std::all_of(held.begin(), held.end(), modifiable) : std::any_of(held.begin(), held.end(), modifiable);
-}
+} catch (...) { Failed("IBusinessObjects_Modifiable (Get)"); }
 
-zEditFlags BusinessObjects::EditFlags() {
+zEditFlags BusinessObjects::EditFlags() try {
   if (!transient_) return databaseAgent_->Action()->EditFlags();
   zEditFlags flags = efNone;
   for (const auto& member : members_) flags = flags | member->EditFlags();
   return flags;
-}
+} catch (...) { Failed("IBusinessObjects_EditFlags (Get)"); }
 
-zStateFlags BusinessObjects::StateFlags() {
-  if (!transient_ && (!HasItems() || collectionType_ == cltDispatcher)) return recordset_->StateFlags(-1);
+zStateFlags BusinessObjects::StateFlags() try {
+  if (!transient_ && (!HasItems() || collectionType_ == cltDispatcher)) return Awaited().StateFlags(-1);
   zStateFlags flags{};
   for (const auto& member : HeldItems()) flags = flags | member->StateFlags();
   return flags;
-}
+} catch (...) { Failed("IBusinessObjects_StateFlags (Get)"); }
 
+/// Never waits, for reports of failures ask it: a count that is not known yet reads -1.
 std::string BusinessObjects::Details() {
   if (transient_) return "BusinessObjects Count " + NumberText(Count()) + "  Name: '" + name_ + "'";
-  return "Business Object Count " + NumberText(Count()) + "\r\n" + recordset_->Details();
+  const std::int32_t count = recordset_ ? Count() : -1;
+  const std::string rows = databaseAgent_ ? "\r\n" + databaseAgent_->Details() : std::string();
+  return "Business Object Count " + NumberText(count) + rows;
 }
 
 zCollectionTypes BusinessObjects::CollectionType() { return collectionType_; }
@@ -159,10 +168,15 @@ KeyFormatPtr BusinessObjects::KeyFormat() {
 
 void BusinessObjects::SetKeyFormat(KeyFormatPtr value) try {
   if (HasItems() || locked_) Raise(errVelmoria_Locked, "IBusinessObjects_KeyFormat (Set)");
+  if (!value) Fail(RuntimeFailure::ObjectNotSet);
   keyFormat_ = std::move(value);
 } catch (...) { Failed("IBusinessObjects_KeyFormat (Set)"); }
 
-StatisticsPtr BusinessObjects::Statistics() { return statistics_; }
+StatisticsPtr BusinessObjects::Statistics() try {
+  if (!statistics_) statistics_ = Awaited().Statistics();
+  return statistics_;
+} catch (...) { Failed("IBusinessObjects_Statistics (Get)"); }
+
 bool BusinessObjects::Locked() { return locked_; }
 bool BusinessObjects::SupportsAdd() { return !noAdd_; }
 bool BusinessObjects::SupportsRemove() { return !noRemove_; }

@@ -17,6 +17,7 @@ class RowObjects;
 /// as CollectionType says: cltOptimized when one is asked for, cltInitialized all at once, cltDispatcher anew at each
 /// request without keeping them. Transient, it is filled by hand and always cltInitialized.
 /// A bound collection keeps its result, and with it the connection's rows, alive; its members keep their rows alive.
+/// A result that is still being opened is awaited, without limit, by whatever needs its rows; the thread sleeps.
 class VELMORIA_API BusinessObjects final : public IBusinessObjects,
                                            public Reporting,
                                            public PersistentMembers<IBusinessObject> {
@@ -41,15 +42,17 @@ class VELMORIA_API BusinessObjects final : public IBusinessObjects,
   /// Transient: the members held. Bound: the rows of the whole result.
   std::int32_t Count() override;
   /// By 1-based position, key or Identifier. A key raises 15095 under a format without string keys and 15064 when no
-  /// object has it. A position without a row raises 15112 when bound, 15064 when transient. Building an object may
-  /// raise 15023 or 15024 (host class), 15052 (a key column that the result lacks). Bound and of any other type: none.
+  /// object has it. A position without a row raises 15112 when bound (6 beyond 32 bits), 15064 when transient. Building
+  /// an object may raise 15023 or 15024 (host class), 15052 (a key column that the result lacks). Bound and of any
+  /// other type: none.
   IBusinessObjectPtr Item(const Variant& index) override;
   /// Bound: builds every object first; raises 15098 for cltDispatcher.
   std::vector<IBusinessObjectPtr> NewEnum() override;
 
   /// Transient only, else 15082; 15006 when both positions are given.
   void Add(IBusinessObjectPtr item, const Position& position = {}) override;
-  /// Transient only, else 15083.
+  /// Transient only, else 15083. By the key under which the object was added, else 5; 15134 for an index that only a
+  /// listener of ItemNotFound understands.
   void Remove(const Variant& index) override;
   /// Bound only, else 15094; 15027 unless the last page of the result has been reached.
   IBusinessObjectPtr SetupItem() override;
@@ -70,7 +73,7 @@ class VELMORIA_API BusinessObjects final : public IBusinessObjects,
   zObjectTypes ObjectType() override;
   /// Reading the format of a collection that holds objects locks it: it has been used.
   KeyFormatPtr KeyFormat() override;
-  /// Raises 15002 when locked or when objects are held.
+  /// Raises 15002 when locked or when objects are held, 91 for none.
   void SetKeyFormat(KeyFormatPtr value) override;
   StatisticsPtr Statistics() override;
   bool Locked() override;
@@ -91,7 +94,7 @@ class VELMORIA_API BusinessObjects final : public IBusinessObjects,
   /// A hand-filled collection.
   void SetupTransient(std::string name, KeyFormatPtr keyFormat, bool supportsAdd, bool locked, StatisticsPtr statistics,
                       bool supportsRemove);
-  /// A collection over a result.
+  /// A collection over a result; raises 91 without one.
   void SetupBound(BusinessObjectsBinding binding);
 
  protected:
@@ -103,12 +106,15 @@ class VELMORIA_API BusinessObjects final : public IBusinessObjects,
   void LetSupports(bool& refusal, bool supported, std::string_view routine);
   IBusinessObjectPtr DeletionCandidate(std::int32_t position);
   bool HasItems() const noexcept;
+  bool KeepsObjects() const noexcept;
   std::vector<IBusinessObjectPtr> HeldItems() const;
   std::string KeyOf(const Variant& identifier);
 
   IBusinessObjectPtr ItemTransient(const Variant& index);
   IBusinessObjectPtr FindTransient(const Variant& index);
   IBusinessObjectPtr FindTransientKey(const std::string& key);
+  bool RecordsetReady();
+  Recordset& Awaited();
   IBusinessObjectPtr ItemBound(const Variant& index);
   IBusinessObjectPtr ItemAt(std::int64_t row);
   IBusinessObjectPtr FindAt(std::int64_t row);
@@ -133,7 +139,7 @@ class VELMORIA_API BusinessObjects final : public IBusinessObjects,
   StatisticsPtr statistics_;
   KeyFormatPtr keyFormat_;
   DatabaseAgentPtr databaseAgent_;
-  RecordsetPtr recordset_;
+  RecordsetPtr recordset_;  // none while it is awaited
   IdentifierPtr parentIdentifier_;
   std::int64_t firstRow_ = 0;      // of the page held, counted in the whole result
   std::int64_t scanPosition_ = 0;  // the last position that FindByKey examined

@@ -17,14 +17,29 @@
 
 namespace velmoria {
 
+bool BusinessObjects::RecordsetReady() {
+  if (recordset_) return true;
+  if (databaseAgent_->StillExecuting()) return false;
+  recordset_ = databaseAgent_->Recordset();
+  if (!recordset_) Fail(RuntimeFailure::ObjectNotSet);
+  return true;
+}
+
+/// The result, awaited if need be: the thread sleeps between two looks, and there is no limit.
+Recordset& BusinessObjects::Awaited() {
+  constexpr std::int32_t kPause = 100;
+  while (!RecordsetReady()) Apartment().Platform.Clock->Sleep(kPause);
+  return *recordset_;
+}
+
 void BusinessObjects::BuildAll() {
   if (const auto messages = Apartment().Messages) messages->Clear();
   const std::int32_t count = Count();
   if (count == 0) return;
   const StatisticPtr statistic =
-      statistics_->SetupItem({.Name = "Build " + CollectionTypeName(collectionType_) + " Collection",
-                              .SubjectLabel = "BusinessObject",
-                              .StartTime = Now()});
+      Statistics()->SetupItem({.Name = "Build " + CollectionTypeName(collectionType_) + " Collection",
+                               .SubjectLabel = "BusinessObject",
+                               .StartTime = Now()});
   std::int32_t built = 0;
   // A count of -1 is one that the engine has not told yet: the walk ends at the first row that is not there.
   for (; count < 0 ? ReachesRow(built) : built < count; ++built) FindAt(built);
@@ -61,7 +76,8 @@ bool BusinessObjects::ReachesRow(std::int64_t row) {
 /// An object in memory is not read again when its page has been left behind; ahead the page follows it, because asking
 /// for the last object is how a caller gets to the end of the result.
 IBusinessObjectPtr BusinessObjects::FindAt(std::int64_t row) {
-  const IBusinessObjectPtr* held = collectionType_ == cltDispatcher ? nullptr : rows_->Find(row);
+  Awaited();
+  const IBusinessObjectPtr* held = KeepsObjects() ? rows_->Find(row) : nullptr;
   if (!held || row > firstRow_) MoveBuffer(row);
   return held ? *held : BuildAt(row);
 }
@@ -103,12 +119,15 @@ IBusinessObjectPtr BusinessObjects::BuildObject(const ModelPtr& model, std::stri
 /// asked for; the first one there stays, and the fresh one is what the caller gets.
 void BusinessObjects::Keep(std::int64_t row, const ModelPtr& model, const IBusinessObjectPtr& object) {
   if (objectType_ == otModel) rows_->Add(row, object);
+  // A collection type that is none of the three keeps no other object, nor its key.
+  if (objectType_ != otModel && collectionType_ != cltDispatcher && !KeepsObjects()) return;
   if (!keyFormat_->EmptyKey()) rows_->MapKey(model->Key(keyFormat_), row);
-  if (collectionType_ != cltDispatcher) rows_->Add(row, object);
+  if (KeepsObjects()) rows_->Add(row, object);
 }
 
 IBusinessObjectPtr BusinessObjects::FindByKey(const std::string& key) {
   if (const std::int64_t row = rows_->RowOf(key); row >= 0) return FindAt(row);
+  Awaited();
   IBusinessObjectPtr found;
   {
     Suspension quiet{"BusinessObjects.FindByKey"};
@@ -132,7 +151,9 @@ IBusinessObjectPtr BusinessObjects::ScanForKey(const std::string& key) try {
 /// An object whose key cannot be told, because its row has been deleted, answers to none.
 bool BusinessObjects::HasKey(IBusinessObject& object, const std::string& key) const try {
   return EqualFolded(object.Key(keyFormat_), key);
-} catch (const Error&) { return false; }
+} catch (...) {
+  return false;  // whatever a host's class fails with
+}
 
 IBusinessObjectPtr BusinessObjects::SearchHeld(const std::string& key) {
   for (const auto& object : rows_->NewObjects)
@@ -151,7 +172,7 @@ IBusinessObjectPtr BusinessObjects::SetupItem() try {
 } catch (...) { Failed("IBusinessObjects_SetupItem"); }
 
 IBusinessObjectPtr BusinessObjects::BuildNewRow() {
-  const PropertiesPtr properties = recordset_->CreatePersistentProperties({});
+  const PropertiesPtr properties = Awaited().CreatePersistentProperties({});
   // A last page that was read again does not know the objects made on it before.
   const std::int64_t row = rows_->FreeFrom(firstRow_ + properties->Row());
   const ModelPtr model = BuildModel(properties);

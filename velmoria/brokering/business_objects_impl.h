@@ -13,10 +13,12 @@
 
 namespace velmoria {
 
-/// What a bound collection is set up with.
+/// What a bound collection is set up with. Without a Recordset it is that of the DatabaseAgent, awaited where it is
+/// needed first.
 struct BusinessObjectsBinding {
   std::string Name{};
   RecordsetPtr Recordset{};
+  DatabaseAgentPtr DatabaseAgent{};
   IdentifierPtr ParentIdentifier{};
   zObjectTypes ObjectType = otDefault;
   zCollectionTypes CollectionType = cltDefault;

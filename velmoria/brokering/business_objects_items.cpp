@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <limits>
+
 #include "velmoria/brokering/business_objects.h"
 #include "velmoria/brokering/business_objects_impl.h"
 #include "velmoria/brokering/identifier.h"
@@ -17,6 +20,12 @@ constexpr std::initializer_list<VarType> PositionTypes = {VarType::Integer, VarT
 
 bool IsPosition(const Variant& index) {
   return std::find(PositionTypes.begin(), PositionTypes.end(), index.Type()) != PositionTypes.end();
+}
+
+/// Whether a position fits 32 bits; what is no number is no position either.
+bool IsLong(const Variant& position) {
+  const double asked = position.AsDouble();
+  return asked >= std::numeric_limits<std::int32_t>::min() && asked <= std::numeric_limits<std::int32_t>::max();
 }
 
 }  // namespace
@@ -45,21 +54,23 @@ IBusinessObjectPtr BusinessObjects::ItemTransient(const Variant& index) {
 
 IBusinessObjectPtr BusinessObjects::FindTransient(const Variant& index) {
   if (index.IsText() || index.AsObject<Identifier>()) return FindTransientKey(KeyOf(index));
-  return IsPosition(index) ? members_.Get(index.AsLong()) : IBusinessObjectPtr{};
+  return IsPosition(index) && IsLong(index) ? members_.Get(index.AsLong()) : IBusinessObjectPtr{};
 }
 
 IBusinessObjectPtr BusinessObjects::FindTransientKey(const std::string& key) {
   if (const IBusinessObjectPtr* found = members_.FindKey(key)) return *found;
-  for (const auto& member : members_) {
-    if (EqualFolded(member->Key(keyFormat_), key)) return member;
-  }
+  Suspension quiet{"BusinessObjects.IBusinessObjects_Item"};
+  for (const auto& member : members_)
+    if (HasKey(*member, key)) return member;
   return {};
 }
 
 IBusinessObjectPtr BusinessObjects::ItemBound(const Variant& index) {
   if (index.IsText() || index.AsObject<Identifier>()) return FindByKey(KeyOf(index));
   if (!IsPosition(index)) return {};
-  return FindAt(std::int64_t{index.AsLong()} - 1);
+  const std::int32_t position = index.AsLong();
+  if (position == std::numeric_limits<std::int32_t>::min()) Fail(RuntimeFailure::Overflow);
+  return FindAt(std::int64_t{position} - 1);
 }
 
 void BusinessObjects::Add(IBusinessObjectPtr item, const Position& position) try {

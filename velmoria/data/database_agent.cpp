@@ -32,6 +32,7 @@ std::string DeletedText(Properties& properties, std::string (*textOf)(const Iden
 }  // namespace
 
 Agent::~Agent() = default;
+RecordsetPtr Agent::GetAsyncRecordset(const DatabaseAgentPtr&) { return {}; }
 
 DatabaseAgent::DatabaseAgent() = default;
 DatabaseAgent::~DatabaseAgent() = default;
@@ -73,6 +74,14 @@ RecordsetPtr DatabaseAgent::GetRecordset(std::int32_t /*pageStep*/, const Record
   // The flag is for Access alone.
   return backEnd_->GetRecordset(DatabaseAgentPtr(this), previous, accessMethod_ == kDao && flag);
 } catch (...) { Failed("GetRecordset"); }
+
+bool DatabaseAgent::StillExecuting() try { return AsyncFlag() && backEnd_->StillExecuting(); } catch (...) {
+  Failed("StillExecuting (Get)");
+}
+
+RecordsetPtr DatabaseAgent::Recordset() try {
+  return AsyncFlag() ? backEnd_->GetAsyncRecordset(DatabaseAgentPtr(this)) : RecordsetPtr{};
+} catch (...) { Failed("Recordset (Get)"); }
 
 void DatabaseAgent::CheckEditFlags(bool isNew) const {
   if (has(action_->EditFlags(), isNew ? efInsert : efUpdate)) return;

@@ -38,6 +38,12 @@ class DatabaseAgent final : public Object, public Reporting {
   /// pageStep has no effect: the direction of paging comes from ObjectBuffer alone.
   RecordsetPtr GetRecordset(std::int32_t pageStep, const RecordsetPtr& previous, bool flag);
 
+  /// Those of a back-end for engines 2 to 5; no other opens a result while the caller goes on.
+  bool AsyncFlag() const { return accessMethod_ == 1 && backEnd_ && backEnd_->AsyncFlag(); }
+  bool StillExecuting();
+  /// The first page of a result opened so, else none.
+  RecordsetPtr Recordset();
+
   /// Writes the row if it has changes. `written` becomes true once the database has the change, and stays so when the
   /// step after it fails (15162). Raises 15090, 15092, 15113 and what the back-end raises.
   void UpdatePersistentProperties(const PropertiesPtr& properties, std::int32_t flag, bool& written);

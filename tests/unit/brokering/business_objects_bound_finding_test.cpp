@@ -1,4 +1,5 @@
 #include <cstdint>
+#include <limits>
 
 #include <gtest/gtest.h>
 
@@ -53,6 +54,15 @@ TEST_F(BoundBusinessObjectsTest, PositionZeroAndThePositionBehindTheLastAreRowsT
   const auto orders = orders_.Collection();
   ExpectRaised(errPersistence_Row, [&] { orders->Item(0); }, {.Text = "Row: -1  Count: 3"});
   ExpectRaised(errPersistence_Row, [&] { orders->Item(orders->Count() + 1); }, {.Text = "Row: 3  Count: 3"});
+  EXPECT_EQ(IdOf(*orders->Item(1)), 1);
+}
+
+TEST_F(BoundBusinessObjectsTest, PositionThatNoRowNumberCanHoldOverflows) {
+  const auto orders = orders_.Collection();
+  for (const Variant& index : {Variant(1e10), Variant(-1e10), Variant(std::numeric_limits<std::int32_t>::min())}) {
+    SCOPED_TRACE(index.AsText());
+    ExpectReported(RuntimeFailure::Overflow, [&] { orders->Item(index); });
+  }
   EXPECT_EQ(IdOf(*orders->Item(1)), 1);
 }
 

@@ -90,6 +90,15 @@ TEST_F(BoundBusinessObjectsTest, CollectionTypeStaysOpenWhileNoKeyHasBeenSeen) {
   EXPECT_EQ(orders->CollectionType(), cltDispatcher);
 }
 
+TEST_F(BoundBusinessObjectsTest, CollectionTypeThatIsNoneOfTheThreeGivesAnotherObjectEachTime) {
+  const auto orders = orders_.Collection({.ObjectType = otDefault});
+  orders->SetCollectionType(cltDefault);
+  EXPECT_EQ(orders->CollectionType(), cltDefault);
+  const auto first = orders->Item(1);
+  EXPECT_NE(orders->Item(1), first);
+  EXPECT_FALSE(orders->KeyFormat()->Locked()) << "nothing is held";
+}
+
 TEST_F(BoundBusinessObjectsTest, FormatOfACollectionThatHoldsObjectsIsLockedWhenItIsRead) {
   const auto orders = orders_.Collection();
   EXPECT_FALSE(orders->KeyFormat()->Locked());

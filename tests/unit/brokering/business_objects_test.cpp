@@ -1,5 +1,7 @@
 #include "velmoria/brokering/business_objects.h"
 
+#include <stdexcept>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
@@ -12,8 +14,11 @@ namespace {
 /// A business object of a host without a database: it has a key and counts what is done to it.
 class NamedObject final : public BusinessObject {
  public:
-  explicit NamedObject(std::string key) : key_(std::move(key)) {}
-  std::string Key(KeyFormatPtr) override { return key_; }
+  explicit NamedObject(std::string key) : ItsKey(std::move(key)) {}
+  std::string Key(KeyFormatPtr) override {
+    if (KeyFails) throw std::runtime_error("no key");
+    return ItsKey;
+  }
   zEditFlags EditFlags() override { return Edits; }
   zStateFlags StateFlags() override { return State; }
   bool Dirty() override { return IsDirty; }
@@ -33,9 +38,8 @@ class NamedObject final : public BusinessObject {
   int Updates = 0;
   int Deletes = 0;
   int Undos = 0;
-
- private:
-  std::string key_;
+  std::string ItsKey;
+  bool KeyFails = false;
 };
 
 class BusinessObjectsTest : public testing::Test {
@@ -83,13 +87,48 @@ TEST_F(BusinessObjectsTest, MembersAreFoundByPositionAndKey) {
 
 TEST_F(BusinessObjectsTest, UnknownIndexIsShownByItsType) {
   const auto people = NewCollection();
-  const std::pair<Variant, const char*> cases[] = {
-      {7, "Index: 7"},           {7.5, "Index: 7.5"},        {"bob", "Index: 'bob'"},
-      {7.0F, "Index: (Single)"}, {true, "Index: (Boolean)"}, {Variant{}, "Index: (Empty)"}};
+  const std::pair<Variant, const char*> cases[] = {{7, "Index: 7"},
+                                                   {7.5, "Index: 7.5"},
+                                                   {"bob", "Index: 'bob'"},
+                                                   {0, "Index: 0"},
+                                                   {1e10, "Index: 10000000000"},
+                                                   {7.0F, "Index: (Single)"},
+                                                   {true, "Index: (Boolean)"},
+                                                   {Variant{}, "Index: (Empty)"}};
   for (const auto& [index, text] : cases) {
     SCOPED_TRACE(text);
     ExpectRaised(errItem_BusinessObject, [&] { people->Item(index); }, {.Text = text});
   }
+}
+
+TEST_F(BusinessObjectsTest, MemberWhoseKeyHasChangedIsFoundUnderBothKeysAndRemovedUnderTheOld) {
+  const auto people = NewCollection();
+  const auto anna = Named("anna");
+  people->Add(anna);
+  anna->ItsKey = "anne";
+  EXPECT_EQ(people->Item("anna"), anna);
+  EXPECT_EQ(people->Item("ANNE"), anna);
+  ExpectReported(RuntimeFailure::InvalidArgument, [&] { people->Remove("anne"); });
+  people->Remove("anna");
+  EXPECT_EQ(people->Count(), 0);
+}
+
+TEST_F(BusinessObjectsTest, MemberThatCannotTellItsKeyAnswersToNoneAndHidesNoOther) {
+  const auto people = NewCollection();
+  const auto anna = Named("anna");
+  const auto bob = Named("bob");
+  people->Add(anna);
+  people->Add(bob);
+  bob->ItsKey = "rob";
+  anna->KeyFails = true;
+  EXPECT_EQ(people->Item("rob"), bob);
+  ExpectRaised(errItem_BusinessObject, [&] { people->Item("carl"); }, {.Text = "Index: 'carl'", .Count = 1});
+}
+
+TEST_F(BusinessObjectsTest, FormatIsNeverNone) {
+  const auto people = NewCollection();
+  ExpectReported(RuntimeFailure::ObjectNotSet, [&] { people->SetKeyFormat({}); });
+  EXPECT_NE(people->KeyFormat(), nullptr);
 }
 
 TEST_F(BusinessObjectsTest, ListenerOfItemNotFoundSuppliesTheObject) {

@@ -27,6 +27,12 @@ class Agent {
   /// The first page, or the one that follows `previous`. Everything read at once closes the result unless keepOpen.
   virtual RecordsetPtr GetRecordset(const DatabaseAgentPtr& agent, const RecordsetPtr& previous, bool keepOpen) = 0;
 
+  /// Whether the result is opened while the caller goes on, and then whether that is still under way.
+  virtual bool AsyncFlag() const { return false; }
+  virtual bool StillExecuting() { return false; }
+  /// The first page of a result opened so; waits for nothing. None of a back-end that opens at once.
+  virtual RecordsetPtr GetAsyncRecordset(const DatabaseAgentPtr& agent);
+
   virtual void InsertPersistentProperties(const PropertiesPtr& properties) = 0;
   virtual void UpdatePersistentProperties(const PropertiesPtr& properties) = 0;
   virtual void DeletePersistentProperties(const PropertiesPtr& properties) = 0;
