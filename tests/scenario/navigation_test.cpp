@@ -229,6 +229,49 @@ TEST_F(NavigatingTest, ContextWithoutLoadLeavesOnlyWhatItHolds) {
   ExpectRaised(errItem_BusinessObjects, [&] { order->BusinessObjects("Lines"); });
 }
 
+TEST_F(NavigatingTest, ContextWithoutAddLoadsNothing) {
+  const auto order = Order(1);
+  order->GetModel()->BusinessContext()->SetSupportsAdd(false);
+  ExpectRaised(errItem_BusinessObjects, [&] { order->BusinessObjects("Lines"); }, {.Text = "Index: 'Lines'"});
+}
+
+TEST_F(NavigatingTest, CollectionThatAListenerKeepsOutIsHandedOutAndReadAgainTheNextTime) {
+  const auto order = Order(1);
+  order->GetModel()->BusinessContext()->BeforeAdd += [](IBusinessObjects&, bool& Cancel) { Cancel = true; };
+  const auto lines = order->BusinessObjects("Lines");
+  EXPECT_EQ(lines->Count(), 2);
+  EXPECT_EQ(order->BusinessObjectsCount(), 0);
+  EXPECT_NE(order->BusinessObjects("Lines"), lines);
+}
+
+TEST_F(NavigatingTest, ListenerOfItemNotFoundSparesTheDatabase) {
+  const auto order = Order(1);
+  const auto supplied = Framework{}.CreateBusinessObjects({.Name = "Own"});
+  shop_.File.Run("drop table lines");
+  order->GetModel()->BusinessContext()->ItemNotFound +=
+      [&](const Variant&, IBusinessObjectsPtr& Item) { Item = supplied; };
+  EXPECT_EQ(order->BusinessObjects("Lines"), supplied);
+}
+
+TEST_F(NavigatingTest, ListenerOfTheObjectIsAskedOnceNoRelationshipLeadsThere) {
+  const auto order = Order(1);
+  const auto supplied = Framework{}.CreateBusinessObjects({.Name = "Own"});
+  std::string heard;
+  order->GetModel()->BusinessObjectsNotFound += [&](const Variant& index, IBusinessObjectsPtr& Found) {
+    heard += index.AsText() + ";";
+    Found = supplied;
+  };
+  order->BusinessObjects("Lines");
+  EXPECT_EQ(order->BusinessObjects("Unknown"), supplied);
+  EXPECT_EQ(heard, "Unknown;");
+}
+
+TEST_F(NavigatingTest, AsyncFlagOfARequestIsAccepted) {
+  const BusinessContextPtr context = Order(1)->GetModel()->BusinessContext();
+  EXPECT_EQ(context->GetBusinessObjects({.RelationshipName = "Lines", .AsyncFlag = true})->Count(), 2);
+  EXPECT_EQ(IdOf(*Framework{}.GetBusinessObject({.ClassName = "Order", .KeyValue1 = 2, .AsyncFlag = true})), 2);
+}
+
 TEST_F(NavigatingTest, RelatedObjectsAreWrittenWithTheirParentWhenThatIsRecursive) {
   const auto order = Order(1);
   order->BusinessObjects("Lines")->Item(1)->FindProperty("Product")->SetValue("Torch");

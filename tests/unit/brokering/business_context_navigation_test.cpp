@@ -124,6 +124,13 @@ TEST_F(LinkedNavigationTest, ValueThatTheParameterRefusesKeepsItsOwnNumber) {
   ExpectRaised(errProperty_DataType, [&] { Follow(); });
 }
 
+TEST_F(LinkedNavigationTest, DeletedObjectLeadsNowhereUnderItsOwnNumber) {
+  AddLink(lines_, "Id", "OrderId");
+  order_->Delete();
+  order_->Update();
+  ExpectRaised(errPersistence_Deleted, [&] { Follow(); });
+}
+
 TEST_F(LinkedNavigationTest, FailedLookUpLeavesNoMessage) {
   AddLink(lines_, "Id", "OrderId");
   Follow();
