@@ -89,6 +89,37 @@ TEST_F(GetBusinessObjectsTest, KeyFormatIsTheArgumentsOrACopyOfTheContexts) {
   EXPECT_EQ(context->GetBusinessObjects({.ClassName = "Line", .KeyFormat = given})->KeyFormat(), given);
 }
 
+TEST_F(GetBusinessObjectsTest, RowsBeyondEitherEndAreNotThere) {
+  const auto orders = Framework{}.GetBusinessObjects({.ClassName = "Order", .ActionName = "All"});
+  ExpectRaised(errPersistence_Row, [&] { orders->Item(0); }, {.Text = "Row: -1  Count: 3"});
+  ExpectRaised(errPersistence_Row, [&] { orders->Item(orders->Count() + 1); }, {.Text = "Row: 3  Count: 3"});
+  EXPECT_EQ(Ids(*orders), "1,2,3");
+}
+
+TEST_F(GetBusinessObjectsTest, DispatcherGivesAnotherObjectOfTheSameRowOnEveryPage) {
+  shop_.AddOrders(25);
+  shop_.OrderAction("All")->SetObjectBuffer(10);
+  const auto orders =
+      Framework{}.GetBusinessObjects({.ClassName = "Order", .ActionName = "All", .CollectionType = cltDispatcher});
+  for (const int position : {1, 25, 12, 1}) {
+    const auto order = orders->Item(position);
+    EXPECT_EQ(IdOf(*order), position);
+    EXPECT_NE(orders->Item(position), order);
+  }
+  EXPECT_EQ(IdOf(*orders->Item("24")), 24);
+}
+
+TEST_F(GetBusinessObjectsTest, InitializedCollectionNeedsTheDatabaseNoMoreOnceItIsThere) {
+  shop_.AddOrders(25);
+  shop_.OrderAction("All")->SetObjectBuffer(10);
+  const auto orders =
+      Framework{}.GetBusinessObjects({.ClassName = "Order", .ActionName = "All", .CollectionType = cltInitialized});
+  EXPECT_EQ(orders->Statistics()->Item("Build Initialized Collection")->SubjectCount(), 25);
+  shop_.File.Run("drop table orders");
+  EXPECT_EQ(IdOf(*orders->Item(25)), 25);
+  EXPECT_EQ(IdOf(*orders->Item("2")), 2);
+}
+
 using LoadBusinessObjectsTest = BrokeringTest;
 
 TEST_F(LoadBusinessObjectsTest, SecondLoadUnderTheSameNameReachesTheDatabaseNoMore) {
