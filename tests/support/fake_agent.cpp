@@ -57,6 +57,8 @@ void FakeAgent::InsertPersistentProperties(const PropertiesPtr& properties) {
   properties->Recordset()->RefreshCounterFields(Assigned, properties->Row());
 }
 
+void FakeAgent::Execute() { ++Executions; }
+
 void FakeAgent::UpdatePersistentProperties(const PropertiesPtr& properties) { Write(properties, Updates); }
 
 void FakeAgent::DeletePersistentProperties(const PropertiesPtr& properties) {

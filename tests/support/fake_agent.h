@@ -28,10 +28,12 @@ class FakeAgent final : public Agent {
   bool AsyncFlag() const override { return AsyncPolls >= 0; }
   bool StillExecuting() override { return AsyncPolls > 0 && AsyncPolls-- > 0; }
   RecordsetPtr GetAsyncRecordset(const DatabaseAgentPtr& agent) override { return GetRecordset(agent, {}, false); }
+  void Execute() override;
   void InsertPersistentProperties(const PropertiesPtr& properties) override;
   void UpdatePersistentProperties(const PropertiesPtr& properties) override;
   void DeletePersistentProperties(const PropertiesPtr& properties) override;
 
+  int Executions = 0;
   int Inserts = 0;
   int Updates = 0;
   int Deletes = 0;

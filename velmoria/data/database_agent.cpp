@@ -83,6 +83,10 @@ RecordsetPtr DatabaseAgent::Recordset() try {
   return AsyncFlag() ? backEnd_->GetAsyncRecordset(DatabaseAgentPtr(this)) : RecordsetPtr{};
 } catch (...) { Failed("Recordset (Get)"); }
 
+void DatabaseAgent::Execute() try {
+  if (backEnd_) backEnd_->Execute();
+} catch (...) { Failed("Execute"); }
+
 void DatabaseAgent::CheckEditFlags(bool isNew) const {
   if (has(action_->EditFlags(), isNew ? efInsert : efUpdate)) return;
   Raise(isNew ? errNotSupported_Insert : errNotSupported_Update, "UpdatePersistentProperties",

@@ -44,6 +44,9 @@ class DatabaseAgent final : public Object, public Reporting {
   /// The first page of a result opened so, else none.
   RecordsetPtr Recordset();
 
+  /// Runs the Source for what it does, without rows. Raises what the back-end raises.
+  void Execute();
+
   /// Writes the row if it has changes. `written` becomes true once the database has the change, and stays so when the
   /// step after it fails (15162). Raises 15090, 15092, 15113 and what the back-end raises.
   void UpdatePersistentProperties(const PropertiesPtr& properties, std::int32_t flag, bool& written);

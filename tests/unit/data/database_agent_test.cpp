@@ -45,6 +45,7 @@ class NotingAgent final : public Agent {
     calls_ += keepOpen ? "read open " : "read ";
     return {};
   }
+  void Execute() override { calls_ += "execute "; }
   void InsertPersistentProperties(const PropertiesPtr&) override { calls_ += "insert "; }
   void UpdatePersistentProperties(const PropertiesPtr&) override { calls_ += "update "; }
   void DeletePersistentProperties(const PropertiesPtr&) override { calls_ += "delete "; }
@@ -97,6 +98,7 @@ TEST_F(DatabaseAgentTest, AnUnknownEngineHasNoBackEndAndEverythingDoesNothing) {
   EXPECT_EQ(agent->Details(), "");
   EXPECT_FALSE(agent->GetRecordset(0, nullptr, false));
   EXPECT_FALSE(agent->PropertiesData());
+  EXPECT_NO_THROW(agent->Execute());
   EXPECT_FALSE(Update(agent, Cached(sfNew)));
 }
 
@@ -105,6 +107,11 @@ TEST_F(DatabaseAgentTest, QuestionsGoToTheBackEnd) {
   EXPECT_EQ(agent->ObjectBuffer(), 7);
   EXPECT_EQ(agent->RowCount(), 3);
   EXPECT_EQ(agent->Details(), "noting");
+}
+
+TEST_F(DatabaseAgentTest, ExecutionGoesToTheBackEndWhateverTheActionPermits) {
+  MakeAgent(efNone)->Execute();
+  EXPECT_EQ(calls_, "execute ");
 }
 
 TEST_F(DatabaseAgentTest, TheStepAndOnServerEnginesTheFlagHaveNoEffectOnReading) {

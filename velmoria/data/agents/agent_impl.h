@@ -33,6 +33,9 @@ class Agent {
   /// The first page of a result opened so; waits for nothing. None of a back-end that opens at once.
   virtual RecordsetPtr GetAsyncRecordset(const DatabaseAgentPtr& agent);
 
+  /// Runs the Source for what it does; rows that it may give are dropped.
+  virtual void Execute() = 0;
+
   virtual void InsertPersistentProperties(const PropertiesPtr& properties) = 0;
   virtual void UpdatePersistentProperties(const PropertiesPtr& properties) = 0;
   virtual void DeletePersistentProperties(const PropertiesPtr& properties) = 0;

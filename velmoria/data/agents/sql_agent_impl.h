@@ -37,6 +37,9 @@ class SQLAgent final : public Agent, public Reporting {
   /// Raises 15053, 15119, 15180, 15120, 15121 or 15123 when the result cannot be opened, 15099 when its cursor cannot
   /// move as pages need it, 15130 for anything else.
   RecordsetPtr GetRecordset(const DatabaseAgentPtr& agent, const RecordsetPtr& previous, bool keepOpen) override;
+  /// Raises 15119, 15180 and what the database refuses. A parameter that a statement does not declare is left out: only
+  /// reading would filter by it.
+  void Execute() override;
   /// Raises 15110, or 15179 when the statement should return a counter value and returns none.
   void InsertPersistentProperties(const PropertiesPtr& properties) override;
   /// Raises 15111.

@@ -43,6 +43,12 @@ void SQLAgent::ExecuteLogged(const char* routine, const std::string& sql) const 
   query->Close();
 }
 
+void SQLAgent::Execute() try {
+  const auto query = CreatePreparedStatement();
+  query->Execute();
+  query->Close();
+} catch (...) { Failed("Execute"); }
+
 void SQLAgent::InsertPersistentProperties(const PropertiesPtr& properties) try {
   InsertRow(properties, KeyParameters(), true);
 } catch (...) { Failed("InsertPersistentProperties", errPersistence_Insert); }
