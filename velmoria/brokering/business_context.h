@@ -117,6 +117,14 @@ class VELMORIA_API BusinessContext final : public Object, public Reporting, publ
   /// used: the context's own is. Raises 15026 when loading is not supported.
   IBusinessObjectsPtr LoadBusinessObjects(const GetBusinessObjectsArguments& arguments = {},
                                           const Position& position = {});
+  /// A new object, which its first Update inserts; without names it is of the selection that the context holds, else
+  /// of the class's NewActionName. The ObjectType that decides stays in the context for later calls. With UseMetaData
+  /// of the Server the columns are read once for each Action, and no query is made while they are kept. Raises 15090
+  /// when the Action does not insert, 15023 and 15024 as GetBusinessObject.
+  IBusinessObjectPtr CreateBusinessObject(const CreateBusinessObjectArguments& arguments = {});
+  /// Runs an Action that gives no rows. An Identifier held by the context goes before the names, unless Parameters are
+  /// given. Raises 15087 when the Action is not for this.
+  void Execute(const ExecuteArguments& arguments = {});
 
   // Inside the library.
   /// Applies the fields; empty names are passed over. Raises 15002 on a locked context.
@@ -125,6 +133,9 @@ class VELMORIA_API BusinessContext final : public Object, public Reporting, publ
   void SetPropertyContext(PropertyContextPtr value);
   /// The Properties of the one row that the arguments find; 15089, 15115, 15077.
   PropertiesPtr GetProperties(const GetPropertiesArguments& arguments);
+  /// The Properties of a new row, under the name; 15089, 15090.
+  PropertiesPtr GetNewProperties(const IdentifierPtr& identifier, const std::string& actionName,
+                                 const std::string& name);
   /// As Item, its event included, but none instead of an error.
   IBusinessObjectsPtr Find(const Variant& index);
 
@@ -152,7 +163,12 @@ class VELMORIA_API BusinessContext final : public Object, public Reporting, publ
   void FollowLink(Link& link);
   void FollowIdentifier();
   void RequireUsage(zUsageFlags flag, zErrors number, std::string_view routine) const;
+  void RequireInsert(std::string_view routine) const;
   DatabaseAgentPtr OpenAgent();
+  RecordsetPtr OpenRecordset();
+  PropertiesPtr CreateProperties();
+  PropertiesPtr DescribeColumns();
+  IBusinessObjectPtr WrapInHostObject(const ModelPtr& model) const;
   IdentifierPtr ParentIdentifier() const;
   zObjectTypes ResolvedObjectType(zObjectTypes argument) const;
   std::string CollectionName(const std::string& argument) const;

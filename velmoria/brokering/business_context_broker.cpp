@@ -29,6 +29,9 @@ DatabaseAgentPtr BusinessContext::OpenAgent() {
   return agent;
 }
 
+// A Source of an unknown engine has no rows at all, not even none.
+RecordsetPtr BusinessContext::OpenRecordset() { return Present(OpenAgent()->GetRecordset(0, {}, false)); }
+
 zObjectTypes BusinessContext::ResolvedObjectType(zObjectTypes argument) const {
   if (argument != otDefault) return argument;
   return objectType_ != otDefault ? objectType_ : action_->ObjectType();
@@ -53,7 +56,7 @@ IBusinessObjectPtr BusinessContext::GetBusinessObject(const GetBusinessObjectArg
                     .KeyValues = {arguments.KeyValue1, arguments.KeyValue2, arguments.KeyValue3, arguments.KeyValue4}});
   }
   RequireUsage(ufObjects, errNotSupported_BusinessObjects, "GetBusinessObject");
-  const RecordsetPtr recordset = OpenAgent()->GetRecordset(0, {}, false);
+  const RecordsetPtr recordset = OpenRecordset();
   auto found = Make<BusinessObjects>();
   found->SetupBound({.Recordset = recordset,
                      .ParentIdentifier = ParentIdentifier(),
@@ -78,7 +81,7 @@ IBusinessObjectsPtr BusinessContext::GetBusinessObjects(const GetBusinessObjects
                     .Parameters = arguments.Parameters});
   }
   RequireUsage(ufObjects, errNotSupported_BusinessObjects, "GetBusinessObjects");
-  const RecordsetPtr recordset = OpenAgent()->GetRecordset(0, {}, false);
+  const RecordsetPtr recordset = OpenRecordset();
   const zObjectTypes objectType = ResolvedObjectType(arguments.ObjectType);
   KeyFormatPtr keyFormat = arguments.KeyFormat;
   if (!keyFormat && keyFormat_) keyFormat = keyFormat_->Copy(true);
@@ -135,11 +138,28 @@ PropertiesPtr BusinessContext::GetProperties(const GetPropertiesArguments& argum
         {.Identifier = arguments.Identifier, .ActionName = arguments.ActionName, .Parameters = arguments.Parameters});
   }
   RequireUsage(ufProperties, errNotSupported_Properties, "GetProperties");
-  const RecordsetPtr recordset = OpenAgent()->GetRecordset(0, {}, false);
+  const RecordsetPtr recordset = OpenRecordset();
   const std::int32_t count = recordset->Count();
   if (count == 0) RaiseWithState(parameters_->Details(), errPersistence_Get, "GetProperties");
   if (count != 1) Raise(errMismatch_Count, "GetProperties", {"1", NumberText(count)});
   return recordset->GetPersistentProperties(0, arguments.Name);
 } catch (...) { Failed("GetProperties"); }
+
+void BusinessContext::Execute(const ExecuteArguments& arguments) try {
+  const bool nothingNamed = !relationship_ && arguments.ClassName.empty() && arguments.ActionName.empty() &&
+                            arguments.ServerName.empty() && !arguments.Parameters;
+  if (nothingNamed) {
+    SelectDefaultAction();
+  } else {
+    SetupSelection({.Identifier = identifier_,
+                    .ServerName = arguments.ServerName,
+                    .ClassName = arguments.ClassName,
+                    .ActionName = arguments.ActionName,
+                    .RelationshipName = RelationshipName(),
+                    .Parameters = arguments.Parameters});
+  }
+  RequireUsage(ufExecute, errNotSupported_Execute, "Execute");
+  OpenAgent()->Execute();
+} catch (...) { Failed("Execute"); }
 
 }  // namespace velmoria

@@ -67,6 +67,13 @@ IBusinessObjectsPtr Framework::GetBusinessObjects(const GetBusinessObjectsArgume
   return ContextFor(forwarded)->GetBusinessObjects(forwarded);
 } catch (...) { Failed("GetBusinessObjects"); }
 
+IBusinessObjectPtr Framework::CreateBusinessObject(const CreateBusinessObjectArguments& arguments) const try {
+  auto forwarded = arguments;
+  const auto context = ContextFor(forwarded);
+  context->SetObjectType(otDefault);
+  return context->CreateBusinessObject(forwarded);
+} catch (...) { Failed("CreateBusinessObject"); }
+
 ConnectionPtr Framework::SetupConnection(const SetupConnectionArguments& arguments) const try {
   return Present(Apartment().ConnectionContext)->SetupConnection(arguments);
 } catch (...) { Failed("SetupConnection"); }

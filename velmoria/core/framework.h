@@ -18,6 +18,7 @@ struct AttributeFields;
 struct BusinessContextFields;
 struct ClassFields;
 struct ConnectorFields;
+struct CreateBusinessObjectArguments;
 struct DatabaseFields;
 struct GetBusinessObjectArguments;
 struct GetBusinessObjectsArguments;
@@ -76,6 +77,9 @@ class VELMORIA_API Framework final : public Reporting {
   IBusinessObjectPtr GetBusinessObject(const GetBusinessObjectArguments& arguments) const;
   /// BusinessContext.GetBusinessObjects on the same context.
   IBusinessObjectsPtr GetBusinessObjects(const GetBusinessObjectsArguments& arguments) const;
+  /// BusinessContext.CreateBusinessObject on the same context, whose ObjectType goes back to otDefault first. The one
+  /// that decides stays there, and so decides for the next call of the other two.
+  IBusinessObjectPtr CreateBusinessObject(const CreateBusinessObjectArguments& arguments) const;
 
   /// The identifier of a class with no values yet. Without a ServerName the first registered server that has the class
   /// answers; 15065 when none does. With one raises 15074 and 15065.

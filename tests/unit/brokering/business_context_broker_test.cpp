@@ -1,38 +1,13 @@
-#include <memory>
-#include <string>
-
 #include <gtest/gtest.h>
 
 #include "tests/support/bound_orders.h"
 #include "tests/support/expect_raised.h"
-#include "tests/support/fake_odbc.h"
-#include "tests/support/one_action.h"
-#include "tests/support/scoped_apartment.h"
-#include "velmoria/velmoria.h"
+#include "tests/unit/brokering/broker_fixture.h"
 
 namespace velmoria::test {
 namespace {
 
-/// Operations of the broker over a driver in memory, which tells what was asked of it.
-class BusinessContextBrokerTest : public testing::Test {
- protected:
-  BusinessContextBrokerTest() {
-    apartment_.State().Platform.Odbc = driver_;
-    driver_->Columns = {{"Id", kInteger}, {"Name", kVarchar, 40}};
-  }
-  void Design(int rows, const OneActionFields& fields = {}) {
-    for (int id = 1; id <= rows; ++id) driver_->Rows.push_back({std::to_string(id), "Order " + std::to_string(id)});
-    design_ = std::make_unique<OneAction>(fields);
-  }
-  std::size_t Statements() const { return driver_->Texts.size(); }
-
-  static constexpr short kInteger = 4;
-  static constexpr short kVarchar = 12;
-  ScopedApartment apartment_;
-  std::shared_ptr<FakeOdbc> driver_ = std::make_shared<FakeOdbc>();
-  std::unique_ptr<OneAction> design_;
-  BusinessContextPtr context_ = Framework{}.CreateBusinessContext();
-};
+using BusinessContextBrokerTest = BrokerTest;
 
 TEST_F(BusinessContextBrokerTest, RefusedUsageReachesNoDatabase) {
   Design(1);
@@ -60,9 +35,9 @@ TEST_F(BusinessContextBrokerTest, SecondLoadOfPropertiesIsNoStatement) {
   Design(1);
   const auto order = context_->GetBusinessObject({.ClassName = "Order", .KeyValue1 = 1});
   const auto context = order->GetModel()->PropertyContext();
-  const auto detail = context->LoadProperties("Get", {}, "Detail");
+  const auto detail = context->LoadProperties({.ActionName = "Get", .Name = "Detail"});
   const auto statements = Statements();
-  EXPECT_EQ(context->LoadProperties("Get", {}, "Detail"), detail);
+  EXPECT_EQ(context->LoadProperties({.ActionName = "Get", .Name = "Detail"}), detail);
   EXPECT_EQ(Statements(), statements);
 }
 
