@@ -1,9 +1,10 @@
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
 #include "tests/support/sample_rows.h"
 #include "tests/support/scoped_apartment.h"
-#include "velmoria/properties/properties_impl.h"
 #include "velmoria/velmoria.h"
 
 namespace velmoria::test {
@@ -16,13 +17,6 @@ class PropertiesUpdateTest : public testing::Test {
     properties.AfterUpdate += [this] { told_ += "au "; };
     properties.BeforePendingDelete += [this](bool&) { told_ += "bd "; };
     properties.AfterPendingDelete += [this] { told_ += "ad "; };
-  }
-  static PropertiesPtr Cached(Variant value = 1) {
-    auto data = Make<PropertiesData>();
-    data->SetupItem(psCached, {.Name = "Id", .Value = std::move(value), .DataType = dtLongInteger});
-    auto properties = Make<Properties>();
-    properties->Bind({.Style = psCached, .PropertiesData = data});
-    return properties;
   }
 
   ScopedApartment apartment_;
@@ -153,7 +147,63 @@ TEST_F(PropertiesUpdateTest, DirtyOfAColumnStaysTrueAfterTheUpdateThoughTheRowIs
   EXPECT_FALSE(row->Item("Name")->DirtyValue());
 }
 
+TEST_F(PropertiesUpdateTest, ColumnsLeftUnsetAreLetNullBehindTheInsertAndTheirListenersHear) {
+  const SampleRows rows;
+  const auto row = rows.NewRow();
+  row->Item("Id")->SetValue(4);
+  row->Item("Name")->BeforeValueChange += [this](const Variant& value, bool&) { told_ += value.TypeName() + " "; };
+  row->Item("Name")->AfterValueChange += [this] { told_ += "after "; };
+  row->Update();
+  EXPECT_EQ(told_, "Null after ");
+}
+
+TEST_F(PropertiesUpdateTest, ColumnThatIsNotModifiableIsNullBehindTheInsertAllTheSame) {
+  const SampleRows rows;
+  const auto row = rows.NewRow();
+  row->Item("Id")->SetValue(4);
+  row->Item("Note")->SetModifiable(false);
+  row->Item("Note")->BeforeValueChange += [this](const Variant&, bool&) { told_ += "asked "; };
+  row->Update();
+  EXPECT_TRUE(row->Item("Note")->Value().IsNull());
+  EXPECT_EQ(told_, "");
+}
+
+TEST_F(PropertiesUpdateTest, FailingListenerOfBeforeUpdateWritesNothing) {
+  const SampleRows rows;
+  const auto row = rows.Row(0);
+  row->Item("Name")->SetValue("Eve");
+  row->BeforeUpdate += [](bool&) { Fail(RuntimeFailure::DeviceError); };
+  Watch(*row);
+  ExpectReported(RuntimeFailure::DeviceError, [&] { row->Update(); });
+  EXPECT_EQ(told_, "");
+  EXPECT_EQ(rows.Database->Writes(), 0);
+  EXPECT_TRUE(row->DirtyValues());
+}
+
 // Delete
+
+TEST_F(PropertiesUpdateTest, RefusedDeleteLeavesTheRowFlagged) {
+  const SampleRows rows;
+  const auto row = rows.Row(0);
+  row->Delete();
+  rows.Database->Refuses = true;
+  ExpectReported(RuntimeFailure::DeviceError, [&] { row->Update(); });
+  EXPECT_EQ(row->StateFlags(), sfpersistent | sfpendingdelete);
+  rows.Database->Refuses = false;
+  row->Update();
+  EXPECT_EQ(row->StateFlags(), sfdeleted);
+}
+
+TEST_F(PropertiesUpdateTest, RefusedInsertLeavesTheRowNewWithItsValues) {
+  const SampleRows rows;
+  const auto row = rows.NewRow();
+  row->Item("Id")->SetValue(4);
+  rows.Database->Refuses = true;
+  ExpectReported(RuntimeFailure::DeviceError, [&] { row->Update(); });
+  EXPECT_EQ(row->StateFlags(), sfNew | sfdirty);
+  EXPECT_EQ(row->Item("Id")->Value().AsLong(), 4);
+  EXPECT_TRUE(row->Item("Name")->EmptyValue());
+}
 
 TEST_F(PropertiesUpdateTest, DeleteFlagsAndTheNextUpdateDeletes) {
   const SampleRows rows;
@@ -274,74 +324,6 @@ TEST_F(PropertiesUpdateTest, DeletedIsFinal) {
   row->SetStateFlags(sfpersistent);
   EXPECT_EQ(row->StateFlags(), sfdeleted);
   ExpectRaised(errPersistence_Deleted, [&] { row->Undo(); }, {.Text = "Identifier: '0'"});
-}
-
-// Free-standing
-
-TEST_F(PropertiesUpdateTest, NonPersistentCollectionRefusesUpdateAndDelete) {
-  const auto properties = Framework().CreateProperties();
-  properties->SetupItem({.Name = "A", .Value = 1});
-  ExpectRaised(errProperties_Update, [&] { properties->Update(); });
-  ExpectRaised(errProperties_Delete, [&] { properties->Delete(); });
-}
-
-TEST_F(PropertiesUpdateTest, TransientCollectionRefusesItsStateFlags) {
-  ExpectRaised(errProperties_Transient, [&] { Framework().CreateProperties()->SetStateFlags(sfpersistent); },
-               {.Text = "Changing StateFlags is only permitted with Action-bound Properties collections."});
-}
-
-TEST_F(PropertiesUpdateTest, StateFlagsOfAFreeCollectionAreTheOrOfItsMembers) {
-  const auto properties = Framework().CreateProperties();
-  properties->SetupItem({.Name = "A"});
-  EXPECT_EQ(properties->StateFlags(), sfnonpersistent | sfNew);
-  properties->SetupItem({.Name = "B"})->SetStateFlags(sfpersistent);
-  EXPECT_EQ(properties->StateFlags(), sfnonpersistent | sfNew | sfpersistent);
-  EXPECT_EQ(properties->StateFlagsDisplay(), "New; Persistent");
-}
-
-TEST_F(PropertiesUpdateTest, CachedCollectionTakesStateFlagsVerbatim) {
-  const auto properties = Cached();
-  properties->Item(1)->ClearDirty();
-  properties->SetStateFlags(sfpersistent | sfNew);
-  EXPECT_EQ(properties->StateFlags(), sfpersistent | sfNew);
-}
-
-TEST_F(PropertiesUpdateTest, DeletedCachedCollectionIsPendingAndDirty) {
-  const auto properties = Cached();
-  Watch(*properties);
-  properties->SetStateFlags(sfpersistent);
-  properties->Delete();
-  EXPECT_EQ(properties->StateFlags(), sfpersistent | sfpendingdelete | sfdirty);
-  properties->Delete();
-  EXPECT_EQ(told_, "bd ad ");
-}
-
-TEST_F(PropertiesUpdateTest, UndoOfACachedCollection) {
-  const auto properties = Cached();
-  properties->SetStateFlags(sfpersistent);
-  properties->Item("Id")->ClearDirty();
-  properties->Item("Id")->SetValue(2);
-  properties->Undo();
-  EXPECT_EQ(properties->Item("Id")->Value().AsLong(), 1);
-  EXPECT_EQ(properties->StateFlags(), sfpersistent);
-}
-
-TEST_F(PropertiesUpdateTest, UndoOfAFreshFreeCollectionGivesItUp) {
-  const auto properties = Cached();
-  properties->Undo();
-  EXPECT_EQ(properties->StateFlags(), sfdeleted);
-  EXPECT_TRUE(properties->Item("Id")->EmptyValue());
-}
-
-TEST_F(PropertiesUpdateTest, CleanFreeCollectionWithAnIdentifierRaisesBothEventsAndWritesNothing) {
-  const SampleDesign design;
-  const auto properties = Cached();
-  properties->Item("Id")->ClearDirty();
-  properties->SetIdentifier(design.Order->CreateIdentifier(properties));
-  properties->SetActionName("Get");
-  Watch(*properties);
-  properties->Update();
-  EXPECT_EQ(told_, "bu au ");
 }
 
 }  // namespace
