@@ -57,18 +57,12 @@ IBusinessObjectsPtr Model::BusinessObjects(const Variant& index) try {
   return found;
 } catch (...) { Failed("BusinessObjects"); }
 
-PropertiesPtr Model::LoadQuietly(const std::string& actionName) {
-  Suspension quiet{"Model.Properties"};
-  try {
-    return Held().LoadProperties(actionName);
-  } catch (const Error&) {
-    return {};  // the name is no Action that gives one row: the caller goes on to its own error
-  }
-}
-
 PropertiesPtr Model::Properties(const Variant& index) try {
-  PropertiesPtr found = Held().Find(index);
-  if (!found && index.IsText()) found = LoadQuietly(index.AsText());
+  auto& context = Held();
+  PropertiesPtr found = Quietly("Model.Properties", [&] { return context.Find(index); });
+  if (!found && index.IsText()) {
+    found = Quietly("Model.Properties", [&] { return context.LoadProperties({.ActionName = index.AsText()}); });
+  }
   if (!found) PropertiesNotFound.Raise(index, found);
   if (!found) Raise(errItem_Properties, "Properties", {IndexText(index)});
   return found;
@@ -76,7 +70,9 @@ PropertiesPtr Model::Properties(const Variant& index) try {
 
 PropertyPtr Model::FindProperty(const Variant& index, PropertyPtr parameter) try {
   const PropertyKey key{.Index = index, .Parameter = parameter};
-  PropertyPtr found = Held().Find(key);
+  auto& context = Held();
+  PropertyPtr found =
+      QuietlyWhenHeard(context.PropertyNotFound, "Model.FindProperty", [&] { return context.Find(key); });
   if (!found) PropertyNotFound.Raise(index, parameter, found);
   if (!found) Raise(errItem_Property, "FindProperty", PropertyKeyTexts(key));
   return found;

@@ -73,7 +73,6 @@ class VELMORIA_API Model final : public IBusinessObject, public Reporting, publi
 
  private:
   velmoria::PropertyContext& Held() const;
-  PropertiesPtr LoadQuietly(const std::string& actionName);
 
   PropertyContextPtr propertyContext_;
   BusinessContextPtr businessContext_;

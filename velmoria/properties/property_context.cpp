@@ -9,6 +9,7 @@
 #include "velmoria/core/display.h"
 #include "velmoria/core/index_text_impl.h"
 #include "velmoria/core/insert_at_impl.h"
+#include "velmoria/core/quietly_impl.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/property.h"
 #include "velmoria/properties/property_texts_impl.h"
@@ -71,7 +72,10 @@ PropertyPtr PropertyContext::FindByNumber(const Variant& index) const {
 
 PropertyPtr PropertyContext::FindByName(const PropertyKey& key) const {
   for (const auto& properties : items_) {
-    if (PropertyPtr found = properties->FindOrAsk(key)) return found;
+    if (PropertyPtr found = QuietlyWhenHeard(properties->ItemNotFound, "PropertyContext.FindProperty",
+                                             [&] { return properties->FindOrAsk(key); })) {
+      return found;
+    }
   }
   return {};
 }
@@ -90,8 +94,8 @@ PropertyPtr PropertyContext::FindProperty(const PropertyKey& key) try {
   return found;
 } catch (...) { Failed("FindProperty"); }
 
-void PropertyContext::Insert(PropertiesPtr item, const Position& position) {
-  if (position.IsBoth()) { Raise(errAdd_Properties, "Add", AddTexts(item->Name(), position), BothPositionsText); }
+void PropertyContext::Insert(PropertiesPtr item, const Position& position, std::string_view routine) {
+  if (position.IsBoth()) Raise(errAdd_Properties, routine, AddTexts(item->Name(), position), BothPositionsText);
   const std::string name = item->Name();
   InsertAt(items_, std::move(item), name, position);
 }
@@ -100,7 +104,7 @@ void PropertyContext::Add(const PropertiesPtr& item, const Position& position) t
   if (noAdd_) Raise(errNotSupported_Add, "Add");
   if (!item) Fail(RuntimeFailure::ObjectNotSet);
   if (BeforeAdd.Raise(*item)) return;
-  Insert(item, position);
+  Insert(item, position, "Add");
   AfterAdd.Raise(*item);
 } catch (...) { Failed("Add"); }
 
@@ -134,18 +138,33 @@ PropertiesPtr PropertyContext::GetProperties(const std::string& actionName, Prop
   return broker.GetProperties({identity, actionName, std::move(parameters), name});
 } catch (...) { Failed("GetProperties"); }
 
-PropertiesPtr PropertyContext::LoadProperties(const std::string& actionName, PropertiesPtr parameters,
-                                              const std::string& name, const Position& position) try {
-  if (noLoad_) Raise(errProperties_Load, "LoadProperties");
-  if (transient_) Raise(errPropertyContext_Transient, "LoadProperties");
+PropertiesPtr PropertyContext::GetNewProperties(const std::string& actionName, const std::string& name) try {
+  return Broker("GetNewProperties").GetNewProperties(identifier_, actionName, name);
+} catch (...) { Failed("GetNewProperties"); }
+
+PropertiesPtr PropertyContext::FindLoaded(const std::string& actionName, const std::string& name,
+                                          std::string_view routine) {
+  if (noLoad_) Raise(errProperties_Load, routine);
+  if (transient_) Raise(errPropertyContext_Transient, routine);
   const std::string& held = name.empty() ? actionName : name;
-  if (!held.empty()) {
-    if (PropertiesPtr found = Find(held)) return found;
-  }
-  PropertiesPtr loaded = GetProperties(actionName, std::move(parameters), name);
-  Insert(loaded, position);
+  if (held.empty()) return {};
+  return QuietlyWhenHeard(ItemNotFound, "PropertyContext.LoadProperties", [&] { return Find(held); });
+}
+
+PropertiesPtr PropertyContext::LoadProperties(const LoadPropertiesArguments& arguments, const Position& position) try {
+  if (PropertiesPtr held = FindLoaded(arguments.ActionName, arguments.Name, "LoadProperties")) return held;
+  PropertiesPtr loaded = GetProperties(arguments.ActionName, arguments.Parameters, arguments.Name);
+  Insert(loaded, position, "LoadProperties");
   return loaded;
 } catch (...) { Failed("LoadProperties"); }
+
+PropertiesPtr PropertyContext::LoadNewProperties(const LoadNewPropertiesArguments& arguments,
+                                                 const Position& position) try {
+  if (PropertiesPtr held = FindLoaded(arguments.ActionName, arguments.Name, "LoadNewProperties")) return held;
+  PropertiesPtr loaded = GetNewProperties(arguments.ActionName, arguments.Name);
+  Insert(loaded, position, "LoadNewProperties");
+  return loaded;
+} catch (...) { Failed("LoadNewProperties"); }
 
 std::string PropertyContext::ActionName() try { return Broker("ActionName (Get)").ActionName(); } catch (...) {
   Failed("ActionName (Get)");

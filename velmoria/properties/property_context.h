@@ -17,6 +17,20 @@
 
 namespace velmoria {
 
+/// What PropertyContext.LoadProperties asks for. An empty Name is that of the Action.
+struct LoadPropertiesArguments {
+  std::string ActionName{};
+  PropertiesPtr Parameters{};  // none: the object's Identifier finds the row
+  bool AsyncFlag = false;      // accepted, and without effect: one row is fetched at once
+  std::string Name{};
+};
+
+struct LoadNewPropertiesArguments {
+  std::string ActionName{};
+  bool AsyncFlag = false;  // as above
+  std::string Name{};
+};
+
 /// The Properties collections that together are one business object: the first comes from the row that made it, others
 /// are loaded through other Actions on demand. A transient one, Framework.CreatePropertyContext, only holds what is
 /// added to it and raises 15166 where it would need a broker.
@@ -57,13 +71,18 @@ class VELMORIA_API PropertyContext final : public Object,
   /// Raises 15083 when removing is not supported, 15071 for an unknown index.
   void Remove(const Variant& index);
 
-  /// The Properties that an Action finds for this object, not added here. Raises 15166 on a transient context.
+  /// The Properties that an Action finds for this object, not added here; Parameters go before the Identifier. Raises
+  /// 15166 on a transient context, 15089 when the Action builds no Properties, 15115 for no row and 15077 for several.
   PropertiesPtr GetProperties(const std::string& actionName, PropertiesPtr parameters = {},
                               const std::string& name = {});
-  /// The same, added here; a collection already held under Name or ActionName is returned as it is. Raises 15118 when
-  /// loading is not supported, which a transient context never does.
-  PropertiesPtr LoadProperties(const std::string& actionName, PropertiesPtr parameters = {},
-                               const std::string& name = {}, const Position& position = {});
+  /// The Properties of a new row, which its Update inserts, not added here. Raises 15166, 15089, and 15090 when the
+  /// Action does not insert.
+  PropertiesPtr GetNewProperties(const std::string& actionName, const std::string& name = {});
+  /// The same two, and the result joins this context, without events and whatever SupportsAdd says; a collection that
+  /// is held under Name or ActionName is returned as it is. Raise 15118 when loading is not supported, 15013 when both
+  /// positions are given.
+  PropertiesPtr LoadProperties(const LoadPropertiesArguments& arguments, const Position& position = {});
+  PropertiesPtr LoadNewProperties(const LoadNewPropertiesArguments& arguments, const Position& position = {});
   /// The Action and Parameters of the context's broker; 15166 on a transient context.
   std::string ActionName();
   void SetActionName(const std::string& value);
@@ -117,7 +136,9 @@ class VELMORIA_API PropertyContext final : public Object,
   PropertyPtr FindByNumber(const Variant& index) const;
   PropertyPtr FindByName(const PropertyKey& key) const;
   std::string PropertiesKey(velmoria::KeyFormat& format);
-  void Insert(PropertiesPtr item, const Position& position);
+  void Insert(PropertiesPtr item, const Position& position, std::string_view routine);
+  /// What is held already; none when it is to be loaded.
+  PropertiesPtr FindLoaded(const std::string& actionName, const std::string& name, std::string_view routine);
   void LetSupports(bool& refusal, bool supported, std::string_view routine);
   BusinessContext& Broker(std::string_view routine);
   const velmoria::Identifier& Identity() const;

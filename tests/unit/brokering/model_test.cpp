@@ -118,6 +118,61 @@ TEST_F(ModelTest, TheContextIsAskedBeforeTheModel) {
   EXPECT_EQ(heard, "context model broker model");
 }
 
+TEST_F(ModelTest, ListenersOfTheContextThatFailCountAsAMissAndTheModelGoesOnToItsOwn) {
+  const PropertyPtr member = Framework{}.CreateProperty({.Name = "Colour"});
+  const auto values = Values("Extra");
+  const auto context = model_->PropertyContext();
+  context->PropertyNotFound += [&](const PropertyKey&, PropertyPtr&) { context->Item(99); };
+  context->ItemNotFound += [](const Variant&, PropertiesPtr&) { Fail(RuntimeFailure::DeviceError); };
+  model_->PropertyNotFound += [&](const Variant&, const PropertyPtr&, PropertyPtr& Property) { Property = member; };
+  model_->PropertiesNotFound += [&](const Variant&, PropertiesPtr& Properties) { Properties = values; };
+  EXPECT_EQ(model_->FindProperty("Colour"), member);
+  EXPECT_EQ(model_->Properties(9), values);
+  EXPECT_EQ(model_->Properties("Extra"), values);
+  EXPECT_EQ(apartment_.Messages().Count(), 0);
+}
+
+TEST_F(ModelTest, ListenersOfTheContextAreAskedForANameOnceMoreWhenItIsLoaded) {
+  std::string heard;
+  model_->PropertyContext()->ItemNotFound += [&](const Variant&, PropertiesPtr&) { heard += "context "; };
+  model_->PropertiesNotFound += [&](const Variant&, PropertiesPtr&) { heard += "model "; };
+  ExpectRaised(errItem_Properties, [&] { model_->Properties("Nothing"); });
+  ExpectRaised(errItem_Properties, [&] { model_->Properties(9); });
+  EXPECT_EQ(heard, "context context model context model ");
+}
+
+TEST_F(ModelTest, FailureOfItsOwnListenerIsPassedOn) {
+  model_->PropertyNotFound +=
+      [](const Variant&, const PropertyPtr&, PropertyPtr&) { Fail(RuntimeFailure::DeviceError); };
+  model_->PropertiesNotFound += [](const Variant&, PropertiesPtr&) { Fail(RuntimeFailure::DeviceError); };
+  ExpectReported(RuntimeFailure::DeviceError, [&] { model_->FindProperty("Colour"); });
+  ExpectReported(RuntimeFailure::DeviceError, [&] { model_->Properties(9); });
+}
+
+TEST_F(ModelTest, ContextThatLoadsNothingLeavesTheNameAMiss) {
+  model_->PropertyContext()->SetSupportsLoad(false);
+  ExpectRaised(errItem_Properties, [&] { model_->Properties("All"); }, {.Text = "Index: 'All'", .Count = 1});
+}
+
+TEST_F(ModelTest, OverATransientContextItHasNoIdentityAndLoadsNothing) {
+  const auto context = Framework{}.CreatePropertyContext();
+  context->Add(Values("Mine"));
+  const auto free = Make<Model>();
+  free->Setup(context, {});
+  EXPECT_EQ(free->Identifier(), nullptr);
+  EXPECT_EQ(free->Properties("Mine"), context->Item(1));
+  EXPECT_EQ(free->Details(),
+            "Model for Server: ''  Class: ''\r\n    Identifier Key: ''\r\n    Property Count 0\r\n"
+            "    Business Objects Count 0");
+  ExpectRaised(errItem_Properties, [&] { free->Properties("All"); }, {.Text = "Index: 'All'", .Count = 1});
+}
+
+TEST_F(ModelTest, ModifiableTellsWhetherEveryMemberIs) {
+  EXPECT_TRUE(model_->Modifiable());
+  model_->FindProperty("Name")->SetModifiable(false);
+  EXPECT_FALSE(model_->Modifiable());
+}
+
 TEST_F(ModelTest, RelatedCollectionIsFoundInItsBusinessContext) {
   const auto lines = Collection("Lines");
   EXPECT_EQ(model_->BusinessObjectsCount(), 0);
@@ -171,6 +226,56 @@ TEST_F(ModelPersistenceTest, UpdateWritesTheChange) {
   EXPECT_EQ(heard_, "<>");
   EXPECT_EQ(orders_.Database->Updates, 1);
   EXPECT_FALSE(model_->Dirty());
+}
+
+TEST_F(ModelPersistenceTest, UpdateOfACleanObjectRaisesBothEventsAndWritesNothing) {
+  model_->Update();
+  EXPECT_EQ(heard_, "<>");
+  EXPECT_EQ(orders_.Database->Writes(), 0);
+}
+
+TEST_F(ModelPersistenceTest, InterfaceActsOnTheObjectAlone) {
+  const IBusinessObjectPtr object = model_;
+  Change(related_);
+  object->Update();
+  object->Delete();
+  EXPECT_EQ(heard_, "<>[]");
+  EXPECT_EQ(related_->StateFlags(), sfpersistent | sfdirty);
+}
+
+TEST_F(ModelPersistenceTest, FailureAmongTheRelatedLeavesTheObjectWrittenAndRaisesNoAfterUpdate) {
+  Change(model_);
+  Change(related_);
+  model_->PropertyContext()->AfterUpdate += [this] { orders_.Database->Refuses = true; };
+  EXPECT_TRUE(Thrown([&] { model_->Update(true); }));
+  EXPECT_EQ(orders_.Database->Updates, 1);
+  EXPECT_FALSE(model_->Dirty());
+  EXPECT_TRUE(related_->Dirty());
+  EXPECT_EQ(heard_, "<");
+}
+
+TEST_F(ModelPersistenceTest, FailedDeleteRaisesNoAfterPendingDelete) {
+  model_->Properties(1)->BeforePendingDelete += [](bool&) { Fail(RuntimeFailure::DeviceError); };
+  ExpectReported(RuntimeFailure::DeviceError, [&] { model_->Delete(true); });
+  EXPECT_EQ(heard_, "[");
+  EXPECT_EQ(related_->StateFlags(), sfpersistent);
+}
+
+TEST_F(ModelPersistenceTest, UndoLeavesRelatedObjectsAlone) {
+  model_->Delete(true);
+  model_->Undo();
+  EXPECT_EQ(model_->StateFlags(), sfpersistent);
+  EXPECT_EQ(related_->StateFlags(), sfpersistent | sfpendingdelete);
+}
+
+TEST_F(ModelPersistenceTest, DeletedObjectTellsItsStateButNoDetails) {
+  model_->Delete();
+  model_->Update();
+  EXPECT_EQ(model_->StateFlagsDisplay(), "Deleted");
+  EXPECT_FALSE(model_->Dirty());
+  EXPECT_TRUE(Thrown([&] { model_->Details(); }));
+  apartment_.Messages().Clear();
+  ExpectRaised(errPersistence_Deleted, [&] { model_->Undo(); }, {.Text = "Identifier: '0'"});
 }
 
 TEST_F(ModelPersistenceTest, CancelledBeforeUpdateWritesNothingAndRaisesNoAfterUpdate) {

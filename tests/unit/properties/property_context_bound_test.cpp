@@ -1,3 +1,5 @@
+#include <utility>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
@@ -37,14 +39,55 @@ TEST_F(BoundPropertyContextTest, BrokerStartsFromTheServerAndClassOfTheIdentifie
 TEST_F(BoundPropertyContextTest, LoadReturnsAHeldCollectionByNameThenByAction) {
   const auto detail = Row(1, "Detail");
   bound_->Add(detail);
-  EXPECT_EQ(bound_->LoadProperties("Detail"), detail);
-  EXPECT_EQ(bound_->LoadProperties("Nothing", {}, "Detail"), detail);
+  EXPECT_EQ(bound_->LoadProperties({.ActionName = "Detail"}), detail);
+  EXPECT_EQ(bound_->LoadProperties({.ActionName = "Nothing", .Name = "Detail"}), detail);
   EXPECT_EQ(orders_.Database->Reads, 1);
 }
 
 TEST_F(BoundPropertyContextTest, LoadIsRefusedThoughTheCollectionIsHeld) {
   bound_->SetSupportsLoad(false);
-  ExpectRaised(errProperties_Load, [&] { bound_->LoadProperties("Get"); }, {.Count = 1});
+  ExpectRaised(errProperties_Load, [&] { bound_->LoadProperties({.ActionName = "Get"}); }, {.Count = 1});
+}
+
+TEST_F(BoundPropertyContextTest, LoadOfNewOnesReturnsAHeldCollectionAndIsRefusedWithTheOthers) {
+  const auto detail = Row(1, "Detail");
+  bound_->Add(detail);
+  EXPECT_EQ(bound_->LoadNewProperties({.ActionName = "Detail"}), detail);
+  EXPECT_EQ(bound_->LoadNewProperties({.ActionName = "Nothing", .Name = "Detail"}), detail);
+  bound_->SetSupportsLoad(false);
+  ExpectRaised(errProperties_Load, [&] { bound_->LoadNewProperties({.ActionName = "Detail"}); }, {.Count = 1});
+}
+
+TEST_F(BoundPropertyContextTest, ListenerOfItemNotFoundSparesTheLoad) {
+  const auto supplied = Values("Detail");
+  bound_->ItemNotFound += [&](const Variant&, PropertiesPtr& Item) { Item = supplied; };
+  EXPECT_EQ(bound_->LoadProperties({.ActionName = "Detail"}), supplied);
+  EXPECT_EQ(bound_->LoadNewProperties({.ActionName = "Detail"}), supplied);
+  EXPECT_EQ(bound_->Count(), 1);
+}
+
+TEST_F(BoundPropertyContextTest, NewPropertiesNeedAnActionThatBuildsThemAndInserts) {
+  const auto action = orders_.Design.Order->Actions()->Item("All");
+  action->SetEditFlags(efUpdate);
+  ExpectRaised(errNotSupported_Insert, [&] { bound_->GetNewProperties("All"); },
+               {.Text = "Action: 'All'  EditFlags: 'Update'"});
+  action->SetUsageFlags(ufObjects);
+  ExpectRaised(errNotSupported_Properties, [&] { bound_->GetNewProperties("All"); },
+               {.Text = "Action: 'All'  UsageFlags: 'Business Objects'"});
+}
+
+TEST_F(BoundPropertyContextTest, UnknownActionIsReportedByEveryOperationThatLoads) {
+  const std::pair<const char*, void (*)(PropertyContext&)> routines[] = {
+      {"GetProperties", [](PropertyContext& c) { c.GetProperties("Nothing"); }},
+      {"GetNewProperties", [](PropertyContext& c) { c.GetNewProperties("Nothing"); }},
+      {"LoadProperties", [](PropertyContext& c) { c.LoadProperties({.ActionName = "Nothing"}); }},
+      {"LoadNewProperties", [](PropertyContext& c) { c.LoadNewProperties({.ActionName = "Nothing"}); }},
+  };
+  for (const auto& [name, routine] : routines) {
+    SCOPED_TRACE(name);
+    ExpectRaised(errItem_Action, [&] { routine(*bound_); }, {.Text = "Index: 'Nothing'", .Count = 1});
+  }
+  EXPECT_EQ(bound_->Count(), 1);
 }
 
 TEST_F(BoundPropertyContextTest, ActionWithoutPropertiesUsageIsRefused) {

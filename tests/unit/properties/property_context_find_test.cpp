@@ -69,6 +69,31 @@ TEST_F(FindPropertyTest, ListenerOfPropertyNotFoundSuppliesTheMember) {
   ExpectRaised(errItem_Property, [&] { context_->FindProperty("Other"); });
 }
 
+TEST_F(FindPropertyTest, ListenerOfACollectionSuppliesTheMemberBeforeTheNextIsLookedThrough) {
+  const PropertyPtr supplied = Framework{}.CreateProperty(Number("Note", 9));
+  first_->ItemNotFound += [&](const PropertyKey&, PropertyPtr& item) { item = supplied; };
+  EXPECT_EQ(context_->FindProperty("Note"), supplied);
+}
+
+TEST_F(FindPropertyTest, ListenerOfACollectionThatFailsCountsAsAMissOfThatCollection) {
+  first_->ItemNotFound += [&](const PropertyKey&, PropertyPtr&) { Framework{}.Servers()->Item(99); };
+  EXPECT_EQ(context_->FindProperty("Note"), second_->Item("Note"));
+  EXPECT_EQ(apartment_.Messages().Count(), 0);
+  ExpectRaised(errItem_Property, [&] { context_->FindProperty("x"); }, {.Text = "Index: 'x'", .Count = 1});
+}
+
+TEST_F(FindPropertyTest, FailureOfTheContextsOwnListenerIsPassedOn) {
+  context_->PropertyNotFound += [](const PropertyKey&, PropertyPtr&) { Fail(RuntimeFailure::DeviceError); };
+  ExpectReported(RuntimeFailure::DeviceError, [&] { context_->FindProperty("x"); });
+}
+
+TEST_F(FindPropertyTest, NumberIsSoughtWithoutAskingTheCollections) {
+  bool asked = false;
+  first_->ItemNotFound += [&](const PropertyKey&, PropertyPtr&) { asked = true; };
+  context_->FindProperty(3);
+  EXPECT_FALSE(asked);
+}
+
 TEST_F(FindPropertyTest, EachCollectionIsAskedBeforeTheContextsOwnEvent) {
   std::string heard;
   first_->ItemNotFound += [&](const PropertyKey&, PropertyPtr&) { heard += "1"; };

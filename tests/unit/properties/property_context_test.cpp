@@ -13,14 +13,22 @@ namespace {
 
 TEST_F(PropertyContextTest, TransientContextRefusesToLoadBeforeItSaysThatItIsTransient) {
   EXPECT_FALSE(context_->SupportsLoad());
-  ExpectRaised(errProperties_Load, [&] { context_->LoadProperties("Detail"); }, {.Count = 1});
+  ExpectRaised(errProperties_Load, [&] { context_->LoadProperties({.ActionName = "Detail"}); }, {.Count = 1});
   context_->SetSupportsLoad(true);
-  ExpectRaised(errPropertyContext_Transient, [&] { context_->LoadProperties("Detail"); }, {.Count = 1});
+  ExpectRaised(errPropertyContext_Transient, [&] { context_->LoadProperties({.ActionName = "Detail"}); }, {.Count = 1});
+}
+
+TEST_F(PropertyContextTest, TransientContextRefusesToLoadNewOnesInTheSameOrder) {
+  ExpectRaised(errProperties_Load, [&] { context_->LoadNewProperties({.ActionName = "Detail"}); }, {.Count = 1});
+  context_->SetSupportsLoad(true);
+  ExpectRaised(errPropertyContext_Transient, [&] { context_->LoadNewProperties({.ActionName = "Detail"}); },
+               {.Count = 1});
 }
 
 TEST_F(PropertyContextTest, TransientContextHasNoBroker) {
   const std::pair<const char*, void (*)(PropertyContext&)> routines[] = {
       {"GetProperties", [](PropertyContext& c) { c.GetProperties("Detail"); }},
+      {"GetNewProperties", [](PropertyContext& c) { c.GetNewProperties("Detail"); }},
       {"ActionName", [](PropertyContext& c) { c.ActionName(); }},
       {"SetActionName", [](PropertyContext& c) { c.SetActionName("Detail"); }},
       {"Parameters", [](PropertyContext& c) { c.Parameters(); }},
@@ -75,7 +83,16 @@ TEST_F(PropertyContextTest, AddPlacesByPosition) {
 TEST_F(PropertyContextTest, AddWithBothPositionsIsRefused) {
   ExpectRaised(errAdd_Properties, [&] { context_->Add(Values("A"), {.Before = 1, .After = 2}); },
                {.Text = "Passing both Before and After arguments is not allowed.", .Count = 1});
+  ExpectRaised(errAdd_Properties, [&] { context_->SetupItem(Values("A"), {.Before = 1, .After = "B"}); },
+               {.Text = "PropertyContext. Name: 'A'  Before: '1'  After: 'B'"});
   EXPECT_EQ(context_->Count(), 0);
+}
+
+TEST_F(PropertyContextTest, AddBesideACollectionThatIsNotThereFails) {
+  context_->Add(Values("A"));
+  ExpectReported(RuntimeFailure::InvalidArgument, [&] { context_->Add(Values("B"), {.After = "Z"}); });
+  ExpectReported(RuntimeFailure::SubscriptOutOfRange, [&] { context_->Add(Values("B"), {.Before = 2}); });
+  EXPECT_EQ(Names(*context_), "A");
 }
 
 TEST_F(PropertyContextTest, AddOfANameInUseFails) {
@@ -136,6 +153,37 @@ TEST_F(PropertyContextTest, FailureWhileRemovingIsRaisedAsTheRemovalsOwnNumber) 
   context_->Add(Values("A"));
   context_->BeforeRemove += [](Properties&, bool&) { Fail(RuntimeFailure::DeviceError); };
   ExpectRaised(errRemove_Properties, [&] { context_->Remove(1); }, {.Text = "Index: 1", .Count = 2});
+}
+
+TEST_F(PropertyContextTest, CollectionThatWasRenamedSinceCannotBeRemoved) {
+  const auto values = Values("A");
+  context_->Add(values);
+  values->SetName("B");
+  ExpectRaised(errRemove_Properties, [&] { context_->Remove("A"); }, {.Text = "Index: 'A'", .Count = 2});
+  EXPECT_EQ(context_->Item("A"), values);
+}
+
+TEST_F(PropertyContextTest, WhatAListenerSuppliesIsNoCollectionToRemove) {
+  context_->ItemNotFound += [](const Variant&, PropertiesPtr& Item) { Item = Values("B"); };
+  ExpectRaised(errRemove_Properties, [&] { context_->Remove(7); }, {.Text = "Index: 7"});
+}
+
+TEST_F(PropertyContextTest, ListenersSeeTheCollectionInBetween) {
+  std::string heard;
+  context_->BeforeAdd += [&](Properties& item, bool&) { heard += item.Name() + std::to_string(context_->Count()); };
+  context_->AfterAdd += [&](Properties&) { heard += std::to_string(context_->Count()); };
+  context_->BeforeRemove += [&](Properties&, bool&) { heard += std::to_string(context_->Count()); };
+  context_->AfterRemove += [&](Properties&) { heard += std::to_string(context_->Count()); };
+  context_->Add(Values("A"));
+  context_->Remove("a");
+  EXPECT_EQ(heard, "A0110");
+}
+
+TEST_F(PropertyContextTest, LockedGuardsNoMember) {
+  context_->SetLocked(true);
+  context_->Add(Values("A"));
+  context_->Remove("A");
+  EXPECT_EQ(context_->Count(), 0);
 }
 
 TEST_F(PropertyContextTest, LockedContextRefusesItsSettings) {
