@@ -277,6 +277,20 @@ TEST_F(CollectionPersistenceTest, ObjectsOfADispatcherAreWrittenOneByOne) {
   EXPECT_EQ(Writes(), "update2");
 }
 
+TEST_F(CollectionPersistenceTest, TransactionOfTheCallerTakesHalfAnUpdateBackButNotTheStatesOfTheObjects) {
+  const auto orders = Orders();
+  SetTotals(*orders, 7.0);
+  const ConnectionPtr connection = shop_.OrderAction("All")->Connection();
+  Heard(orders).BeforeItemUpdate += [](IBusinessObject& item, bool&) {
+    if (Value(&item, "Id") == 2) throw std::runtime_error("a listener's own trouble");
+  };
+  connection->TransBegin();
+  EXPECT_TRUE(Thrown([&] { orders->Update(); }));
+  connection->TransRollback();
+  EXPECT_EQ(Totals(), "12.5|99.0|NULL");
+  EXPECT_FALSE(orders->Item(1)->Dirty());
+}
+
 TEST_F(CollectionPersistenceTest, ThrowingListenerEndsTheWalkAndTheNextUpdateWritesTheRest) {
   const auto orders = Orders();
   SetTotals(*orders, 7.0);

@@ -154,5 +154,32 @@ TEST_F(PagedBusinessObjectsTest, DatabaseThatVanishesBetweenPagesIsReportedAndTh
   EXPECT_EQ(IdOf(*collection_->Item(11)), 11);
 }
 
+TEST_F(PagedBusinessObjectsTest, SearchThatTheDatabaseInterruptsFindsNothingAndTheNextOneGoesOn) {
+  EXPECT_EQ(IdOf(*collection_->Item("8")), 8);
+  orders_.Database->FailsReads = true;
+  ExpectRaised(errItem_BusinessObject, [&] { collection_->Item("27"); }, {.Text = "Index: '27'", .Count = 1});
+  orders_.Database->FailsReads = false;
+  EXPECT_EQ(IdOf(*collection_->Item("27")), 27);
+}
+
+TEST_F(PagedBusinessObjectsTest, DeleteTakesAPageThatCannotBeReadForTheEndOfTheRows) {
+  collection_->Item(10);
+  orders_.Database->FailsReads = true;
+  bool after = false;
+  collection_->AfterPendingDelete += [&] { after = true; };
+  collection_->Delete();
+  EXPECT_TRUE(after);
+  orders_.Database->FailsReads = false;
+  collection_->Update();
+  EXPECT_EQ(orders_.Database->Deletes, 10);
+}
+
+TEST_F(PagedBusinessObjectsTest, PageThatCannotBeReadLeavesThePageHeld) {
+  collection_->Item(15);
+  orders_.Database->FailsReads = true;
+  ExpectReported(RuntimeFailure::DriverFailure, [&] { collection_->Item(3); });
+  EXPECT_EQ(IdOf(*collection_->Item(16)), 16);
+}
+
 }  // namespace
 }  // namespace velmoria::test

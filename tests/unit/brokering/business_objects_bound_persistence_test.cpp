@@ -105,6 +105,43 @@ TEST_F(BoundPersistenceTest, UndoTakesTheDeletionBack) {
   EXPECT_EQ(orders_.Database->Writes(), 0);
 }
 
+TEST_F(BoundPersistenceTest, UndoRestoresChangesAndGivesNewObjectsUpWithoutEvents) {
+  const auto first = collection_->Item(1);
+  const auto added = collection_->SetupItem();
+  first->FindProperty("Name")->SetValue("new name");
+  added->FindProperty("Id")->SetValue(77);
+  collection_->Undo();
+  EXPECT_EQ(first->StateFlags(), sfpersistent);
+  EXPECT_EQ(added->StateFlags(), sfdeleted);
+  EXPECT_EQ(heard_, "");
+}
+
+TEST_F(BoundPersistenceTest, UndoEndsAtAMemberThatIsGoneFromTheDatabase) {
+  for (const auto& order : *collection_) order->FindProperty("Name")->SetValue("new name");
+  collection_->Item(2)->Delete();
+  collection_->Item(2)->Update();
+  ExpectRaised(errPersistence_Deleted, [&] { collection_->Undo(); });
+  EXPECT_EQ(collection_->Item(1)->StateFlags(), sfpersistent);
+  EXPECT_EQ(collection_->Item(3)->StateFlags(), sfpersistent | sfdirty);
+}
+
+TEST_F(BoundPersistenceTest, SecondUpdatePassesDeletedMembersOver) {
+  collection_->Delete();
+  collection_->Update();
+  heard_.clear();
+  collection_->Update();
+  EXPECT_EQ(heard_, "<>");
+  EXPECT_EQ(collection_->StateFlags(), sfdeleted);
+}
+
+TEST_F(BoundPersistenceTest, ChangedMemberThatIsFlaggedIsDeletedAndNotUpdated) {
+  collection_->Item(2)->FindProperty("Name")->SetValue("new name");
+  collection_->Item(2)->Delete();
+  collection_->Update();
+  EXPECT_EQ(orders_.Database->Deletes, 1);
+  EXPECT_EQ(orders_.Database->Updates, 0);
+}
+
 TEST_F(BoundPersistenceTest, OtherKeysAreStillFoundAfterARowHasBeenDeleted) {
   const auto second = collection_->Item(2);
   second->Delete();

@@ -173,6 +173,35 @@ TEST_F(BusinessObjectsFailuresTest, HostClassThatRefusesItsModel) {
          [&] { Bound(otBusiness)->SetupItem(); });
 }
 
+TEST_F(BusinessObjectsFailuresTest, InitializedCollectionThatCannotBeBuiltIsRefusedAsAWhole) {
+  orders_.Design.Order->SetActiveXClass("Order");
+  ExpectRaised(errBusinessObject_Create, [&] { Bound(otBusiness, cltInitialized); }, {.Text = "Identifier: '1'"});
+}
+
+TEST_F(BusinessObjectsFailuresTest, WalkThatAHostClassEndsKeepsWhatItBuiltAndTheNextOneGoesOn) {
+  orders_.Design.Order->SetActiveXClass("Order");
+  const ComponentOffer<HostOrder> offer("Sales.Order");
+  HostOrder::Made = 0;
+  HostOrder::FailsFrom = 3;
+  const auto orders = Bound(otBusiness);
+  ExpectRaised(errBusinessObject_Create, [&] { orders->NewEnum(); }, {.Text = "Identifier: '3'"});
+  HostOrder::FailsFrom = 0;
+  const auto second = orders->Item(2);
+  EXPECT_EQ(HostOrder::Made, 2);
+  EXPECT_EQ(orders->NewEnum().at(1), second);
+  EXPECT_EQ(HostOrder::Made, 3);
+}
+
+TEST_F(BusinessObjectsFailuresTest, NewObjectThatCannotBeMadeLeavesARowThatIsNeverWritten) {
+  const auto orders = Bound(otBusiness);
+  ExpectRaised(errBusinessObject_Create, [&] { orders->SetupItem(); });
+  EXPECT_EQ(orders->Count(), 4);
+  orders->Update();
+  orders->Delete();
+  orders->Update();
+  EXPECT_EQ(orders_.Database->Writes(), 0);
+}
+
 TEST_F(BusinessObjectsFailuresTest, WhatADispatcherDoesNotSupport) {
   const std::pair<const char*, void (*)(BusinessObjects&)> operations[] = {
       {"IBusinessObjects_Update", [](BusinessObjects& each) { each.Update(); }},
