@@ -272,6 +272,19 @@ TEST_F(NavigatingTest, AsyncFlagOfARequestIsAccepted) {
   EXPECT_EQ(IdOf(*Framework{}.GetBusinessObject({.ClassName = "Order", .KeyValue1 = 2, .AsyncFlag = true})), 2);
 }
 
+TEST_F(NavigatingTest, ExecuteKeepsToTheRelationshipOfItsContext) {
+  AddAction(shop_.Design.Line, "Clear", "delete from lines where OrderId = ?", stSQL)
+      ->Sources()
+      ->Item()
+      ->Parameters()
+      ->SetupItem({.Name = "OrderId", .DataType = dtLongInteger, .Flags = pfInput});
+  AddLink(Relate(shop_.Design.Order, "Clearing", "Sales", "Line", "Clear"), "Id", "OrderId");
+  const BusinessContextPtr context = Order(1)->GetModel()->BusinessContext();
+  context->SetRelationshipName("Clearing");
+  context->Execute({.ClassName = "Item", .ActionName = "Get"});
+  EXPECT_EQ(shop_.File.Column("select Product from lines"), "Rug");
+}
+
 TEST_F(NavigatingTest, RelatedObjectsAreWrittenWithTheirParentWhenThatIsRecursive) {
   const auto order = Order(1);
   order->BusinessObjects("Lines")->Item(1)->FindProperty("Product")->SetValue("Torch");

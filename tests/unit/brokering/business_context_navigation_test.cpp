@@ -102,6 +102,7 @@ TEST_F(LinkedNavigationTest, FailedLinkIsOneErrorBesideItsCauseAsAWarning) {
   EXPECT_EQ(error->TypeFlags(), tfVelmoria);
   EXPECT_EQ(error->TypeName() + "." + error->RoutineName(), "BusinessContext.PrepareRelationshipParameters");
   EXPECT_EQ(error->ExtraText(), "Property: 'Colour'  Parameter: 'OrderId'");
+  EXPECT_EQ(error->Replace1() + "/" + error->Replace2() + "/" + error->Replace3(), "Lines/Colour/OrderId");
   EXPECT_NE(error->StateDetails().find("  Relationship: 'Lines'"), std::string::npos);
 }
 

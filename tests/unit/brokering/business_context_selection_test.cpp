@@ -149,6 +149,18 @@ TEST_F(BusinessContextTest, RefusalOfASelectionNamesTheRoutineThatMetItsLock) {
       {"15157", "ChangeActionName", [](BusinessContext& c) { c.Setup({.ActionName = "Get"}); }},
       {"15157", "PrepareParameters", [](BusinessContext& c) { c.Parameters(); }},
       {"15063", "Item", [](BusinessContext& c) { c.Item(1); }},
+      {"15093", "RelationshipName (Let)", [](BusinessContext& c) { c.SetRelationshipName("Lines"); }},
+      {"15005", "Add", [](BusinessContext& c) { c.Add(Collection("A"), {.Before = 1, .After = 1}); }},
+      {"15082", "Add",
+       [](BusinessContext& c) {
+         c.SetSupportsAdd(false);
+         c.Add(Collection("A"));
+       }},
+      {"15083", "Remove",
+       [](BusinessContext& c) {
+         c.SetSupportsRemove(false);
+         c.Remove(1);
+       }},
   };
   for (const auto& [number, routine, call] : setters) {
     SCOPED_TRACE(routine);
