@@ -236,9 +236,5 @@ TEST(DisplayTest, NonPersistentNeverShows) {
   EXPECT_EQ(StateFlagsDisplay(sfnonpersistent | sfNew | sfdirty), "New; Dirty");
 }
 
-TEST(DisplayTest, FlagsOfZeroAreNone) { EXPECT_EQ(FlagsDisplay(pfNone), "(None)"); }
-
-TEST(DisplayTest, TypeFlagsOfZeroAreUnknown) { EXPECT_EQ(TypeFlagsDisplay(tfUnknown), "(Unknown)"); }
-
 }  // namespace
 }  // namespace velmoria

@@ -113,13 +113,6 @@ TEST_F(ConnectorTest, AnAccessConnectorTakesTheDefaultUser) {
   EXPECT_EQ(Make<Database>()->Connectors()->SetupItem({.Engine = engAccess, .UserName = "anna"})->UserName(), "anna");
 }
 
-TEST_F(ConnectorTest, EnginesOutsideOneToFiveHaveNoConnector) {
-  for (const int engine : {0, 6, 7, 8}) {
-    ExpectRaised(zErrors{15054}, [&] { Add({.Engine = zEngines{engine}}); },
-                 {.Text = "Engine: " + std::to_string(engine), .Count = 1});
-  }
-}
-
 struct ConnectRow {
   zConnectionTypes Type;
   const char* Given;

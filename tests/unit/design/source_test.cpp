@@ -97,25 +97,9 @@ TEST_F(SourceTest, EachEngineHasItsTypes) {
   }
 }
 
-TEST_F(SourceTest, QueryDefsAreForAccessAndProceduresForServers) {
-  ExpectRaised(zErrors{15053}, [&] { Add({.Engine = engSQLServer, .SourceType = stQueryDef}); });
-  ExpectRaised(zErrors{15053}, [&] { Add({.Engine = engAccess, .SourceType = stStoredProcedure}); });
-  EXPECT_EQ(sources_->Count(), 0);
-  EXPECT_EQ(Add({.Engine = engOracle, .SourceType = stTable})->SourceType(), stTable);
-}
-
 TEST_F(SourceTest, TheEngineInTheTextOfARefusedTypeIsNeverFilledIn) {
   ExpectRaised(zErrors{15053}, [&] { Add({.Engine = engSQLServer, .SourceType = stQueryDef}); },
                {.Text = "Engine: '|1|'"});
-}
-
-TEST_F(SourceTest, EnginesOutsideOneToFiveCarryNoSource) {
-  for (const int engine : {0, 6, 7, 8, -1}) {
-    SCOPED_TRACE(engine);
-    ExpectRaised(zErrors{15054}, [&] { Add({.Engine = zEngines{engine}, .SourceType = stTable}); },
-                 {.Text = "Engine: " + std::to_string(engine), .Count = 1});
-  }
-  EXPECT_EQ(sources_->Count(), 0);
 }
 
 TEST_F(SourceTest, SettersTestNothing) {
