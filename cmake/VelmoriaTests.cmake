@@ -46,6 +46,7 @@ velmoria_test_component(Parts parts.cpp)
 velmoria_test_component(small parts.cpp)
 velmoria_test_component(Hollow hollow.cpp)
 velmoria_test_component(Faulty faulty.cpp)
+velmoria_test_component(Trade trade.cpp)
 
 # velmoria_tests(name folder [ROOMS room...]): over the rooms given, or over the whole library.
 function(velmoria_tests name folder)
@@ -105,3 +106,5 @@ add_dependencies(unit_platform component_Parts component_small component_Hollow 
 velmoria_tests(contract_tests tests/contract)
 velmoria_tests(golden_tests tests/golden)
 velmoria_tests(scenario_tests tests/scenario TIMEOUT 600)
+set_target_properties(scenario_tests PROPERTIES ENABLE_EXPORTS ON)
+add_dependencies(scenario_tests component_Trade)
