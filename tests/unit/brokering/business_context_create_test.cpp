@@ -208,6 +208,52 @@ TEST_F(BusinessContextCreateTest, WithoutAnyObjectTypeItIsAModel) {
   EXPECT_EQ(context_->ObjectType(), otDefault);
 }
 
+class NewPropertiesTest : public BusinessContextCreateTest {
+ protected:
+  PropertiesPtr New(const std::string& actionName = "Get", const std::string& name = {}) {
+    return context_->GetNewProperties({}, actionName, name);
+  }
+};
+
+TEST_F(NewPropertiesTest, TheyAreANewRowUnderTheName) {
+  context_->SetClassName("Order");
+  const auto properties = New("Get", "Fresh");
+  EXPECT_EQ(properties->Name(), "Fresh");
+  EXPECT_EQ(properties->StateFlags(), sfNew);
+  EXPECT_EQ(properties->Style(), psPersistent) << "they are never made from the columns that are kept";
+  EXPECT_EQ(New()->Name(), "Get");
+}
+
+TEST_F(NewPropertiesTest, IdentifierSelectsTheClass) {
+  const auto identifier = design_->Class->CreateIdentifier(design_->Key(7));
+  EXPECT_EQ(context_->GetNewProperties(identifier, {}, {})->ActionName(), "Get");
+  EXPECT_EQ(context_->Identifier(), identifier);
+}
+
+TEST_F(NewPropertiesTest, WithoutNamesTheSelectionHeldIsRepeated) {
+  ExpectReported(RuntimeFailure::ObjectNotSet, [&] { New(""); });
+  context_->SetClassName("Order");
+  EXPECT_EQ(New("")->ActionName(), "Get");
+}
+
+TEST_F(NewPropertiesTest, ActionThatBuildsNoneOrInsertsNoneRefusesBeforeAnyDatabaseWork) {
+  context_->SetClassName("Order");
+  design_->Action->SetUsageFlags(ufObjects);
+  design_->Action->SetEditFlags(efUpdate);
+  ExpectRaised(
+      errNotSupported_Properties, [&] { New(); },
+      {.Text = "This Action does not support the building of Property Collections.  Action: 'Get'", .Count = 1});
+  design_->Action->SetUsageFlags(ufProperties);
+  ExpectRaised(errNotSupported_Insert, [&] { New(); }, {.Text = "Action: 'Get'  EditFlags: 'Update'", .Count = 1});
+  EXPECT_TRUE(driver_->Connects.empty());
+}
+
+TEST_F(NewPropertiesTest, BufferSmallerThanTheTableRefusesThem) {
+  context_->SetClassName("Order");
+  design_->Action->SetObjectBuffer(2);
+  ExpectRaised(errBusinessObjects_Buffer, [&] { New(); }, {.Text = "ObjectBuffer: 2."});
+}
+
 class HostObjectCreateTest : public BusinessContextCreateTest {
  protected:
   HostObjectCreateTest() {

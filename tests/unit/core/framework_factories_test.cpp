@@ -85,7 +85,7 @@ TEST_F(FrameworkFactoriesTest, PropertyContextIsTransient) {
 TEST_F(FrameworkFactoriesTest, BusinessContextHasItsFieldsInOrder) {
   const SampleDesign design;
   const auto context = framework_.CreateBusinessContext(
-      {false, true, false, "Sales", true, "Order", false, "All", true, cltInitialized, otModel, true});
+      {false, true, false, "Sales", true, "Order", false, "All", true, "", true, cltInitialized, otModel, true});
   EXPECT_FALSE(context->SupportsAdd());
   EXPECT_TRUE(context->SupportsRemove());
   EXPECT_FALSE(context->SupportsLoad());
@@ -93,6 +93,7 @@ TEST_F(FrameworkFactoriesTest, BusinessContextHasItsFieldsInOrder) {
   EXPECT_TRUE(context->ServerLocked());
   EXPECT_FALSE(context->ClassLocked());
   EXPECT_TRUE(context->ActionLocked());
+  EXPECT_TRUE(context->RelationshipLocked());
   EXPECT_EQ(context->CollectionType(), cltInitialized);
   EXPECT_EQ(context->ObjectType(), otModel);
   EXPECT_TRUE(context->Locked());

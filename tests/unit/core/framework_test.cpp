@@ -76,6 +76,8 @@ constexpr Need kNeeds[] = {
      [](const Framework& f) { f.GetBusinessObject({.ClassName = "Order"}); }},
     {"GetBusinessObjects", [](ApartmentState& a) { a.BusinessContext = nullptr; },
      [](const Framework& f) { f.GetBusinessObjects({.ClassName = "Order"}); }},
+    {"CreateBusinessObject", [](ApartmentState& a) { a.BusinessContext = nullptr; },
+     [](const Framework& f) { f.CreateBusinessObject({.ClassName = "Order"}); }},
 };
 
 TEST_F(FrameworkTest, OperationWhoseGlobalIsMissingReportsItselfWithoutAState) {
@@ -115,6 +117,22 @@ TEST_F(FrameworkTest, ServerNameOfACollectionCallStaysToo) {
   const SampleDesign design;
   EXPECT_TRUE(Thrown([&] { framework_.GetBusinessObjects({.ClassName = "Nothing", .ServerName = "Stock"}); }));
   EXPECT_EQ(SelectedServer(), "Stock");
+}
+
+TEST_F(FrameworkTest, ServerNameOfANewObjectStaysToo) {
+  const SampleDesign design;
+  EXPECT_TRUE(Thrown([&] { framework_.CreateBusinessObject({.ClassName = "Nothing", .ServerName = "Stock"}); }));
+  EXPECT_EQ(SelectedServer(), "Stock");
+}
+
+TEST_F(FrameworkTest, NewObjectResetsTheObjectTypeOfTheDefaultContextEvenWhenItIsRefused) {
+  const SampleDesign design;
+  design.Order->Actions()->Item("Get")->SetEditFlags(efNone);
+  apartment_.State().BusinessContext->SetObjectType(otBusiness);
+  ExpectRaised(errNotSupported_Insert,
+               [&] { framework_.CreateBusinessObject({.ClassName = "Order", .ActionName = "Get"}); },
+               {.Text = "Action: 'Get'  EditFlags: '(None)'"});
+  EXPECT_EQ(apartment_.State().BusinessContext->ObjectType(), otDefault);
 }
 
 TEST_F(FrameworkTest, RequestsGoToTheDefaultContextWithTheirSelectionAndKeys) {
