@@ -37,8 +37,8 @@ void DescribeCustomers(const ServerPtr& sales) {
 }
 
 void DescribeOrders(const ServerPtr& sales) {
-  const ClassPtr order =
-      sales->Classes()->SetupItem({.Name = "Order", .SingleActionName = "Get", .DefaultActionName = "All"});
+  const ClassPtr order = sales->Classes()->SetupItem(
+      {.Name = "Order", .SingleActionName = "Get", .NewActionName = "Get", .DefaultActionName = "All"});
   AddKey(order, "Id");
   AddTableAction(order, TableAction("Get"), "orders");
 

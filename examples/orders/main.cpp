@@ -57,8 +57,7 @@ void ChangeAndUpdate() {
 void InsertUndoDelete() {
   Title("A new order, a change undone, a deletion");
   Framework framework;
-  const auto orders = framework.GetBusinessObjects({.ClassName = "Order", .ActionName = "Check"});
-  const auto order = orders->SetupItem();
+  const auto order = framework.CreateBusinessObject({.ClassName = "Order"});
   order->FindProperty("Id")->SetValue(90001);
   order->FindProperty("CustomerId")->SetValue(7);
   order->FindProperty("OrderDate")->SetValue(Date::From(2026, 11, 21, 9, 30));
