@@ -46,6 +46,12 @@ RecordsetPtr FakeAgent::GetRecordset(const DatabaseAgentPtr& agent, const Record
   return recordset;
 }
 
+bool FakeAgent::StillExecuting() {
+  if (AsyncPolls <= 0) return false;
+  --AsyncPolls;
+  return true;
+}
+
 void FakeAgent::Write(const PropertiesPtr& properties, int& count) {
   if (Refuses) Fail(RuntimeFailure::DeviceError);
   ++count;

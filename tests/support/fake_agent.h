@@ -26,7 +26,7 @@ class FakeAgent final : public Agent {
   PropertiesDataPtr PropertiesData() override;
   RecordsetPtr GetRecordset(const DatabaseAgentPtr& agent, const RecordsetPtr& previous, bool keepOpen) override;
   bool AsyncFlag() const override { return AsyncPolls >= 0; }
-  bool StillExecuting() override { return AsyncPolls > 0 && AsyncPolls-- > 0; }
+  bool StillExecuting() override;
   RecordsetPtr GetAsyncRecordset(const DatabaseAgentPtr& agent) override { return GetRecordset(agent, {}, false); }
   void Execute() override;
   void InsertPersistentProperties(const PropertiesPtr& properties) override;

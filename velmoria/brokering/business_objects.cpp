@@ -42,7 +42,7 @@ void BusinessObjects::SetupBound(BusinessObjectsBinding binding) try {
   objectType_ = binding.ObjectType;
   parentIdentifier_ = std::move(binding.ParentIdentifier);
   recordset_ = std::move(binding.Recordset);
-  databaseAgent_ = recordset_ ? recordset_->DatabaseAgent() : std::move(binding.DatabaseAgent);
+  databaseAgent_ = recordset_ ? recordset_->DatabaseAgent() : binding.DatabaseAgent;
   if (!databaseAgent_) Fail(RuntimeFailure::ObjectNotSet);
   const ActionPtr action = databaseAgent_->Action();
   collectionType_ = binding.CollectionType != cltDefault ? binding.CollectionType : action->CollectionType();

@@ -31,8 +31,8 @@ namespace {
 /// A back-end that notes what it is asked for.
 class NotingAgent final : public Agent {
  public:
-  NotingAgent(ClassPtr owner, ActionPtr action, std::string& calls)
-      : class_(std::move(owner)), action_(std::move(action)), calls_(calls) {}
+  NotingAgent(ClassPtr owner, ActionPtr action, std::string& calls, bool asynchronous)
+      : class_(std::move(owner)), action_(std::move(action)), calls_(calls), asynchronous_(asynchronous) {}
 
   ClassPtr Class() const override { return class_; }
   ActionPtr Action() const override { return action_; }
@@ -45,6 +45,15 @@ class NotingAgent final : public Agent {
     calls_ += keepOpen ? "read open " : "read ";
     return {};
   }
+  bool AsyncFlag() const override { return asynchronous_; }
+  bool StillExecuting() override {
+    calls_ += "poll ";
+    return true;
+  }
+  RecordsetPtr GetAsyncRecordset(const DatabaseAgentPtr&) override {
+    calls_ += "take ";
+    return Make<Recordset>();
+  }
   void Execute() override { calls_ += "execute "; }
   void InsertPersistentProperties(const PropertiesPtr&) override { calls_ += "insert "; }
   void UpdatePersistentProperties(const PropertiesPtr&) override { calls_ += "update "; }
@@ -54,15 +63,16 @@ class NotingAgent final : public Agent {
   ClassPtr class_;
   ActionPtr action_;
   std::string& calls_;
+  bool asynchronous_;
 };
 
 class DatabaseAgentTest : public testing::Test {
  protected:
-  DatabaseAgentPtr MakeAgent(zEditFlags flags = efAll, std::int32_t accessMethod = 1) {
+  DatabaseAgentPtr MakeAgent(zEditFlags flags = efAll, std::int32_t accessMethod = 1, bool asynchronous = false) {
     design_.Action->SetEditFlags(flags);
     auto agent = Make<DatabaseAgent>();
-    agent->Initialize(design_.Action, std::make_unique<NotingAgent>(design_.Class, design_.Action, calls_),
-                      accessMethod);
+    agent->Initialize(design_.Action,
+                      std::make_unique<NotingAgent>(design_.Class, design_.Action, calls_, asynchronous), accessMethod);
     return agent;
   }
   /// A free-standing object with a state of one's choice and one value.
@@ -117,6 +127,23 @@ TEST_F(DatabaseAgentTest, ExecutionGoesToTheBackEndWhateverTheActionPermits) {
 TEST_F(DatabaseAgentTest, TheStepAndOnServerEnginesTheFlagHaveNoEffectOnReading) {
   MakeAgent()->GetRecordset(-10, nullptr, true);
   EXPECT_EQ(calls_, "read ");
+}
+
+TEST_F(DatabaseAgentTest, AResultThatIsBeingOpenedIsAskedOfTheBackEnd) {
+  const auto agent = MakeAgent(efAll, 1, true);
+  EXPECT_TRUE(agent->AsyncFlag());
+  EXPECT_TRUE(agent->StillExecuting());
+  EXPECT_TRUE(agent->Recordset());
+  EXPECT_EQ(calls_, "poll take ");
+}
+
+TEST_F(DatabaseAgentTest, WithoutAnAsynchronousOpeningOfAServerEngineThereIsNothingToAwait) {
+  for (const auto& agent : {MakeAgent(), MakeAgent(efAll, 2, true)}) {
+    EXPECT_FALSE(agent->AsyncFlag());
+    EXPECT_FALSE(agent->StillExecuting());
+    EXPECT_FALSE(agent->Recordset());
+  }
+  EXPECT_EQ(calls_, "");
 }
 
 TEST_F(DatabaseAgentTest, ANewRowIsInsertedAndAnOldOneUpdated) {
