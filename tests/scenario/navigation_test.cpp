@@ -68,6 +68,15 @@ insert into parcels values (1, 1, 7), (1, 2, 8), (1, 2, 9), (2, 1, 10);
         ->SetupItem({.Name = "Id", .DataType = dtLongInteger, .Flags = pfInput});
     AddLink(Relate(shop_.Design.Order, "Previous", "Sales", "Order", "ById"), "Previous", "Id");
   }
+  /// From an order to a statement that removes the lines of the order in the property.
+  void RelateClearing(const std::string& property) const {
+    AddAction(shop_.Design.Line, "Clear", "delete from lines where OrderId = ?", stSQL)
+        ->Sources()
+        ->Item()
+        ->Parameters()
+        ->SetupItem({.Name = "OrderId", .DataType = dtLongInteger, .Flags = pfInput});
+    AddLink(Relate(shop_.Design.Order, "Clearing", "Sales", "Line", "Clear"), property, "OrderId");
+  }
   static std::string Names(IBusinessObjects& objects, const char* property) {
     std::string names;
     for (const auto& object : objects) names += object->FindProperty(property)->Value().AsText() + ";";
@@ -272,16 +281,23 @@ TEST_F(NavigatingTest, AsyncFlagOfARequestIsAccepted) {
   EXPECT_EQ(IdOf(*Framework{}.GetBusinessObject({.ClassName = "Order", .KeyValue1 = 2, .AsyncFlag = true})), 2);
 }
 
-TEST_F(NavigatingTest, ExecuteKeepsToTheRelationshipOfItsContext) {
-  AddAction(shop_.Design.Line, "Clear", "delete from lines where OrderId = ?", stSQL)
-      ->Sources()
-      ->Item()
-      ->Parameters()
-      ->SetupItem({.Name = "OrderId", .DataType = dtLongInteger, .Flags = pfInput});
-  AddLink(Relate(shop_.Design.Order, "Clearing", "Sales", "Line", "Clear"), "Id", "OrderId");
+TEST_F(NavigatingTest, ExecuteKeepsToTheRelationshipOfItsContextWhateverNamesAreGiven) {
+  RelateClearing("Id");
   const BusinessContextPtr context = Order(1)->GetModel()->BusinessContext();
   context->SetRelationshipName("Clearing");
   context->Execute({.ClassName = "Item", .ActionName = "Get"});
+  EXPECT_EQ(shop_.File.Column("select Product from lines"), "Rug");
+}
+
+TEST_F(NavigatingTest, ExecuteWithoutNamesFollowsTheRelationshipAnew) {
+  RelateClearing("Previous");
+  const auto order = Order(3);
+  const BusinessContextPtr context = order->GetModel()->BusinessContext();
+  context->SetRelationshipName("Clearing");
+  const PropertiesPtr former = context->Parameters();
+  order->FindProperty("Previous")->SetValue(1);
+  context->Execute();
+  EXPECT_EQ(former->Item("OrderId")->Value(), Variant(2));
   EXPECT_EQ(shop_.File.Column("select Product from lines"), "Rug");
 }
 

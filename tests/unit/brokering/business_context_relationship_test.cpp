@@ -162,6 +162,7 @@ TEST_F(NavigationTest, RelationshipIsRefusedByTheLocksItMeets) {
   const std::tuple<const char*, const char*, BusinessContextFields> cases[] = {
       {"ServerName (Let)", "", {.ServerLocked = true}},
       {"ChangeClass", "'Item' Class", {.ServerName = "Stock", .ClassName = "Item", .ClassLocked = true}},
+      {"ChangeClass", "'Line' Class", {.ServerName = "Sales", .ClassName = "Line", .ClassLocked = true}},
       {"ActionName (Let)", "", {.ActionLocked = true}},
       {"ChangeRelationship", "", {.RelationshipLocked = true}},
   };
