@@ -102,7 +102,7 @@ class VELMORIA_API DesignCollection : public Object, public Reporting {
   DesignCollection();
 
   const KeyedList<Member>& Members() const { return members_ ? *members_ : BuildMembers(); }
-  /// What an index stands for. When the answer fails it is raised, or else the index is given back.
+  /// What an index stands for. A failure to find that out is raised, or without `raising` answered by the index itself.
   virtual Index Resolved(const Index& index, bool raising) const;
   std::string StateDetails() const override;
 
