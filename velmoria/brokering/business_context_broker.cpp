@@ -25,7 +25,8 @@ void BusinessContext::RequireUsage(zUsageFlags flag, zErrors number, std::string
 DatabaseAgentPtr BusinessContext::OpenAgent() {
   const PropertiesPtr parameters = Parameters();
   auto agent = Make<DatabaseAgent>();
-  agent->Initialize(class_, action_, parameters, -1);
+  // A locked Action and its Parameters outlive a class that could not be changed.
+  agent->Initialize(Present(class_), action_, parameters, -1);
   return agent;
 }
 

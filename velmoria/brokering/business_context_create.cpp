@@ -42,6 +42,7 @@ PropertiesPtr CleanCopy(Properties& columns, const std::string& name) {
 }  // namespace
 
 void BusinessContext::RequireInsert(std::string_view routine) const {
+  if (!action_) Fail(RuntimeFailure::ObjectNotSet);
   const zEditFlags flags = action_->EditFlags();
   if (!has(flags, efInsert)) Raise(errNotSupported_Insert, routine, {action_->Name(), EditFlagsDisplay(flags)});
 }
@@ -70,7 +71,7 @@ IBusinessObjectPtr BusinessContext::CreateBusinessObject(const CreateBusinessObj
 PropertiesPtr BusinessContext::CreateProperties() {
   const ServerPtr server = Present(Apartment().Servers)->Item(serverName_);
   if (!server->UseMetaData()) return OpenRecordset()->CreatePersistentProperties({});
-  const PropertiesPtr kept = KeptColumns(*server, *class_, *action_);
+  const PropertiesPtr kept = KeptColumns(*server, SelectedClass(), *action_);
   const PropertiesPtr properties = kept ? CleanCopy(*kept, action_->Name()) : DescribeColumns();
   if (!kept) server->KeepSchema(class_->Name(), action_->Name(), properties);
   properties->SetStyle(psCached);

@@ -95,5 +95,17 @@ TEST_F(BusinessContextBrokerTest, NothingStaysOpenBehindTheObjects) {
   EXPECT_EQ(driver_->Misuses, 0);
 }
 
+TEST_F(BusinessContextBrokerTest, LockedActionThatLostItsClassFailsAsObjectNotSet) {
+  Design(1);
+  context_->GetBusinessObjects({.ClassName = "Order"});
+  context_->SetActionLocked(true);
+  ExpectRaised(errItem_Class, [&] { context_->SetClassName("Nothing"); });
+  ExpectReported(RuntimeFailure::ObjectNotSet, [&] { context_->GetBusinessObject(); });
+  ExpectReported(RuntimeFailure::ObjectNotSet, [&] { context_->GetBusinessObjects(); });
+  ExpectReported(RuntimeFailure::ObjectNotSet, [&] { context_->Execute(); });
+  context_->SetClassName("Order");
+  EXPECT_EQ(IdOf(*context_->GetBusinessObject()), 1);
+}
+
 }  // namespace
 }  // namespace velmoria::test

@@ -152,6 +152,27 @@ TEST_F(BusinessContextCreateTest, WithoutAnySelectionItFailsAsObjectNotSet) {
   ExpectReported(RuntimeFailure::ObjectNotSet, [&] { context_->CreateBusinessObject(); });
 }
 
+TEST_F(BusinessContextCreateTest, LockWithoutAnActionFailsAsObjectNotSet) {
+  context_->SetActionLocked(true);
+  ExpectReported(RuntimeFailure::ObjectNotSet, [&] { Create(); });
+}
+
+TEST_F(BusinessContextCreateTest, LockedActionThatLostItsClassFailsAsObjectNotSet) {
+  context_->GetBusinessObjects({.ClassName = "Order"});
+  context_->SetActionLocked(true);
+  for (const bool usesMetaData : {true, false}) {
+    design_->Server->SetUseMetaData(usesMetaData);
+    ExpectRaised(errItem_Class, [&] { context_->SetClassName("Nothing"); });
+    ExpectReported(RuntimeFailure::ObjectNotSet, [&] { context_->CreateBusinessObject(); });
+  }
+}
+
+TEST_F(BusinessContextCreateTest, ClassThatLeftItsServerIsReported) {
+  context_->SetClassName("Order");
+  design_->Server->Classes()->Remove("Order");
+  ExpectRaised(errItem_Class, [&] { context_->CreateBusinessObject(); }, {.Text = "Index: 'Order'"});
+}
+
 TEST_F(BusinessContextCreateTest, ClassWithoutNewActionFailsInTheLookup) {
   design_->Class->SetNewActionName("");
   ExpectRaised(errItem_Action, [&] { Create(); }, {.Text = "Index: ''"});

@@ -87,12 +87,18 @@ TEST_F(BusinessContextExecuteTest, ParameterThatTheStatementDoesNotDeclareIsLeft
 }
 
 TEST_F(BusinessContextExecuteTest, IdentifierHeldByTheContextGoesBeforeTheNames) {
-  const auto line = design_->Server->Classes()->SetupItem({.Name = "Line", .DefaultActionName = "Get"});
+  design_->Server->Classes()->SetupItem({.Name = "Line", .DefaultActionName = "Get"});
   context_->SetClassName("Order");
   context_->SetIdentifier(design_->Class->CreateIdentifier(design_->Key(7)));
   context_->Execute({.ClassName = "Line"});
   EXPECT_EQ(context_->ClassName(), "Order");
   EXPECT_EQ(Executions(), 1U);
+}
+
+TEST_F(BusinessContextExecuteTest, WithParametersTheNamesCountAgain) {
+  context_->SetClassName("Order");
+  context_->SetIdentifier(design_->Class->CreateIdentifier(design_->Key(7)));
+  ExpectRaised(errItem_Class, [&] { context_->Execute({.ClassName = "Line", .Parameters = Parameters(7)}); });
 }
 
 TEST_F(BusinessContextExecuteTest, NothingStaysOpenBehindIt) {
