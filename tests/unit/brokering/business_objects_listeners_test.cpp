@@ -216,5 +216,57 @@ TEST_F(ListenersTest, WalkOverTheMembersGoesOnThoughTheyAreRemoved) {
   EXPECT_EQ(orders->Count(), 0);
 }
 
+TEST_F(ListenersTest, ListenerThatUpdatesTheWholeWritesEachMemberOnce) {
+  const auto orders = Changed();
+  orders->AfterItemUpdate += [&](IBusinessObject& item) {
+    if (IdOf(item) == 1) orders->Update();
+  };
+  orders->Update();
+  EXPECT_EQ(orders_.Database->WrittenRows, (std::vector<std::int32_t>{0, 1, 2}));
+}
+
+TEST_F(ListenersTest, MemberThatItsListenerDeletesIsDeletedByTheSameUpdate) {
+  const auto orders = Changed();
+  orders->BeforeItemUpdate += [](IBusinessObject& item, bool&) {
+    if (IdOf(item) == 2) item.Delete();
+  };
+  orders->Update();
+  EXPECT_EQ(orders_.Database->Updates, 2);
+  EXPECT_EQ(orders_.Database->Deletes, 1);
+  EXPECT_EQ(orders->Item(2)->StateFlags(), sfdeleted);
+}
+
+TEST_F(ListenersTest, MemberThatItsListenerUndoesIsHeardToTheEndButNotWritten) {
+  const auto orders = Changed();
+  int after = 0;
+  orders->BeforeItemUpdate += [](IBusinessObject& item, bool&) { item.Undo(); };
+  orders->AfterItemUpdate += [&](IBusinessObject&) { ++after; };
+  orders->Update();
+  EXPECT_EQ(Writes(), 0);
+  EXPECT_EQ(after, 3);
+}
+
+TEST_F(ListenersTest, ListenerThatTakesItselfBackIsHeardOnce) {
+  const auto orders = Changed();
+  int heard = 0;
+  EventToken token;
+  token = orders->BeforeItemUpdate += [&](IBusinessObject&, bool&) {
+    ++heard;
+    orders->BeforeItemUpdate -= token;
+  };
+  orders->Update();
+  EXPECT_EQ(heard, 1);
+  EXPECT_EQ(Writes(), 3);
+}
+
+TEST_F(ListenersTest, PagesThatAListenerTurnsDuringDeleteAreTurnedBack) {
+  orders_.Fill({.Rows = 30, .Buffer = 10});
+  const auto orders = orders_.Collection({.ObjectType = otModel, .CollectionType = cltOptimized});
+  orders->AfterItemPendingDelete += [&](IBusinessObject&) { orders->Item(30); };
+  orders->Delete();
+  orders->Update();
+  EXPECT_EQ(orders_.Database->Deletes, 30);
+}
+
 }  // namespace
 }  // namespace velmoria::test
