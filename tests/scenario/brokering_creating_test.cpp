@@ -203,6 +203,26 @@ TEST_F(CreatingTest, NewObjectLoadsOtherPropertiesOnceItIsInserted) {
   EXPECT_EQ(order->Properties("Detail")->Item("Note")->Value(), Variant("knock"));
 }
 
+TEST_F(CreatingTest, RelatedObjectsAreFoundByTheValuesOfTheNewObject) {
+  const ActionPtr ofOrder = shop_.Design.Line->Actions()->Item("Get");
+  ofOrder->Sources()->Item()->Parameters()->SetupItem(
+      {.Name = "OrderId", .DataType = dtLongInteger, .SourceColumn = "OrderId", .Flags = pfInput});
+  const RelationshipPtr lines = shop_.Design.Order->Relationships()->SetupItem(
+      {.Name = "Lines", .RelatedServerName = "Sales", .RelatedClassName = "Line", .RelatedActionName = "Get"});
+  const LinkPtr link = lines->Links()->SetupItem({.Name = "OrderId"});
+  link->Property()->SetName("Id");
+  link->Parameter()->SetName("OrderId");
+  shop_.File.Run("insert into lines values (40, 1, 'Sofa')");
+  const auto order = NewOrder(40, "Dan");
+  EXPECT_EQ(Value(order->BusinessObjects("Lines")->Item(1), "Product"), Variant("Sofa"));
+  EXPECT_EQ(order->BusinessObjects("Lines")->Count(), 1);
+}
+
+TEST_F(CreatingTest, CallWithoutNamesThroughTheFrameworkNeverRepeatsForItForgetsTheServer) {
+  NewOrder(40, "Dan");
+  ExpectReported(RuntimeFailure::ObjectNotSet, [] { Framework{}.CreateBusinessObject({}); });
+}
+
 TEST_F(CreatingTest, ListenerMayRefuseTheInsert) {
   const auto order = NewOrder(40, "Dan");
   order->Properties(1)->BeforeUpdate += [](bool& Cancel) { Cancel = true; };

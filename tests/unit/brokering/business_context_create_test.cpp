@@ -229,6 +229,19 @@ TEST_F(BusinessContextCreateTest, WithoutAnyObjectTypeItIsAModel) {
   EXPECT_EQ(context_->ObjectType(), otDefault);
 }
 
+TEST_F(BrokerTest, CounterThatTheDatabaseAssignsComesBackIntoTheNewObject) {
+  Design(0, {.Engine = engSQLServer});
+  design_->Class->Properties()->Item("Id")->SetFlags(pfInput | pfcounter);
+  const auto order = context_->CreateBusinessObject({.ClassName = "Order"});
+  order->FindProperty("Name")->SetValue("Dan");
+  driver_->Columns = {{"Id", kInteger}};
+  driver_->Rows = {{"77"}};
+  order->Update();
+  EXPECT_EQ(order->Key(), "77");
+  EXPECT_EQ(order->StateFlags(), sfpersistent);
+  EXPECT_EQ(order->FindProperty("Name")->Value(), Variant("Dan"));
+}
+
 class NewPropertiesTest : public BusinessContextCreateTest {
  protected:
   PropertiesPtr New(const std::string& actionName = "Get", const std::string& name = {}) {
