@@ -28,6 +28,15 @@ TEST_F(SetupItemTest, NewObjectIsFoundByTheKeyItHasBeenGiven) {
   EXPECT_EQ(collection_->Item("77"), order);
 }
 
+TEST_F(SetupItemTest, NewObjectIsFoundBeforeAnotherThatWasGivenTheSameKey) {
+  const auto order = collection_->SetupItem();
+  EXPECT_TRUE(Thrown([&] { collection_->Item("9"); })) << "every row has been seen, the new one, too";
+  collection_->Item(1)->FindProperty("Id")->SetValue(77);
+  order->FindProperty("Id")->SetValue(77);
+  EXPECT_EQ(collection_->Item("77"), order);
+  EXPECT_EQ(collection_->Item("1"), collection_->Item(1)) << "still known by the key it was seen with";
+}
+
 TEST_F(SetupItemTest, NewObjectIsInsertedByUpdate) {
   const auto order = collection_->SetupItem();
   order->FindProperty("Id")->SetValue(77);

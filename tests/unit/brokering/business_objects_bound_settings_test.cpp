@@ -99,6 +99,13 @@ TEST_F(BoundBusinessObjectsTest, CollectionTypeThatIsNoneOfTheThreeGivesAnotherO
   EXPECT_FALSE(orders->KeyFormat()->Locked()) << "nothing is held";
 }
 
+TEST_F(BoundBusinessObjectsTest, CollectionTypeThatIsNoneOfTheThreeForgetsKeysThatASearchHasPassed) {
+  const auto orders = orders_.Collection({.ObjectType = otDefault});
+  orders->SetCollectionType(cltDefault);
+  EXPECT_EQ(IdOf(*orders->Item("3")), 3);
+  ExpectRaised(errItem_BusinessObject, [&] { orders->Item("1"); }, {.Text = "Index: '1'"});
+}
+
 TEST_F(BoundBusinessObjectsTest, FormatOfACollectionThatHoldsObjectsIsLockedWhenItIsRead) {
   const auto orders = orders_.Collection();
   EXPECT_FALSE(orders->KeyFormat()->Locked());

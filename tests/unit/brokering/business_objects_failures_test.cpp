@@ -110,6 +110,16 @@ TEST_F(BusinessObjectsFailuresTest, IdentifierThatATransientCollectionLacksIsSho
          [&] { Transient()->Item(KeyOfTwo()); });
 }
 
+TEST_F(BusinessObjectsFailuresTest, KeyIsRefusedAsSuchThoughAMemberIsGoneFromTheDatabase) {
+  const auto mine = Transient();
+  const auto gone = Member();
+  mine->Add(gone);
+  gone->Delete();
+  gone->Update();
+  ExpectRaised(errItem_BusinessObject, [&] { mine->Item("9"); }, {.Text = "Index: '9'", .Count = 1});
+  EXPECT_EQ(mine->Item("2"), gone);
+}
+
 TEST_F(BusinessObjectsFailuresTest, KeyThatABoundCollectionLacks) {
   Expect({errItem_BusinessObject, "FindByKey", "Problem finding business object.  Index: '9'", {"'9'"}},
          [&] { Bound()->Item("9"); });
