@@ -1,7 +1,6 @@
-#include <exception>
-
 #include "velmoria/brokering/identifier.h"
 #include "velmoria/core/apartment_impl.h"
+#include "velmoria/core/errors_ignored_impl.h"
 #include "velmoria/data/database_agent_impl.h"
 #include "velmoria/data/recordset_impl.h"
 #include "velmoria/design/action.h"
@@ -49,12 +48,13 @@ void Properties::Delete() try {
   if (!recordset_ && style_ != psPersistent && style_ != psCached) Raise(errProperties_Delete, "Delete");
   if (has(StateFlags(), sfpendingdelete | sfdeleted)) return;
   if (BeforePendingDelete.Raise()) return;
-  std::exception_ptr failure;
   try {
     FlagPendingDelete();
-  } catch (...) { failure = std::current_exception(); }
+  } catch (...) {
+    WithErrorsIgnored([this] { AfterPendingDelete.Raise(); });
+    throw;
+  }
   AfterPendingDelete.Raise();
-  if (failure) std::rethrow_exception(failure);
 } catch (...) { Failed("Delete"); }
 
 void Properties::FlagPendingDelete() {

@@ -250,6 +250,22 @@ TEST_F(PropertiesUpdateTest, AfterPendingDeleteFollowsAFailureToo) {
   EXPECT_EQ(told_, "bd ad ");
 }
 
+TEST_F(PropertiesUpdateTest, FailureOfADeleteIsTheOneRaisedThoughItsListenerFailsToo) {
+  const SampleRows rows;
+  const auto row = rows.Row(0);
+  row->BeforePendingDelete += [&](bool&) { rows.Rows->DeletePersistentProperties(0); };
+  row->AfterPendingDelete += [] { Fail(RuntimeFailure::DivisionByZero); };
+  ExpectReported(RuntimeFailure::KeyInUse, [&] { row->Delete(); });
+}
+
+TEST_F(PropertiesUpdateTest, FailureOfTheListenerBehindADeleteIsRaisedAndTheRowIsFlagged) {
+  const SampleRows rows;
+  const auto row = rows.Row(0);
+  row->AfterPendingDelete += [] { Fail(RuntimeFailure::DivisionByZero); };
+  ExpectReported(RuntimeFailure::DivisionByZero, [&] { row->Delete(); });
+  EXPECT_EQ(row->StateFlags(), sfpersistent | sfpendingdelete);
+}
+
 TEST_F(PropertiesUpdateTest, DeleteUndoUpdateWritesNothing) {
   const SampleRows rows;
   const auto row = rows.Row(0);
