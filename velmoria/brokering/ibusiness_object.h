@@ -45,7 +45,7 @@ class VELMORIA_API IBusinessObject : public virtual Object {
   virtual void Update() = 0;
   /// Flags the object for deletion; the next Update deletes it.
   virtual void Delete() = 0;
-  /// Takes unsaved changes and a pending deletion back.
+  /// Takes a pending deletion back; unsaved changes of a row count as saved from here on, and are not written.
   virtual void Undo() = 0;
 
   virtual ModelPtr GetModel() = 0;

@@ -116,7 +116,7 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   void Update();
   /// Flags for deletion; the next Update deletes. Nothing happens when flagged already. 15117 when not persistent.
   void Delete();
-  /// Cancels a deletion not yet written and takes old values back; raises 15113 on a deleted row.
+  /// Cancels a deletion not yet written. Members take old values back, a row forgets them; 15113 on a deleted row.
   void Undo();
 
   /// Carries values into the members that answer to the given ones; a member that refuses its value keeps what it has.
