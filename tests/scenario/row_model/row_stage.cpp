@@ -161,14 +161,19 @@ class RowStage {
     return 0;
   }
 
+  std::string RowDifference(std::size_t page, std::size_t row) const {
+    const auto real = RealRow(*rows_[page][row]);
+    const auto model = ModelRow(models_[page], row);
+    if (real == model) return "";
+    return "page " + std::to_string(page) + " row " + std::to_string(row) + ": " + real + ", expected " + model;
+  }
+
   std::string Difference() const {
     for (std::size_t page = 0; page < rows_.size(); ++page) {
       if (rows_[page].size() != models_[page].Rows.size()) return "page " + std::to_string(page) + " has other rows";
       for (std::size_t row = 0; row < rows_[page].size(); ++row) {
-        const auto real = RealRow(*rows_[page][row]);
-        const auto model = ModelRow(models_[page], row);
-        const auto place = "page " + std::to_string(page) + " row " + std::to_string(row) + ": ";
-        if (real != model) return place + real + ", expected " + model;
+        auto difference = RowDifference(page, row);
+        if (!difference.empty()) return difference;
       }
     }
     const auto stored = world_.File.Column(
