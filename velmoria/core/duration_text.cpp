@@ -16,7 +16,8 @@ std::string Counted(std::int64_t count, std::string_view unit) {
 std::string DurationText(std::int64_t seconds) {
   if (seconds < 0) return {};
   const auto rest = Counted(seconds % 60, "second");
-  return seconds < 60 ? rest : Counted(seconds / 60, "minute") + " and " + rest;
+  if (seconds < 60) return rest;
+  return Counted(seconds / 60, "minute") + " and " + rest;
 }
 
 }  // namespace velmoria

@@ -65,7 +65,10 @@ PropertyContextPtr Framework::CreatePropertyContext(const CreatePropertyContextA
   return context;
 } catch (...) { Failed("CreatePropertyContext"); }
 
-BusinessContextPtr Framework::CreateBusinessContext() const { return CreateBusinessContext({}); }
+BusinessContextPtr Framework::CreateBusinessContext() const {
+  const BusinessContextFields defaults;
+  return CreateBusinessContext(defaults);
+}
 
 BusinessContextPtr Framework::CreateBusinessContext(const BusinessContextFields& fields) const try {
   auto context = Make<BusinessContext>();
@@ -85,7 +88,10 @@ StatisticsPtr Framework::CreateStatistics() const try { return Make<Statistics>(
   Failed("CreateStatistics");
 }
 
-KeyFormatPtr Framework::CreateKeyFormat() const { return CreateKeyFormat({}); }
+KeyFormatPtr Framework::CreateKeyFormat() const {
+  const KeyFormatFields defaults;
+  return CreateKeyFormat(defaults);
+}
 
 KeyFormatPtr Framework::CreateKeyFormat(const KeyFormatFields& fields) const try {
   return MakeOver<KeyFormat, KeyFormatData>(fields);

@@ -18,17 +18,20 @@ bool IsOneOf(std::initializer_list<VarType> types, VarType type) {
 
 std::string IndexText(const Variant& index, std::initializer_list<VarType> numbers) {
   if (index.IsText()) return Quoted(index.TextView());
-  return IsOneOf(numbers, index.Type()) ? index.AsText() : Parenthesised(index.TypeName());
+  if (IsOneOf(numbers, index.Type())) return index.AsText();
+  return Parenthesised(index.TypeName());
 }
 
 std::string QuotingIndexText(const Variant& index, std::initializer_list<VarType> numbers) {
   if (index.IsText()) return Quoted(index.TextView());
-  return IsOneOf(numbers, index.Type()) ? index.AsText() : Quoted(index.TypeName());
+  if (IsOneOf(numbers, index.Type())) return index.AsText();
+  return Quoted(index.TypeName());
 }
 
 std::string PlaceText(const Variant& place) {
   if (place.IsMissing()) return "(Missing)";
-  return place.IsText() || place.IsNumber() ? place.AsText() : Parenthesised(place.TypeName());
+  if (place.IsText() || place.IsNumber()) return place.AsText();
+  return Parenthesised(place.TypeName());
 }
 
 Replacements AddTexts(std::string name, const Position& position) {

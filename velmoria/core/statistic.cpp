@@ -84,7 +84,8 @@ std::string Statistic::Subjects() const {
   return TextOrNone([this] {
     const auto& label = fields_.SubjectLabel;
     const auto count = NumberText(fields_.SubjectCount);
-    return label.empty() ? "Subject Count: " + count : "Subjects: " + Quoted(label) + "  Count: " + count;
+    if (label.empty()) return "Subject Count: " + count;
+    return "Subjects: " + Quoted(label) + "  Count: " + count;
   });
 }
 
