@@ -15,7 +15,7 @@ std::string Counted(std::int64_t count, std::string_view unit) {
 
 std::string DurationText(std::int64_t seconds) {
   if (seconds < 0) return {};
-  const auto rest = Counted(seconds % 60, "second");
+  auto rest = Counted(seconds % 60, "second");
   if (seconds < 60) return rest;
   return Counted(seconds / 60, "minute") + " and " + rest;
 }
