@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "tests/support/expect_raised.h"
+#include "tests/support/told_events.h"
 #include "tests/unit/properties/state_model/state_values.h"
 #include "velmoria/data/database_agent_impl.h"
 #include "velmoria/data/recordset_impl.h"
@@ -147,10 +148,7 @@ class RowStage {
   }
 
   void Hold(std::size_t page, const PropertiesPtr& row) {
-    row->BeforeUpdate += [this](bool&) { told_ += "bu "; };
-    row->AfterUpdate += [this] { told_ += "au "; };
-    row->BeforePendingDelete += [this](bool&) { told_ += "bd "; };
-    row->AfterPendingDelete += [this] { told_ += "ad "; };
+    TellEvents(*row, told_);
     rows_[page].push_back(row);
   }
 

@@ -5,6 +5,7 @@
 #include "tests/support/expect_raised.h"
 #include "tests/support/sample_design.h"
 #include "tests/support/scoped_apartment.h"
+#include "tests/support/told_events.h"
 #include "velmoria/data/recordset_impl.h"
 #include "velmoria/properties/properties_data.h"
 #include "velmoria/properties/properties_impl.h"
@@ -17,12 +18,7 @@ namespace {
 /// Collections that have no row behind them.
 class FreePropertiesUpdateTest : public testing::Test {
  protected:
-  void Watch(Properties& properties) {
-    properties.BeforeUpdate += [this](bool&) { told_ += "bu "; };
-    properties.AfterUpdate += [this] { told_ += "au "; };
-    properties.BeforePendingDelete += [this](bool&) { told_ += "bd "; };
-    properties.AfterPendingDelete += [this] { told_ += "ad "; };
-  }
+  void Watch(Properties& properties) { TellEvents(properties, told_); }
   static PropertiesPtr Cached(Variant value = 1) {
     auto data = Make<PropertiesData>();
     data->SetupItem(psCached, {.Name = "Id", .Value = std::move(value), .DataType = dtLongInteger});

@@ -5,6 +5,7 @@
 #include "tests/support/expect_raised.h"
 #include "tests/support/sample_rows.h"
 #include "tests/support/scoped_apartment.h"
+#include "tests/support/told_events.h"
 #include "velmoria/velmoria.h"
 
 namespace velmoria::test {
@@ -12,12 +13,7 @@ namespace {
 
 class PropertiesUpdateTest : public testing::Test {
  protected:
-  void Watch(Properties& properties) {
-    properties.BeforeUpdate += [this](bool&) { told_ += "bu "; };
-    properties.AfterUpdate += [this] { told_ += "au "; };
-    properties.BeforePendingDelete += [this](bool&) { told_ += "bd "; };
-    properties.AfterPendingDelete += [this] { told_ += "ad "; };
-  }
+  void Watch(Properties& properties) { TellEvents(properties, told_); }
 
   ScopedApartment apartment_;
   std::string told_;
