@@ -19,8 +19,6 @@ namespace {
 constexpr std::int32_t kRdo = 1;
 constexpr std::int32_t kDao = 2;
 
-bool IsDeleted(const Properties& properties) { return has(properties.StateFlags(), sfdeleted); }
-
 /// What tells a deleted row: its number when it is bound, for its key cannot be read any more, else a text of its
 /// Identifier.
 std::string DeletedText(Properties& properties, std::string (*textOf)(const Identifier&)) {
@@ -33,6 +31,7 @@ std::string DeletedText(Properties& properties, std::string (*textOf)(const Iden
 
 Agent::~Agent() = default;
 RecordsetPtr Agent::GetAsyncRecordset(const DatabaseAgentPtr&) { return {}; }
+Variant Agent::GetBLOBFieldValue(const Variant&, const PropertiesPtr&) { return {}; }
 
 DatabaseAgent::DatabaseAgent() = default;
 DatabaseAgent::~DatabaseAgent() = default;
@@ -75,6 +74,19 @@ RecordsetPtr DatabaseAgent::GetRecordset(std::int32_t /*pageStep*/, const Record
   return backEnd_->GetRecordset(DatabaseAgentPtr(this), previous, accessMethod_ == kDao && flag);
 } catch (...) { Failed("GetRecordset"); }
 
+void DatabaseAgent::LoadPersistentProperties() try {
+  if (accessMethod_ == kRdo && backEnd_) backEnd_->LoadPersistentProperties();
+} catch (...) { Failed("LoadPersistentProperties"); }
+
+void DatabaseAgent::Cancel() try {
+  if (AsyncFlag()) backEnd_->Cancel();
+} catch (...) { Failed("Cancel"); }
+
+Variant DatabaseAgent::GetBLOBFieldValue(const Variant& index, const PropertiesPtr& properties) try {
+  RefuseDeleted(*properties, "GetBLOBFieldValue", [](const Identifier& identifier) { return identifier.Details(); });
+  return accessMethod_ == kRdo && backEnd_ ? backEnd_->GetBLOBFieldValue(index, properties) : Variant();
+} catch (...) { Failed("GetBLOBFieldValue"); }
+
 bool DatabaseAgent::StillExecuting() try { return AsyncFlag() && backEnd_->StillExecuting(); } catch (...) {
   Failed("StillExecuting (Get)");
 }
@@ -86,6 +98,11 @@ RecordsetPtr DatabaseAgent::Recordset() try {
 void DatabaseAgent::Execute() try {
   if (backEnd_) backEnd_->Execute();
 } catch (...) { Failed("Execute"); }
+
+void DatabaseAgent::RefuseDeleted(Properties& properties, const char* routine, IdentifierText textOf) const {
+  if (has(properties.StateFlags(), sfdeleted))
+    Raise(errPersistence_Deleted, routine, {DeletedText(properties, textOf)});
+}
 
 void DatabaseAgent::CheckEditFlags(bool isNew) const {
   if (has(action_->EditFlags(), isNew ? efInsert : efUpdate)) return;
@@ -112,9 +129,8 @@ void DatabaseAgent::UpdatePersistentProperties(const PropertiesPtr& properties, 
   written = false;
   const auto state = properties->StateFlags();
   CheckEditFlags(has(state, sfNew));
-  if (IsDeleted(*properties))
-    Raise(errPersistence_Deleted, "UpdatePersistentProperties",
-          {DeletedText(*properties, [](const Identifier& identifier) { return identifier.Key(); })});
+  RefuseDeleted(*properties, "UpdatePersistentProperties",
+                [](const Identifier& identifier) { return identifier.Key(); });
   if (!backEnd_) return;
   written = Write(properties, state);
   if (!written) return;
@@ -125,9 +141,8 @@ void DatabaseAgent::DeletePersistentProperties(const PropertiesPtr& properties, 
   // Equality, not a bit test: only the bare efDelete is refused, and with the words for updating.
   if (action_->EditFlags() == efDelete)
     Raise(errNotSupported_Update, "DeletePersistentProperties", {action_->Name(), action_->EditFlagsDisplay()});
-  if (IsDeleted(*properties))
-    Raise(errPersistence_Deleted, "DeletePersistentProperties",
-          {DeletedText(*properties, [](const Identifier& identifier) { return identifier.Details(); })});
+  RefuseDeleted(*properties, "DeletePersistentProperties",
+                [](const Identifier& identifier) { return identifier.Details(); });
   if (backEnd_) backEnd_->DeletePersistentProperties(properties);
 } catch (...) { Failed("DeletePersistentProperties"); }
 

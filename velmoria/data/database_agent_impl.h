@@ -8,6 +8,7 @@
 #include "velmoria/data/agents/agent_impl.h"
 #include "velmoria/fwd.h"
 #include "velmoria/runtime/object.h"
+#include "velmoria/runtime/variant.h"
 
 namespace velmoria {
 
@@ -38,6 +39,13 @@ class DatabaseAgent final : public Object, public Reporting {
   /// pageStep has no effect: the direction of paging comes from ObjectBuffer alone.
   RecordsetPtr GetRecordset(std::int32_t pageStep, const RecordsetPtr& previous, bool flag);
 
+  /// Opens the result while the caller goes on, where the back-end can; GetRecordset gives none until it is open.
+  void LoadPersistentProperties();
+  /// Gives up what is being opened.
+  void Cancel();
+  /// The value of a long column, which engines 2 to 5 read when it is first asked for; Empty for Access. Raises 15113.
+  Variant GetBLOBFieldValue(const Variant& index, const PropertiesPtr& properties);
+
   /// Those of a back-end for engines 2 to 5; no other opens a result while the caller goes on.
   bool AsyncFlag() const { return accessMethod_ == 1 && backEnd_ && backEnd_->AsyncFlag(); }
   bool StillExecuting();
@@ -55,6 +63,9 @@ class DatabaseAgent final : public Object, public Reporting {
 
  private:
   std::string StateDetails() const override { return Details(); }
+  using IdentifierText = std::string (*)(const Identifier&);
+
+  void RefuseDeleted(Properties& properties, const char* routine, IdentifierText textOf) const;
   void CheckEditFlags(bool isNew) const;
   bool Write(const PropertiesPtr& properties, zStateFlags state);
 
