@@ -6,8 +6,6 @@
 #include <string>
 #include <unordered_map>
 
-#include <malloc.h>
-
 #include "measure.h"
 #include "velmoria/velmoria.h"
 
@@ -86,10 +84,8 @@ void Find(const Classes& classes) {
   }
 }
 
-std::size_t HeapBytes() { return mallinfo2().uordblks; }
-
 void PrintPerObject(const char* what, double seconds, double plain, double bytes) {
-  std::printf("%-44s %8.0f ns  ratio %5.2f   %6.0f bytes\n", what, seconds / ObjectCount * 1e9, seconds / plain, bytes);
+  std::printf("%-52s %9.0f ns  ratio %5.2f   %6.0f bytes\n", what, seconds / ObjectCount * 1e9, seconds / plain, bytes);
 }
 
 }  // namespace

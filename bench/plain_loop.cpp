@@ -1,89 +1,14 @@
 #include "plain_loop.h"
 
-#include <array>
-#include <cstdio>
-#include <cstdlib>
-#include <vector>
-
-#include <sql.h>
-#include <sqlext.h>
-
+#include "plain_odbc.h"
 #include "table.h"
 
 namespace {
 
 constexpr SQLULEN BlockRows = 1024;
 
-void Check(SQLRETURN code, const char* what) {
-  if (SQL_SUCCEEDED(code)) return;
-  std::fprintf(stderr, "the plain loop failed in %s\n", what);
-  std::exit(EXIT_FAILURE);
-}
-
-class Connected {
- public:
-  explicit Connected(const std::string& connectString) {
-    Check(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &environment_), "SQLAllocHandle");
-    Check(SQLSetEnvAttr(environment_, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0),
-          "SQLSetEnvAttr");
-    Check(SQLAllocHandle(SQL_HANDLE_DBC, environment_, &connection_), "SQLAllocHandle");
-    auto* text = reinterpret_cast<SQLCHAR*>(const_cast<char*>(connectString.c_str()));
-    Check(SQLDriverConnect(connection_, nullptr, text, SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT),
-          "SQLDriverConnect");
-  }
-  ~Connected() {
-    SQLDisconnect(connection_);
-    SQLFreeHandle(SQL_HANDLE_DBC, connection_);
-    SQLFreeHandle(SQL_HANDLE_ENV, environment_);
-  }
-  Connected(const Connected&) = delete;
-  Connected& operator=(const Connected&) = delete;
-
-  SQLHSTMT Statement() const {
-    SQLHSTMT statement = nullptr;
-    Check(SQLAllocHandle(SQL_HANDLE_STMT, connection_, &statement), "SQLAllocHandle");
-    return statement;
-  }
-
- private:
-  SQLHENV environment_ = nullptr;
-  SQLHDBC connection_ = nullptr;
-};
-
-/// The buffers of one block, column by column.
-struct Block {
-  explicit Block(SQLULEN rows)
-      : Id(rows), Quantity(rows), Price(rows), Name(rows), Code(rows), Sold(rows), Paid(rows), Units(rows) {
-    for (auto& column : Lengths) column.resize(rows);
-  }
-  void Bind(SQLHSTMT statement) {
-    const auto bind = [&](SQLUSMALLINT column, SQLSMALLINT type, void* values, SQLLEN width) {
-      Check(SQLBindCol(statement, column, type, values, width, Lengths[column - 1U].data()), "SQLBindCol");
-    };
-    bind(1, SQL_C_SLONG, Id.data(), sizeof(SQLINTEGER));
-    bind(2, SQL_C_SSHORT, Quantity.data(), sizeof(SQLSMALLINT));
-    bind(3, SQL_C_DOUBLE, Price.data(), sizeof(double));
-    bind(4, SQL_C_CHAR, Name.data(), sizeof Name[0]);
-    bind(5, SQL_C_CHAR, Code.data(), sizeof Code[0]);
-    bind(6, SQL_C_TYPE_TIMESTAMP, Sold.data(), sizeof(SQL_TIMESTAMP_STRUCT));
-    bind(7, SQL_C_BIT, Paid.data(), 1);
-    bind(8, SQL_C_SLONG, Units.data(), sizeof(SQLINTEGER));
-  }
-
-  std::vector<SQLINTEGER> Id;
-  std::vector<SQLSMALLINT> Quantity;
-  std::vector<double> Price;
-  std::vector<std::array<char, 41>> Name;
-  std::vector<std::array<char, 13>> Code;
-  std::vector<SQL_TIMESTAMP_STRUCT> Sold;
-  std::vector<unsigned char> Paid;
-  std::vector<SQLINTEGER> Units;
-  std::array<std::vector<SQLLEN>, 8> Lengths;
-};
-
-}  // namespace
-
-void FetchPlainly(const std::string& connectString, const char* text, int expectedRows) {
+/// Runs the text and hands each block, with the number of its rows, to the work.
+void ForEachBlock(const std::string& connectString, const std::string& text, auto&& work) {
   const Connected connected(connectString);
   SQLHSTMT statement = connected.Statement();
   SQLULEN fetched = 0;
@@ -91,10 +16,32 @@ void FetchPlainly(const std::string& connectString, const char* text, int expect
   SQLSetStmtAttr(statement, SQL_ATTR_ROWS_FETCHED_PTR, &fetched, 0);
   Block block(BlockRows);
   block.Bind(statement);
-  Check(SQLExecDirect(statement, reinterpret_cast<SQLCHAR*>(const_cast<char*>(text)), SQL_NTS), "SQLExecDirect");
-  SQLULEN rows = 0;
-  while (SQL_SUCCEEDED(SQLFetchScroll(statement, SQL_FETCH_NEXT, 0))) rows += fetched;
+  Connected::Run(statement, text);
+  while (SQL_SUCCEEDED(SQLFetchScroll(statement, SQL_FETCH_NEXT, 0))) work(block, fetched);
   SQLFreeHandle(SQL_HANDLE_STMT, statement);
+}
+
+std::int64_t Packed(const SQL_TIMESTAMP_STRUCT& at) {
+  return ((((at.year * 12LL + at.month) * 31 + at.day) * 24 + at.hour) * 60 + at.minute) * 60 + at.second;
+}
+
+PlainRow RowOf(const Block& block, SQLULEN at) {
+  return {.Id = block.Id[at],
+          .Quantity = block.Quantity[at],
+          .Price = block.Price[at],
+          .Name = block.Name[at].data(),
+          .Code = block.Lengths[4][at] == SQL_NULL_DATA ? "" : block.Code[at].data(),
+          .Sold = Packed(block.Sold[at]),
+          .Paid = block.Paid[at] != 0,
+          .CodeIsNull = block.Lengths[4][at] == SQL_NULL_DATA,
+          .Units = block.Units[at]};
+}
+
+}  // namespace
+
+void FetchPlainly(const std::string& connectString, const std::string& text, int expectedRows) {
+  SQLULEN rows = 0;
+  ForEachBlock(connectString, text, [&rows](const Block&, SQLULEN fetched) { rows += fetched; });
   if (rows != static_cast<SQLULEN>(expectedRows)) Check(SQL_ERROR, "counting the rows");
 }
 
@@ -103,12 +50,28 @@ void FetchByKeyPlainly(const std::string& connectString, const std::string& text
   Block row(1);
   for (int request = 0; request < requests; ++request) {
     const int key = KeyOf(request, rows);
-    std::string statementText = text + std::to_string(key);
     SQLHSTMT statement = connected.Statement();
     row.Bind(statement);
-    Check(SQLExecDirect(statement, reinterpret_cast<SQLCHAR*>(statementText.data()), SQL_NTS), "SQLExecDirect");
+    Connected::Run(statement, text + std::to_string(key));
     Check(SQLFetch(statement), "SQLFetch");
     if (row.Id[0] != key) Check(SQL_ERROR, "reading the key");
+    SQLFreeHandle(SQL_HANDLE_STMT, statement);
+  }
+}
+
+std::vector<PlainRow> FetchRowsPlainly(const std::string& connectString, const std::string& text) {
+  std::vector<PlainRow> rows;
+  ForEachBlock(connectString, text, [&rows](const Block& block, SQLULEN fetched) {
+    for (SQLULEN at = 0; at < fetched; ++at) rows.push_back(RowOf(block, at));
+  });
+  return rows;
+}
+
+void WritePlainly(const std::string& connectString, const std::vector<std::string>& texts) {
+  const Connected connected(connectString);
+  for (const auto& text : texts) {
+    SQLHSTMT statement = connected.Statement();
+    Connected::Run(statement, text);
     SQLFreeHandle(SQL_HANDLE_STMT, statement);
   }
 }

@@ -15,23 +15,7 @@ using namespace velmoria;
 namespace {
 
 constexpr int Rounds = 5;
-constexpr int Rows = 1000000;
 constexpr int Requests = 20000;
-
-void Describe(const std::string& connectString) {
-  Framework framework;
-  const auto database = framework.Databases()->SetupItem({.Name = "Bench", .Engine = engODBC, .AutoConnect = true});
-  database->Connectors()->SetupItem({.Engine = engODBC, .ConnectionType = ctText, .ConnectionString = connectString});
-  const auto row = framework.Servers()
-                       ->SetupItem({.Name = "Bench"})
-                       ->Classes()
-                       ->SetupItem({.Name = "Row", .SingleActionName = "Get", .DefaultActionName = "Get"});
-  row->Properties()->SetupItem(
-      {.Name = "Id", .DataType = dtLongInteger, .SourceName = "Id", .SourceColumn = "Id", .Flags = pfInput});
-  const auto get = row->Actions()->SetupItem(
-      {.Name = "Get", .DatabaseName = "Bench", .UsageFlags = ufAll, .EditFlags = efAll, .ObjectType = otModel});
-  get->Sources()->SetupItem({.Engine = engODBC, .SourceType = stTable, .SourceText = "rows"});
-}
 
 /// One page that holds the whole table.
 RecordsetPtr FillPage() {
@@ -52,7 +36,20 @@ std::size_t ReadEveryValue(Recordset& page) {
   return seen;
 }
 
-void BenchPage(const std::string& connectString) {
+void GetByKey() {
+  Framework framework;
+  for (int request = 0; request < Requests; ++request) {
+    const int key = KeyOf(request, Rows);
+    const auto row = framework.GetBusinessObject({.ClassName = "Row", .KeyValue1 = key});
+    if (row->FindProperty("Id")->Value() != Variant(key)) std::abort();
+  }
+}
+
+}  // namespace
+
+void BenchRows() {
+  const std::string& connectString = BenchDatabase();
+  DescribeBenchDatabase();
   std::vector<double> plain, fill, read;
   std::size_t bytes = 0;
   for (int round = 0; round < Rounds; ++round) {
@@ -69,33 +66,19 @@ void BenchPage(const std::string& connectString) {
   Print("plain block-fetch loop", Median(plain), Median(plain), "1.00");
   Print("fill a page", Median(fill), Median(plain), "1.10");
   Print("read every value through Property.Value", Median(read), Median(plain), "1.50");
-  std::printf("%-44s %8.1f     goal 100\n\n", "bytes per row held", static_cast<double>(bytes) / Rows);
+  std::printf("%-52s %9.1f     goal 100\n\n", "bytes per row held", static_cast<double>(bytes) / Rows);
 }
 
-void BenchByKey(const std::string& connectString) {
+void BenchByKey() {
+  DescribeBenchDatabase();
   std::vector<double> plain, objects;
-  Framework framework;
-  for (int round = 0; round < 3; ++round) {
+  for (int round = 0; round < Rounds; ++round) {
     plain.push_back(
-        Seconds([&] { FetchByKeyPlainly(connectString, "SELECT * FROM rows WHERE Id = ", Requests, Rows); }));
-    objects.push_back(Seconds([&] {
-      for (int request = 0; request < Requests; ++request) {
-        const int key = KeyOf(request, Rows);
-        const auto row = framework.GetBusinessObject({.ClassName = "Row", .KeyValue1 = key});
-        if (row->FindProperty("Id")->Value() != Variant(key)) std::abort();
-      }
-    }));
+        Seconds([] { FetchByKeyPlainly(BenchDatabase(), "SELECT * FROM rows WHERE Id = ", Requests, Rows); }));
+    objects.push_back(Seconds(GetByKey));
   }
-  std::printf("one object by key, %d times\n", Requests);
+  std::printf("one object by key, %d times, medians of %d rounds\n", Requests, Rounds);
   Print("plain statement and fetch", Median(plain), Median(plain), "1.00");
-  Print("GetBusinessObject", Median(objects), Median(plain), "-");
-}
-
-}  // namespace
-
-void BenchRows() {
-  const std::string connectString = MakeTable("bench.db", Rows);
-  Describe(connectString);
-  BenchPage(connectString);
-  BenchByKey(connectString);
+  Print("GetBusinessObject", Median(objects), Median(plain), "1.50");
+  std::printf("\n");
 }
