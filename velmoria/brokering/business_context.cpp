@@ -87,7 +87,7 @@ void BusinessContext::SetSupportsLoad(bool value) {
   LetUnlocked(&BusinessContext::noLoad_, !value, "SupportsLoad (Let)");
 }
 
-IBusinessObjectsPtr BusinessContext::Find(const Variant& index) {
+IBusinessObjectsPtr BusinessContext::FindOrAsk(const Variant& index) {
   if (const IBusinessObjectsPtr* held = items_.Find(index)) return *held;
   IBusinessObjectsPtr supplied;
   ItemNotFound.Raise(index, supplied);
@@ -95,7 +95,7 @@ IBusinessObjectsPtr BusinessContext::Find(const Variant& index) {
 }
 
 IBusinessObjectsPtr BusinessContext::Item(const Variant& index) try {
-  IBusinessObjectsPtr found = Find(index);
+  IBusinessObjectsPtr found = FindOrAsk(index);
   if (!found) {
     Raise(errItem_BusinessObjects, "Item",
           {IndexText(index, {VarType::Integer, VarType::Long, VarType::Single, VarType::Decimal, VarType::Byte})});

@@ -137,7 +137,7 @@ class VELMORIA_API BusinessContext final : public Object, public Reporting, publ
   PropertiesPtr GetNewProperties(const IdentifierPtr& identifier, const std::string& actionName,
                                  const std::string& name);
   /// As Item, its event included, but none instead of an error.
-  IBusinessObjectsPtr Find(const Variant& index);
+  IBusinessObjectsPtr FindOrAsk(const Variant& index);
 
  protected:
   std::string StateDetails() const override;

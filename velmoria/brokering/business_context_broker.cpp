@@ -111,7 +111,7 @@ IBusinessObjectsPtr BusinessContext::WrapInHostCollection(BusinessObjectsPtr bus
 IBusinessObjectsPtr BusinessContext::FindHeld(const GetBusinessObjectsArguments& arguments) {
   const auto look = [this](const std::string& name) {
     if (name.empty()) return IBusinessObjectsPtr{};
-    return Quietly("BusinessContext.LoadBusinessObjects", [&] { return Find(name); });
+    return Quietly("BusinessContext.LoadBusinessObjects", [&] { return FindOrAsk(name); });
   };
   IBusinessObjectsPtr held = look(arguments.Name);
   // The relationship is asked for in any case, and its collection goes first.

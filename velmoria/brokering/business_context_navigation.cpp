@@ -66,7 +66,7 @@ void BusinessContext::FollowLink(Link& link) try {
   const PropertyPtr property = link.Property();
   const PropertyPtr parameter = link.Parameter();
   const auto sourceLike = [&](const PropertyPtr& like) {
-    return Quietly(kNavigating, [&] { return propertyContext_->Find(PropertyKey{.Parameter = like}); });
+    return Quietly(kNavigating, [&] { return propertyContext_->FindOrAsk(PropertyKey{.Parameter = like}); });
   };
   PropertyPtr source = property->Name().empty() ? PropertyPtr{} : sourceLike(property);
   PropertyPtr target = parameter->Name().empty() ? PropertyPtr{} : TargetLike(*parameters_, parameter);

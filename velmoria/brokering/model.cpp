@@ -47,7 +47,7 @@ void Model::SetModel(ModelPtr) {}
 std::int32_t Model::BusinessObjectsCount() { return businessContext_ ? businessContext_->Count() : 0; }
 
 IBusinessObjectsPtr Model::BusinessObjects(const Variant& index) try {
-  IBusinessObjectsPtr found = Quietly("Model.BusinessObjects", [&] { return BusinessContext()->Find(index); });
+  IBusinessObjectsPtr found = Quietly("Model.BusinessObjects", [&] { return BusinessContext()->FindOrAsk(index); });
   if (!found && index.IsText()) {
     found = Quietly("Model.BusinessObjects",
                     [&] { return BusinessContext()->LoadBusinessObjects({.RelationshipName = index.AsText()}); });
@@ -59,7 +59,7 @@ IBusinessObjectsPtr Model::BusinessObjects(const Variant& index) try {
 
 PropertiesPtr Model::Properties(const Variant& index) try {
   auto& context = Held();
-  PropertiesPtr found = Quietly("Model.Properties", [&] { return context.Find(index); });
+  PropertiesPtr found = Quietly("Model.Properties", [&] { return context.FindOrAsk(index); });
   if (!found && index.IsText()) {
     found = Quietly("Model.Properties", [&] { return context.LoadProperties({.ActionName = index.AsText()}); });
   }
@@ -72,7 +72,7 @@ PropertyPtr Model::FindProperty(const Variant& index, PropertyPtr parameter) try
   const PropertyKey key{.Index = index, .Parameter = parameter};
   auto& context = Held();
   PropertyPtr found =
-      QuietlyWhenHeard(context.PropertyNotFound, "Model.FindProperty", [&] { return context.Find(key); });
+      QuietlyWhenHeard(context.PropertyNotFound, "Model.FindProperty", [&] { return context.FindOrAsk(key); });
   if (!found) PropertyNotFound.Raise(index, parameter, found);
   if (!found) Raise(errItem_Property, "FindProperty", PropertyKeyTexts(key));
   return found;

@@ -37,7 +37,7 @@ void PropertyContext::SetupWith(const PropertiesPtr& properties) try {
   identifier_ = properties->Identifier();
 } catch (...) { Failed("SetupWith"); }
 
-PropertiesPtr PropertyContext::Find(const Variant& index) {
+PropertiesPtr PropertyContext::FindOrAsk(const Variant& index) {
   if (const PropertiesPtr* held = items_.Find(index)) return *held;
   PropertiesPtr supplied;
   ItemNotFound.Raise(index, supplied);
@@ -45,7 +45,7 @@ PropertiesPtr PropertyContext::Find(const Variant& index) {
 }
 
 PropertiesPtr PropertyContext::Item(const Variant& index) try {
-  PropertiesPtr found = Find(index);
+  PropertiesPtr found = FindOrAsk(index);
   if (!found) Raise(errItem_Properties, "Item", {IndexText(index)});
   return found;
 } catch (...) { Failed("Item"); }
@@ -80,7 +80,7 @@ PropertyPtr PropertyContext::FindByName(const PropertyKey& key) const {
   return {};
 }
 
-PropertyPtr PropertyContext::Find(const PropertyKey& key) {
+PropertyPtr PropertyContext::FindOrAsk(const PropertyKey& key) {
   PropertyPtr found = key.Index.IsNumber() ? FindByNumber(key.Index) : FindByName(key);
   if (!found) PropertyNotFound.Raise(key, found);
   return found;
@@ -89,7 +89,7 @@ PropertyPtr PropertyContext::Find(const PropertyKey& key) {
 PropertyPtr PropertyContext::FindProperty(const Variant& index) { return FindProperty(PropertyKey{.Index = index}); }
 
 PropertyPtr PropertyContext::FindProperty(const PropertyKey& key) try {
-  PropertyPtr found = Find(key);
+  PropertyPtr found = FindOrAsk(key);
   if (!found) Raise(errItem_Property, "FindProperty", PropertyKeyTexts(key));
   return found;
 } catch (...) { Failed("FindProperty"); }
@@ -148,7 +148,7 @@ PropertiesPtr PropertyContext::FindLoaded(const std::string& actionName, const s
   if (transient_) Raise(errPropertyContext_Transient, routine);
   const std::string& held = name.empty() ? actionName : name;
   if (held.empty()) return {};
-  return QuietlyWhenHeard(ItemNotFound, "PropertyContext.LoadProperties", [&] { return Find(held); });
+  return QuietlyWhenHeard(ItemNotFound, "PropertyContext.LoadProperties", [&] { return FindOrAsk(held); });
 }
 
 PropertiesPtr PropertyContext::LoadProperties(const LoadPropertiesArguments& arguments, const Position& position) try {

@@ -126,8 +126,8 @@ class VELMORIA_API PropertyContext final : public Object,
   /// The context of an object, from the collection that made it.
   void SetupWith(const PropertiesPtr& properties);
   /// As Item and FindProperty, their events included, but none instead of an error.
-  PropertiesPtr Find(const Variant& index);
-  PropertyPtr Find(const PropertyKey& key);
+  PropertiesPtr FindOrAsk(const Variant& index);
+  PropertyPtr FindOrAsk(const PropertyKey& key);
 
  protected:
   std::string StateDetails() const override;
