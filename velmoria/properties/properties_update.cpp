@@ -14,6 +14,15 @@
 
 namespace velmoria {
 
+namespace {
+
+bool IsEmpty(const IdentifierPtr& identifier) {
+  const PropertiesPtr parts = identifier ? identifier->Properties() : PropertiesPtr();
+  return !parts || parts->Count() == 0;
+}
+
+}  // namespace
+
 void Properties::Update() try {
   if (recordset_) {
     UpdateRow();
@@ -32,7 +41,7 @@ void Properties::UpdateRow() {
 }
 
 void Properties::UpdateByIdentifier() {
-  if (!identifier_ || identifier_->Properties()->Count() == 0) Raise(errProperties_Update, "Update");
+  if (IsEmpty(identifier_)) Raise(errProperties_Update, "Update");
   if (BeforeUpdate.Raise()) return;
   const auto server = Present(Apartment().Servers)->Item(identifier_->ServerName());
   const auto classObject = server->Classes()->Item(identifier_->ClassName());

@@ -112,6 +112,12 @@ TEST_F(FreePropertiesUpdateTest, WithoutMembersInItsIdentifierItIsRefusedToo) {
   EXPECT_EQ(told_, "");
 }
 
+TEST_F(FreePropertiesUpdateTest, IdentifierThatWasNeverSetUpIsRefusedToo) {
+  const auto properties = Routed();
+  properties->SetIdentifier(Make<Identifier>());
+  ExpectRaised(errProperties_Update, [&] { properties->Update(); }, {.Count = 1});
+}
+
 TEST_F(FreePropertiesUpdateTest, CancelledUpdateDoesNotEvenLookForTheAction) {
   const auto properties = Routed();
   properties->SetActionName("Nothing");
