@@ -30,6 +30,7 @@ std::int32_t FakeAgent::RowCount() {
 RecordsetPtr FakeAgent::GetRecordset(const DatabaseAgentPtr& agent, const RecordsetPtr& previous, bool) {
   constexpr int kEndless = 1000;
   if (FailsReads) Fail(RuntimeFailure::DriverFailure);
+  if (AsyncPolls > 0) return {};
   if (++Reads > kEndless) Fail(RuntimeFailure::InvalidArgument, "It reads without end.");
   const auto total = static_cast<std::int32_t>(Rows.Rows());
   std::int32_t first = 0;
@@ -44,6 +45,12 @@ RecordsetPtr FakeAgent::GetRecordset(const DatabaseAgentPtr& agent, const Record
   auto recordset = Make<Recordset>();
   recordset->Initialize(agent, std::move(page));
   return recordset;
+}
+
+void FakeAgent::LoadPersistentProperties() {
+  if (FailsReads) Fail(RuntimeFailure::DriverFailure);
+  ++Loads;
+  AsyncPolls = PollsOnceLoaded;
 }
 
 bool FakeAgent::StillExecuting() {
@@ -61,6 +68,12 @@ void FakeAgent::Write(const PropertiesPtr& properties, int& count) {
 void FakeAgent::InsertPersistentProperties(const PropertiesPtr& properties) {
   Write(properties, Inserts);
   properties->Recordset()->RefreshCounterFields(Assigned, properties->Row());
+}
+
+Variant FakeAgent::GetBLOBFieldValue(const Variant&, const PropertiesPtr&) {
+  if (FailsReads) Fail(RuntimeFailure::DriverFailure);
+  ++LongReads;
+  return Long;
 }
 
 void FakeAgent::Execute() { ++Executions; }

@@ -25,9 +25,11 @@ class FakeAgent final : public Agent {
   std::int32_t RowCount() override;
   PropertiesDataPtr PropertiesData() override;
   RecordsetPtr GetRecordset(const DatabaseAgentPtr& agent, const RecordsetPtr& previous, bool keepOpen) override;
+  void LoadPersistentProperties() override;
   bool AsyncFlag() const override { return AsyncPolls >= 0; }
   bool StillExecuting() override;
   RecordsetPtr GetAsyncRecordset(const DatabaseAgentPtr& agent) override { return GetRecordset(agent, {}, false); }
+  Variant GetBLOBFieldValue(const Variant& index, const PropertiesPtr& properties) override;
   void Execute() override;
   void InsertPersistentProperties(const PropertiesPtr& properties) override;
   void UpdatePersistentProperties(const PropertiesPtr& properties) override;
@@ -47,7 +49,11 @@ class FakeAgent final : public Agent {
   RowBlock Rows;
   int Reads = 0;            // a test that reads on and on fails
   bool FailsReads = false;  // the database is gone
+  Variant Long;             // what every long column holds
+  int LongReads = 0;
   int AsyncPolls = -1;      // how often an asynchronous opening is still under way when it is asked; -1: opened at once
+  int PollsOnceLoaded = 0;  // what AsyncPolls is when LoadPersistentProperties has begun one
+  int Loads = 0;            // how often it has
 
  private:
   void Write(const PropertiesPtr& properties, int& count);

@@ -55,7 +55,9 @@ struct GetBusinessObjectsArguments {
   zObjectTypes ObjectType = otDefault;
   zCollectionTypes CollectionType = cltDefault;
   std::int32_t ObjectBuffer = -1;  // accepted, and without effect: Action.ObjectBuffer rules
-  bool AsyncFlag = false;          // accepted; every result is opened before the call returns
+  /// The result is opened while the caller goes on, where the database can; the collection is there at once and waits
+  /// for it when rows are first needed.
+  bool AsyncFlag = false;
   KeyFormatPtr KeyFormat{};
   std::string Name{};
 };

@@ -30,6 +30,11 @@ DatabaseAgentPtr BusinessContext::OpenAgent() {
   return agent;
 }
 
+BusinessObjectsBinding Opened(const DatabaseAgentPtr& agent, bool asyncFlag) {
+  if (asyncFlag) agent->LoadPersistentProperties();
+  return {.Recordset = agent->GetRecordset(0, {}, false), .DatabaseAgent = agent};
+}
+
 // A Source of an unknown engine has no rows at all, not even none.
 RecordsetPtr BusinessContext::OpenRecordset() { return Present(OpenAgent()->GetRecordset(0, {}, false)); }
 
@@ -82,19 +87,18 @@ IBusinessObjectsPtr BusinessContext::GetBusinessObjects(const GetBusinessObjects
                     .Parameters = arguments.Parameters});
   }
   RequireUsage(ufObjects, errNotSupported_BusinessObjects, "GetBusinessObjects");
-  const RecordsetPtr recordset = OpenRecordset();
+  // Objects made on the way are the host's: they may ask this context for something else and leave that selected.
+  const ClassPtr owner = class_;
   const zObjectTypes objectType = ResolvedObjectType(arguments.ObjectType);
-  KeyFormatPtr keyFormat = arguments.KeyFormat;
-  if (!keyFormat && keyFormat_) keyFormat = keyFormat_->Copy(true);
+  BusinessObjectsBinding binding = Opened(OpenAgent(), arguments.AsyncFlag);
+  binding.Name = CollectionName(arguments.Name);
+  binding.ParentIdentifier = ParentIdentifier();
+  binding.ObjectType = objectType;
+  binding.CollectionType = arguments.CollectionType != cltDefault ? arguments.CollectionType : collectionType_;
+  binding.KeyFormat = arguments.KeyFormat || !keyFormat_ ? arguments.KeyFormat : keyFormat_->Copy(true);
   auto found = Make<BusinessObjects>();
-  found->SetupBound(
-      {.Name = CollectionName(arguments.Name),
-       .Recordset = recordset,
-       .ParentIdentifier = ParentIdentifier(),
-       .ObjectType = objectType,
-       .CollectionType = arguments.CollectionType != cltDefault ? arguments.CollectionType : collectionType_,
-       .KeyFormat = keyFormat});
-  const std::string component = objectType == otBusiness ? class_->ActiveXCollectionProgId() : std::string{};
+  found->SetupBound(std::move(binding));
+  const std::string component = objectType == otBusiness ? owner->ActiveXCollectionProgId() : std::string{};
   return component.empty() ? IBusinessObjectsPtr(found) : WrapInHostCollection(found, component);
 } catch (...) { Failed("GetBusinessObjects"); }
 

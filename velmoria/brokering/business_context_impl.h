@@ -1,6 +1,7 @@
 #pragma once
 
 #include "velmoria/brokering/business_context.h"
+#include "velmoria/brokering/business_objects_impl.h"
 
 namespace velmoria {
 
@@ -23,5 +24,9 @@ struct GetPropertiesArguments {
   PropertiesPtr Parameters{};
   std::string Name{};
 };
+
+/// What a collection is bound to: the first page of the agent's result, or with the flag the agent that is still
+/// opening it.
+BusinessObjectsBinding Opened(const DatabaseAgentPtr& agent, bool asyncFlag);
 
 }  // namespace velmoria
