@@ -105,13 +105,14 @@ IBusinessObjectsPtr BusinessContext::Item(const Variant& index) try {
 
 std::int32_t BusinessContext::Count() const { return static_cast<std::int32_t>(items_.Count()); }
 
-void BusinessContext::Add(const IBusinessObjectsPtr& item, const Position& position) try {
+void BusinessContext::Add(IBusinessObjectsPtr item, const Position& position) try {
   if (noAdd_) Raise(errNotSupported_Add, "Add");
   if (!item) Fail(RuntimeFailure::ObjectNotSet);
   if (BeforeAdd.Raise(*item)) return;
   const std::string name = item->Name();
   if (position.IsBoth()) {
-    Raise(errAdd_BusinessObjects, "Add", {name, position.Before.AsText(), position.After.AsText()}, BothPositionsText);
+    Raise(errAdd_BusinessObjects, "Add", {name, PlaceText(position.Before), PlaceText(position.After)},
+          BothPositionsText);
   }
   InsertAt(items_, item, name, position);
   AfterAdd.Raise(*item);
@@ -121,7 +122,10 @@ void BusinessContext::Remove(const Variant& index) try {
   if (noRemove_) Raise(errNotSupported_Remove, "Remove");
   const IBusinessObjectsPtr item = Item(index);
   if (BeforeRemove.Raise(*item)) return;
-  if (!items_.RemoveKey(item->Name())) Fail(RuntimeFailure::InvalidArgument);
+  // Found again, for a listener may have moved it; and not by its name, which may be another than when it was added.
+  const auto held = std::find(begin(), end(), item);
+  if (held == end()) Fail(RuntimeFailure::InvalidArgument);
+  items_.RemoveAt(static_cast<std::size_t>(std::distance(begin(), held)) + 1);
   AfterRemove.Raise(*item);
 } catch (...) { Failed("Remove"); }
 
@@ -142,8 +146,10 @@ void BusinessContext::Undo() try {
 } catch (...) { Failed("Undo"); }
 
 bool BusinessContext::Modifiable(bool all) const {
+  const auto members = Members();
   const auto modifiable = [all](const auto& member) { return member->Modifiable(all); };
-  return all ? std::all_of(begin(), end(), modifiable) : std::any_of(begin(), end(), modifiable);
+  return all ? std::all_of(members.begin(), members.end(), modifiable)
+             : std::any_of(members.begin(), members.end(), modifiable);
 }
 
 namespace {
@@ -151,6 +157,12 @@ namespace {
 void AppendSelected(std::string& text, std::string_view label, const std::string& name, bool locked) {
   text.append(label).append(name).append("'");
   if (locked) text += " (Locked)";
+}
+
+// A value without a text form shows its type.
+std::string KeyValueText(const Variant& value) {
+  if (value.IsNull()) return {};
+  return value.IsArray() || value.IsObject() || value.IsMissing() ? "(" + value.TypeName() + ")" : value.AsText();
 }
 
 }  // namespace
@@ -167,9 +179,9 @@ std::string BusinessContext::Details() const {
   if (identifier_) text += "\r\n" + identifier_->Details();
   for (std::size_t part = 0; part < keyValues_.size() && !keyValues_[part].IsEmpty(); ++part) {
     text += (part == 0 ? "\r\nKeyValue" : "  KeyValue") + NumberText(static_cast<long long>(part) + 1) + ": '";
-    text += (keyValues_[part].IsNull() ? std::string{} : keyValues_[part].AsText()) + "'";
+    text += KeyValueText(keyValues_[part]) + "'";
   }
-  for (const auto& held : items_) {
+  for (const auto& held : Members()) {
     text += "    Business Object Count " + NumberText(held->Count()) + " for Business Objects '" + held->Name() + "'";
   }
   return text;

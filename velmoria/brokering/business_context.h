@@ -98,8 +98,9 @@ class VELMORIA_API BusinessContext final : public Object, public Reporting, publ
   KeyedList<IBusinessObjectsPtr>::Iterator begin() const { return items_.begin(); }
   KeyedList<IBusinessObjectsPtr>::Iterator end() const { return items_.end(); }
   /// Raises 15082 when adding is not supported and 15005 when both positions are given.
-  void Add(const IBusinessObjectsPtr& item, const Position& position = {});
-  /// Raises 15083 when removing is not supported, 15063 for an unknown index.
+  void Add(IBusinessObjectsPtr item, const Position& position = {});
+  /// Raises 15083 when removing is not supported, 15063 for an unknown index, 5 for a collection that a listener of
+  /// ItemNotFound supplied or that one of BeforeRemove has removed.
   void Remove(const Variant& index);
   void Update();
   void Delete();
@@ -109,8 +110,8 @@ class VELMORIA_API BusinessContext final : public Object, public Reporting, publ
   /// The one object that the selection finds. Raises 15088 when the Action builds no objects, 15025 when there is no
   /// row, 15077 when there are more, 15023 and 15024 when the host class cannot be made or refuses its Model.
   IBusinessObjectPtr GetBusinessObject(const GetBusinessObjectArguments& arguments = {});
-  /// The objects that the selection finds, as a collection bound to the result. Raises 15088; 15167 and 15168 when the
-  /// host collection cannot be made or set up.
+  /// The objects that the selection finds, as a collection bound to the result, which AsyncFlag lets the database open
+  /// while the caller goes on. Raises 15088; 15167 and 15168 when the host collection cannot be made or set up.
   IBusinessObjectsPtr GetBusinessObjects(const GetBusinessObjectsArguments& arguments = {});
   /// GetBusinessObjects with a memory: a collection already held is returned as it is, the one under RelationshipName
   /// before the one under Name, and the one under ActionName last; a new one is added. The KeyFormat argument is not

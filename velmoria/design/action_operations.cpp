@@ -84,7 +84,7 @@ PropertiesDataPtr Action::DescribeSource() {
 PropertiesPtr Action::CreateParameters(const IdentifierPtr& identifier) try {
   auto parameters = Sources()->Item()->Parameters()->Copy();
   if (!identifier) return parameters;
-  for (const auto& property : *identifier->Properties()) {
+  for (const auto& property : *Present(identifier->Properties())) {
     if (const auto parameter = SameProperty(*parameters, property)) {
       parameter->SetValue(property->Value());
     } else {
