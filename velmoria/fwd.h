@@ -131,6 +131,7 @@ using RecordsetPtr = Ref<Recordset>;
 using SQLAgentPtr = Ref<SQLAgent>;
 
 // brokering
+class BusinessCollection;
 class BusinessContext;
 class BusinessObject;
 class BusinessObjects;
@@ -140,6 +141,7 @@ class Identifier;
 class KeyFormat;
 class KeyFormatData;
 class Model;
+using BusinessCollectionPtr = Ref<BusinessCollection>;
 using BusinessContextPtr = Ref<BusinessContext>;
 using BusinessObjectPtr = Ref<BusinessObject>;
 using BusinessObjectsPtr = Ref<BusinessObjects>;

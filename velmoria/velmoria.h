@@ -2,6 +2,7 @@
 
 // Everything a host needs.
 
+#include "velmoria/brokering/business_collection.h"
 #include "velmoria/brokering/business_context.h"
 #include "velmoria/brokering/business_object.h"
 #include "velmoria/brokering/business_objects.h"

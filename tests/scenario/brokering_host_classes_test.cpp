@@ -49,7 +49,7 @@ TEST_F(HostClassTest, CollectionComesBackAroundItsBusinessObjects) {
   const auto orders = Orders();
   const auto* host = dynamic_cast<HostCollection*>(orders.get());
   ASSERT_NE(host, nullptr);
-  EXPECT_EQ(host->Inner()->Count(), 3);
+  EXPECT_EQ(host->GetBusinessObjects()->Count(), 3);
   EXPECT_EQ(orders->Item(1)->ObjectType(), otBusiness);
   EXPECT_EQ(Ids(*orders), "1,2,3");
 }

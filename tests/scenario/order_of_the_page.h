@@ -1,5 +1,7 @@
 #pragma once
 
+#include <stdexcept>
+
 #include "velmoria/velmoria.h"
 
 class Order : public velmoria::BusinessObject {
@@ -11,4 +13,9 @@ class Order : public velmoria::BusinessObject {
   void Discount(double percent) { FindProperty("Total")->SetValue(Total() * (100 - percent) / 100); }
 
   std::string Note() { return Properties("Detail")->Item("Note")->Value().AsText(); }
+
+  void Update() override {
+    if (Total() < 0) throw std::domain_error("Nobody is paid for an order.");
+    BusinessObject::Update();
+  }
 };

@@ -4,9 +4,9 @@
 #include "velmoria/brokering/identifier.h"
 #include "velmoria/brokering/key_format.h"
 #include "velmoria/brokering/model.h"
+#include "velmoria/core/apartment_impl.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/property.h"
-#include "velmoria/runtime/error.h"
 
 namespace velmoria {
 
@@ -15,10 +15,7 @@ BusinessObject::~BusinessObject() = default;
 
 std::string_view BusinessObject::ReportedType() const noexcept { return "BusinessObject"; }
 
-Model& BusinessObject::Held() const {
-  if (!model_) Fail(RuntimeFailure::ObjectNotSet);
-  return *model_;
-}
+Model& BusinessObject::Held() const { return *Present(model_); }
 
 zObjectTypes BusinessObject::ObjectType() const { return otBusiness; }
 IBusinessObjectsPtr BusinessObject::BusinessObjects(const Variant& index) { return Held().BusinessObjects(index); }

@@ -7,8 +7,11 @@ namespace velmoria {
 /// The convenience base of a host's business class: it holds the Model and forwards every operation to it, so that a
 /// class adds only what is its own. Until brokering has given the Model every operation raises 91, object not set.
 ///
-///   class Order : public BusinessObject { public: std::int32_t Id() { return FindProperty("Id")->Value().AsLong(); }
-///   }; Components::Register<Order>("Sales.Order");
+///   class Order : public BusinessObject {
+///    public:
+///     std::int32_t Id() { return FindProperty("Id")->Value().AsLong(); }
+///   };
+///   Components::Register<Order>("Sales.Order");
 class VELMORIA_API BusinessObject : public IBusinessObject {
  public:
   BusinessObject();

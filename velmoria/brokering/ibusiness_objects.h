@@ -17,7 +17,8 @@
 namespace velmoria {
 
 /// What brokering hands out as a collection of business objects: a BusinessObjects, or a class of the host that stands
-/// around one. `for (const auto& order : *orders)` visits every member in order.
+/// around one; such a class usually derives from BusinessCollection, which forwards every operation to it.
+/// `for (const auto& order : orders)` visits every member in order, those that NewEnum gives.
 class VELMORIA_API IBusinessObjects : public virtual Object {
  public:
   virtual std::string Name() = 0;

@@ -138,7 +138,7 @@ TEST_F(FrameworkObjectsTest, HostCollectionWithAQualifiedNameStandsAroundTheFram
   const auto objects = framework_.CreateBusinessObjects({.ClassName = "Order", .Name = "Mine"});
   const auto* host = dynamic_cast<HostCollection*>(objects.get());
   ASSERT_NE(host, nullptr);
-  EXPECT_EQ(host->Inner()->Name(), "Mine");
+  EXPECT_EQ(host->GetBusinessObjects()->Name(), "Mine");
 }
 
 TEST_F(FrameworkObjectsTest, HostCollectionWithABareNameIsOfTheNamedServersComponent) {
