@@ -99,17 +99,10 @@ TEST_F(PersistenceTest, FailedMemberEndsTheWalkAndWhatWasWrittenStays) {
   EXPECT_TRUE(orders->Item(2)->Dirty());
 }
 
-/// The whole table as one collection, with a table that counts what is written.
+/// The whole table as one collection, with every write to it noted.
 class CollectionPersistenceTest : public BrokeringTest {
  protected:
-  CollectionPersistenceTest() {
-    shop_.File.Run(R"sql(
-create table writes (Id integer, What varchar(10));
-create trigger updated after update on orders begin insert into writes values (new.Id, 'update'); end;
-create trigger inserted after insert on orders begin insert into writes values (new.Id, 'insert'); end;
-create trigger deleted after delete on orders begin insert into writes values (old.Id, 'delete'); end;
-)sql");
-  }
+  CollectionPersistenceTest() { shop_.NoteWrites(); }
   static IBusinessObjectsPtr Orders(zCollectionTypes collectionType = cltDefault) {
     return Framework{}.GetBusinessObjects(
         {.ClassName = "Order", .ActionName = "All", .CollectionType = collectionType});
@@ -123,7 +116,6 @@ create trigger deleted after delete on orders begin insert into writes values (o
                    ".Id = 2 begin select raise(abort, 'no'); end");
   }
   void DropGuard() { shop_.File.Run("drop trigger guard"); }
-  std::string Writes() { return shop_.File.Column("select What || Id from writes order by rowid"); }
   std::string Totals() { return shop_.File.Column("select Total from orders order by Id"); }
 };
 
@@ -144,16 +136,21 @@ TEST_F(CollectionPersistenceTest, CancelledUpdateWritesNothing) {
   SetTotals(*orders, 7.0);
   Heard(orders).BeforeUpdate += [](bool& Cancel) { Cancel = true; };
   orders->Update();
-  EXPECT_EQ(Writes(), "");
+  EXPECT_EQ(shop_.Writes(), "");
   EXPECT_TRUE(orders->Dirty());
 }
 
-TEST_F(CollectionPersistenceTest, UntouchedCollectionSendsNoStatement) {
+TEST_F(CollectionPersistenceTest, UntouchedCollectionRaisesNoEventOfAMemberAndSendsNoStatement) {
   const auto orders = Orders(cltOptimized);
+  std::string heard;
+  Heard(orders).BeforeUpdate += [&](bool&) { heard += "before "; };
+  Heard(orders).BeforeItemUpdate += [&](IBusinessObject&, bool&) { heard += "member "; };
+  Heard(orders).AfterUpdate += [&] { heard += "after"; };
   apartment_.Messages().Clear();
   orders->Update();
+  EXPECT_EQ(heard, "before after");
   EXPECT_EQ(apartment_.Messages().Count(), 0);
-  EXPECT_EQ(Writes(), "");
+  EXPECT_EQ(shop_.Writes(), "");
 }
 
 TEST_F(CollectionPersistenceTest, MemberKeptFromDeletionStaysInTheDatabase) {
@@ -161,9 +158,9 @@ TEST_F(CollectionPersistenceTest, MemberKeptFromDeletionStaysInTheDatabase) {
   Heard(orders).BeforeItemPendingDelete +=
       [](IBusinessObject& item, bool& Cancel) { Cancel = Value(&item, "Id") == 2; };
   orders->Delete();
-  EXPECT_EQ(Writes(), "") << "it is only flagged";
+  EXPECT_EQ(shop_.Writes(), "") << "it is only flagged";
   orders->Update();
-  EXPECT_EQ(Writes(), "delete1|delete3");
+  EXPECT_EQ(shop_.Writes(), "delete1|delete3");
 }
 
 TEST_F(CollectionPersistenceTest, FlaggedMemberUnderAnActionWithoutEfDeleteIsNotVisited) {
@@ -171,7 +168,7 @@ TEST_F(CollectionPersistenceTest, FlaggedMemberUnderAnActionWithoutEfDeleteIsNot
   orders->Item(2)->Delete();
   shop_.OrderAction("All")->SetEditFlags(efUpdate | efInsert);
   orders->Update();
-  EXPECT_EQ(Writes(), "");
+  EXPECT_EQ(shop_.Writes(), "");
   EXPECT_EQ(orders->Item(2)->StateFlags(), sfpersistent | sfpendingdelete);
 }
 
@@ -190,11 +187,11 @@ TEST_F(CollectionPersistenceTest, AfterAFailedUpdateTheNextOneWritesOnlyTheRest)
   bool after = false;
   Heard(orders).AfterUpdate += [&] { after = true; };
   ExpectRaised(errPersistence_Update, [&] { orders->Update(); });
-  EXPECT_EQ(Writes(), "update1");
+  EXPECT_EQ(shop_.Writes(), "update1");
   EXPECT_FALSE(after);
   DropGuard();
   orders->Update();
-  EXPECT_EQ(Writes(), "update1|update2|update3");
+  EXPECT_EQ(shop_.Writes(), "update1|update2|update3");
   EXPECT_TRUE(after);
 }
 
@@ -215,13 +212,13 @@ TEST_F(CollectionPersistenceTest, DeletionThatFailsHalfWayLeavesTheRestFlagged) 
   const auto orders = Orders();
   orders->Delete();
   ExpectRaised(errPersistence_Delete, [&] { orders->Update(); });
-  EXPECT_EQ(Writes(), "delete1");
+  EXPECT_EQ(shop_.Writes(), "delete1");
   EXPECT_EQ(orders->Item(1)->StateFlags(), sfdeleted);
   EXPECT_EQ(orders->Item(2)->StateFlags(), sfpersistent | sfpendingdelete);
   EXPECT_EQ(orders->Item(3)->StateFlags(), sfpersistent | sfpendingdelete);
   DropGuard();
   orders->Update();
-  EXPECT_EQ(Writes(), "delete1|delete2|delete3");
+  EXPECT_EQ(shop_.Writes(), "delete1|delete2|delete3");
 }
 
 TEST_F(CollectionPersistenceTest, NewObjectThatTheDatabaseRefusesIsCorrectedAndInsertedWithTheOthers) {
@@ -232,10 +229,10 @@ TEST_F(CollectionPersistenceTest, NewObjectThatTheDatabaseRefusesIsCorrectedAndI
   second->FindProperty("Id")->SetValue(41);
   ExpectRaised(errPersistence_Insert, [&] { orders->Update(); });
   EXPECT_EQ(first->StateFlags(), sfNew | sfdirty);
-  EXPECT_EQ(Writes(), "");
+  EXPECT_EQ(shop_.Writes(), "");
   first->FindProperty("Id")->SetValue(40);
   orders->Update();
-  EXPECT_EQ(Writes(), "insert40|insert41");
+  EXPECT_EQ(shop_.Writes(), "insert40|insert41");
   EXPECT_EQ(orders->StateFlags(), sfpersistent);
 }
 
@@ -244,7 +241,7 @@ TEST_F(CollectionPersistenceTest, NewObjectUnderAnActionWithoutEfInsertIsRefused
   const auto orders = Orders();
   orders->SetupItem()->FindProperty("Id")->SetValue(40);
   ExpectRaised(errNotSupported_Insert, [&] { orders->Update(); }, {.Text = "Action: 'All'"});
-  EXPECT_EQ(Writes(), "");
+  EXPECT_EQ(shop_.Writes(), "");
 }
 
 TEST_F(CollectionPersistenceTest, NewObjectThatIsDeletedNeverReachesTheDatabase) {
@@ -254,7 +251,7 @@ TEST_F(CollectionPersistenceTest, NewObjectThatIsDeletedNeverReachesTheDatabase)
   order->Delete();
   orders->Update();
   EXPECT_EQ(order->StateFlags() & sfdeleted, sfdeleted);
-  EXPECT_EQ(Writes(), "");
+  EXPECT_EQ(shop_.Writes(), "");
 }
 
 TEST_F(CollectionPersistenceTest, ChangesOnPagesLeftBehindAreWritten) {
@@ -264,7 +261,16 @@ TEST_F(CollectionPersistenceTest, ChangesOnPagesLeftBehindAreWritten) {
   const auto orders = Orders();
   for (const int position : {25, 3, 14}) orders->Item(position)->FindProperty("Total")->SetValue(7.0);
   orders->Update();
-  EXPECT_EQ(Writes(), "update3|update14|update25") << "by row and not in the order of asking";
+  EXPECT_EQ(shop_.Writes(), "update3|update14|update25") << "by row and not in the order of asking";
+}
+
+TEST_F(CollectionPersistenceTest, DispatcherRefusesADeleteBeforeAnyEvent) {
+  const auto orders = Orders(cltDispatcher);
+  bool asked = false;
+  Heard(orders).BeforePendingDelete += [&](bool&) { asked = true; };
+  ExpectRaised(errNotSupported_CollectionType, [&] { orders->Delete(); }, {.Text = "CollectionType: 'Dispatcher'"});
+  EXPECT_FALSE(asked);
+  EXPECT_EQ(orders->StateFlags(), sfpersistent);
 }
 
 TEST_F(CollectionPersistenceTest, ObjectsOfADispatcherAreWrittenOneByOne) {
@@ -272,9 +278,9 @@ TEST_F(CollectionPersistenceTest, ObjectsOfADispatcherAreWrittenOneByOne) {
   const auto order = orders->Item(2);
   order->FindProperty("Total")->SetValue(7.0);
   ExpectRaised(errNotSupported_CollectionType, [&] { orders->Update(); }, {.Text = "CollectionType: 'Dispatcher'"});
-  EXPECT_EQ(Writes(), "");
+  EXPECT_EQ(shop_.Writes(), "");
   order->Update();
-  EXPECT_EQ(Writes(), "update2");
+  EXPECT_EQ(shop_.Writes(), "update2");
 }
 
 TEST_F(CollectionPersistenceTest, TransactionOfTheCallerTakesHalfAnUpdateBackButNotTheStatesOfTheObjects) {
@@ -298,10 +304,10 @@ TEST_F(CollectionPersistenceTest, ThrowingListenerEndsTheWalkAndTheNextUpdateWri
     if (Value(&item, "Id") == 2) throw std::runtime_error("a listener's own trouble");
   };
   EXPECT_EQ(Thrown([&] { orders->Update(); })->CatalogueNumber(), 15000);
-  EXPECT_EQ(Writes(), "update1");
+  EXPECT_EQ(shop_.Writes(), "update1");
   Heard(orders).BeforeItemUpdate -= token;
   orders->Update();
-  EXPECT_EQ(Writes(), "update1|update2|update3");
+  EXPECT_EQ(shop_.Writes(), "update1|update2|update3");
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "tests/scenario/brokering_fixture.h"
 #include "tests/support/expect_raised.h"
+#include "tests/support/told_events.h"
 #include "velmoria/data/recordset_impl.h"
 #include "velmoria/design/action_data.h"
 #include "velmoria/properties/properties_data.h"
@@ -94,8 +95,10 @@ TEST_F(PersistenceCycleTest, RowWhoseNewnessIsTakenAwayIsUpdatedAndThatMeetsNoRo
   const auto order = NewOrder(4)->GetModel()->Properties(1);
   order->Item("Name")->SetValue("Dan");
   order->SetStateFlags(order->StateFlags() & ~sfNew);
+  EXPECT_EQ(order->StateFlags(), sfpersistent);
   order->Item("Name")->SetValue("Eve");
   order->Update();
+  EXPECT_TRUE(apartment_.Messages().Item("15129")->ExtraText().starts_with("UPDATE orders SET "));
   EXPECT_EQ(Stored("Id"), "1|2|3");
   EXPECT_EQ(order->StateFlags(), sfpersistent);
 }
@@ -205,6 +208,57 @@ TEST_F(FreePersistenceCycleTest, LivesFromInsertOverUpdateToDelete) {
   EXPECT_EQ(order->StateFlags(), sfdeleted);
   EXPECT_EQ(Stored("Name"), "Ada|Ben|Cyd");
   ExpectRaised(errPersistence_Deleted, [&] { order->Update(); }, {.Text = "Identifier: '7'"});
+}
+
+TEST_F(FreePersistenceCycleTest, UpdateOfACleanOneRaisesBothEventsAndWritesNothing) {
+  const auto order = FreeOrder(7, "Fay");
+  order->Update();
+  shop_.NoteWrites();
+  std::string told;
+  TellEvents(*order, told);
+  order->Update();
+  EXPECT_EQ(told, "bu au ");
+  EXPECT_EQ(shop_.Writes(), "");
+  EXPECT_EQ(order->StateFlags(), sfpersistent);
+}
+
+TEST_F(FreePersistenceCycleTest, NewOneThatIsDeletedIsGivenUpByItsUpdateWithoutAStatement) {
+  shop_.NoteWrites();
+  const auto order = FreeOrder(1, "Fay");
+  std::string told;
+  TellEvents(*order, told);
+  order->Delete();
+  EXPECT_EQ(order->StateFlags(), sfnonpersistent | sfNew | sfpendingdelete | sfdirty);
+  order->Update();
+  EXPECT_EQ(order->StateFlags(), sfdeleted);
+  EXPECT_EQ(told, "bd ad bu au ");
+  EXPECT_EQ(shop_.Writes(), "");
+}
+
+TEST_F(FreePersistenceCycleTest, RefusedUpdateAndDeletionLeaveTheMembersAsTheyAre) {
+  Guard("orders", "update", 1);
+  const auto order = FreeOrder(1, "Ada");
+  order->SetStateFlags(sfpersistent);
+  order->ClearDirty();
+  order->Item("Name")->SetValue("Fay");
+  ExpectRaised(errPersistence_Update, [&] { order->Update(); });
+  EXPECT_EQ(order->StateFlags(), sfpersistent | sfdirty);
+  Unguard();
+  Guard("orders", "delete", 1);
+  order->Delete();
+  ExpectRaised(errPersistence_Delete, [&] { order->Update(); });
+  EXPECT_EQ(order->StateFlags(), sfpersistent | sfpendingdelete | sfdirty);
+  EXPECT_EQ(Stored("Name"), "Ada|Ben|Cyd");
+}
+
+TEST_F(FreePersistenceCycleTest, AfterTheSaveEachMemberIsCleanByItsValueAndStampedAllTheSame) {
+  const auto order = FreeOrder(7, "Fay");
+  order->Update();
+  for (const auto& member : *order) {
+    EXPECT_EQ(member->StateFlags(), sfpersistent);
+    EXPECT_FALSE(member->DirtyValue());
+    EXPECT_TRUE(member->Dirty());
+  }
 }
 
 TEST_F(FreePersistenceCycleTest, UndoEndsPersistentOrDeletedFromNew) {

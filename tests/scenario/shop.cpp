@@ -49,6 +49,15 @@ void Shop::AddOrders(int last) {
   File.Run(script + "commit;");
 }
 
+void Shop::NoteWrites() {
+  File.Run(R"sql(
+create table writes (Id integer, What varchar(10));
+create trigger updated after update on orders begin insert into writes values (new.Id, 'update'); end;
+create trigger inserted after insert on orders begin insert into writes values (new.Id, 'insert'); end;
+create trigger deleted after delete on orders begin insert into writes values (old.Id, 'delete'); end;
+)sql");
+}
+
 PropertiesPtr Shop::NamedParameters(const std::string& name) const {
   const PropertiesPtr parameters = OrderAction("Named")->CreateParameters();
   parameters->Item("Name")->SetValue(name);

@@ -21,6 +21,10 @@ class Shop {
   ActionPtr OrderAction(const std::string& name) const { return Design.Order->Actions()->Item(name); }
   /// Orders 4 to `last`.
   void AddOrders(int last);
+  /// Notes from here on what is written to the orders.
+  void NoteWrites();
+  /// What was noted, in order, as in "update2|delete3".
+  std::string Writes() { return File.Column("select What || Id from writes order by rowid"); }
   /// The parameters of "Named".
   PropertiesPtr NamedParameters(const std::string& name) const;
 };
