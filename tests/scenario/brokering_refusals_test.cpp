@@ -4,8 +4,8 @@
 
 #include "tests/scenario/brokering_fixture.h"
 #include "tests/support/component_offer.h"
-#include "tests/support/expect_raised.h"
 #include "tests/support/host_collection.h"
+#include "tests/support/refusal.h"
 #include "velmoria/brokering/business_context_impl.h"
 
 namespace velmoria::test {
@@ -14,11 +14,8 @@ namespace {
 /// Every number that a context raises by itself, over a database.
 class RefusalTest : public BrokeringTest {
  protected:
-  struct Refusal {
-    zErrors Number;
-    const char* Routine;
-    const char* Text;       // whole, with the values filled in
-    const char* ExtraText;  // behind it in what is raised
+  struct Case {
+    Refusal Expected;
     void (*Call)(BusinessContext&);
   };
 
@@ -30,21 +27,11 @@ class RefusalTest : public BrokeringTest {
     shop_.Design.Order->SetActiveXClass("Order");
     shop_.Design.Order->SetActiveXCollection("Orders");
   }
-  void Check(const Refusal& refusal, const BusinessContextPtr& context) {
-    SCOPED_TRACE(std::string(refusal.Routine) + " " + refusal.Text);
-    const auto error = Thrown([&] { refusal.Call(*context); });
-    const MessagePtr told = apartment_.Messages().Item(std::to_string(static_cast<int>(refusal.Number)));
-    ASSERT_NE(told, nullptr) << apartment_.Messages().Details();
-    EXPECT_EQ(told->TypeName() + "." + told->RoutineName(), std::string("BusinessContext.") + refusal.Routine);
-    EXPECT_EQ(told->Description(), refusal.Text);
-    EXPECT_EQ(told->ExtraText(), refusal.ExtraText);
-    EXPECT_EQ(told->SeverityFlags(), svfError);
-    EXPECT_EQ(told->TypeFlags(), tfVelmoria);
-    state_ = told->StateDetails();
-    CheckRaised(refusal.Number, error, {.Text = Whole(refusal)}, {__FILE__, __LINE__});
-  }
-  static std::string Whole(const Refusal& refusal) {
-    return *refusal.ExtraText ? std::string(refusal.Text) + "\r\n" + refusal.ExtraText : refusal.Text;
+  void Check(const Case& each, const BusinessContextPtr& context) {
+    const auto error = Thrown([&] { each.Call(*context); });
+    const auto number = static_cast<std::int32_t>(each.Expected.Number);
+    if (const MessagePtr held = apartment_.Messages().Item(std::to_string(number))) state_ = held->StateDetails();
+    CheckRefusal(each.Expected, error, {__FILE__, __LINE__});
   }
 
   std::string state_;  // that of the last refusal
@@ -55,82 +42,115 @@ constexpr const char* kNoClass = "Can't find Class in registered Servers.";
 constexpr const char* kBoth = "Passing both Before and After arguments is not allowed.";
 
 TEST_F(RefusalTest, SelectionTellsItsNumbersWithTheStateOfTheContext) {
-  const Refusal refusals[] = {
-      {errVelmoria_Locked, "Setup", kLocked, "",
+  const Case cases[] = {
+      {{.Number = errVelmoria_Locked, .Place = "BusinessContext.Setup", .Text = kLocked},
        [](BusinessContext& c) {
          c.SetLocked(true);
          c.Setup({});
        }},
-      {errVelmoria_Locked, "ServerName (Let)", kLocked, "This BusinessContext is set up to only use the 'Sales' Server",
+      {{.Number = errVelmoria_Locked,
+        .Place = "BusinessContext.ServerName (Let)",
+        .Text = kLocked,
+        .ExtraText = "This BusinessContext is set up to only use the 'Sales' Server"},
        [](BusinessContext& c) {
          c.Setup({.ServerName = "Sales", .ServerLocked = true});
          c.SetServerName("Stock");
        }},
-      {errVelmoria_Locked, "ChangeClass", kLocked, "This BusinessContext is set up to only use the 'Order' Class",
+      {{.Number = errVelmoria_Locked,
+        .Place = "BusinessContext.ChangeClass",
+        .Text = kLocked,
+        .ExtraText = "This BusinessContext is set up to only use the 'Order' Class"},
        [](BusinessContext& c) {
          c.Setup({.ClassName = "Order", .ClassLocked = true});
          c.SetClassName("Line");
        }},
-      {errVelmoria_Locked, "ActionName (Let)", kLocked, "This BusinessContext is set up to only use the 'All' Action",
+      {{.Number = errVelmoria_Locked,
+        .Place = "BusinessContext.ActionName (Let)",
+        .Text = kLocked,
+        .ExtraText = "This BusinessContext is set up to only use the 'All' Action"},
        [](BusinessContext& c) {
          c.Setup({.ClassName = "Order", .ActionName = "All", .ActionLocked = true});
          c.SetActionName("Get");
        }},
-      {errItem_Class, "ClassName (Let)", "Problem finding Class.  Index: 'Nothing'", kNoClass,
+      {{.Number = errItem_Class,
+        .Place = "BusinessContext.ClassName (Let)",
+        .Text = "Problem finding Class.  Index: 'Nothing'",
+        .Replaces = {"'Nothing'"},
+        .ExtraText = kNoClass},
        [](BusinessContext& c) { c.SetClassName("Nothing"); }},
-      {errRequires_Class, "ChangeActionName",
-       "This operation requires a Class.  Operation: 'Changing Action in BusinessContext'", "",
+      {{.Number = errRequires_Class,
+        .Place = "BusinessContext.ChangeActionName",
+        .Text = "This operation requires a Class.  Operation: 'Changing Action in BusinessContext'",
+        .Replaces = {"Changing Action in BusinessContext"}},
        [](BusinessContext& c) { c.SetActionName("Get"); }},
-      {errRequires_Class, "PrepareParameters",
-       "This operation requires a Class.  Operation: 'Processing BusinessObjects or Properties'",
-       "Can't find ClassName: '' in registered Servers.", [](BusinessContext& c) { c.Parameters(); }},
-      {errNotSupported_RelatedBusinessObjects, "RelationshipName (Let)",
-       "Transient BusinessContext objects do not support the processing of related business objects.", "",
+      {{.Number = errRequires_Class,
+        .Place = "BusinessContext.PrepareParameters",
+        .Text = "This operation requires a Class.  Operation: 'Processing BusinessObjects or Properties'",
+        .Replaces = {"Processing BusinessObjects or Properties"},
+        .ExtraText = "Can't find ClassName: '' in registered Servers."},
+       [](BusinessContext& c) { c.Parameters(); }},
+      {{.Number = errNotSupported_RelatedBusinessObjects,
+        .Place = "BusinessContext.RelationshipName (Let)",
+        .Text = "Transient BusinessContext objects do not support the processing of related business objects."},
        [](BusinessContext& c) { c.SetRelationshipName("Lines"); }},
   };
-  for (const Refusal& refusal : refusals) {
+  for (const Case& each : cases) {
     const auto context = NewContext();
-    Check(refusal, context);
+    Check(each, context);
     EXPECT_EQ(state_, context->Details());
   }
 }
 
 TEST_F(RefusalTest, HeldCollectionsTellTheirNumbersWithTheStateOfTheContext) {
-  const Refusal refusals[] = {
-      {errAdd_BusinessObjects, "Add",
-       "Problem adding business objects to BusinessContext.  Name: 'orders'  Before: 1  After: orders", kBoth,
+  const Case cases[] = {
+      {{.Number = errAdd_BusinessObjects,
+        .Place = "BusinessContext.Add",
+        .Text = "Problem adding business objects to BusinessContext.  Name: 'orders'  Before: 1  After: orders",
+        .Replaces = {"orders", "1", "orders"},
+        .ExtraText = kBoth},
        [](BusinessContext& c) {
          c.Add(c.GetBusinessObjects({.ClassName = "Order"}), {.Before = 1, .After = "orders"});
        }},
-      {errNotSupported_Add, "Add", "The Add method of this collection is not supported.", "",
+      {{.Number = errNotSupported_Add,
+        .Place = "BusinessContext.Add",
+        .Text = "The Add method of this collection is not supported."},
        [](BusinessContext& c) {
          c.SetSupportsAdd(false);
          c.LoadBusinessObjects({.ClassName = "Order"});
        }},
-      {errNotSupported_Remove, "Remove", "The Remove method of this collection is not supported.", "",
+      {{.Number = errNotSupported_Remove,
+        .Place = "BusinessContext.Remove",
+        .Text = "The Remove method of this collection is not supported."},
        [](BusinessContext& c) {
          c.LoadBusinessObjects({.ClassName = "Order"});
          c.SetSupportsRemove(false);
          c.Remove(1);
        }},
-      {errItem_BusinessObjects, "Item", "Problem finding business objects in BusinessContext.  Index: 'Lines'", "",
+      {{.Number = errItem_BusinessObjects,
+        .Place = "BusinessContext.Item",
+        .Text = "Problem finding business objects in BusinessContext.  Index: 'Lines'",
+        .Replaces = {"'Lines'"}},
        [](BusinessContext& c) { c.Remove("Lines"); }},
-      {errItem_BusinessObjects, "Item", "Problem finding business objects in BusinessContext.  Index: 2", "",
+      {{.Number = errItem_BusinessObjects,
+        .Place = "BusinessContext.Item",
+        .Text = "Problem finding business objects in BusinessContext.  Index: 2",
+        .Replaces = {"2"}},
        [](BusinessContext& c) {
          c.LoadBusinessObjects({.ClassName = "Order"});
          c.Item(2);
        }},
-      {errBusinessObjects_Load, "LoadBusinessObjects",
-       "This BusinessContext does not support the loading of business objects.", "",
+      {{.Number = errBusinessObjects_Load,
+        .Place = "BusinessContext.LoadBusinessObjects",
+        .Text = "This BusinessContext does not support the loading of business objects."},
        [](BusinessContext& c) {
          c.SetSupportsLoad(false);
          c.LoadBusinessObjects({.ClassName = "Order"});
        }},
   };
   shop_.Design.Order->SetActiveXCollection("");
-  for (const Refusal& refusal : refusals) {
+  for (const Case& each : cases) {
     const auto context = NewContext();
-    Check(refusal, context);
+    Check(each, context);
     EXPECT_EQ(state_, context->Details());
   }
 }
@@ -138,95 +158,127 @@ TEST_F(RefusalTest, HeldCollectionsTellTheirNumbersWithTheStateOfTheContext) {
 TEST_F(RefusalTest, RequestsTellTheirNumbersWithTheStateOfTheContext) {
   const ComponentOffer<RefusingOrder> order("Trade.Order");
   const ComponentOffer<RefusingCollection> collection("Trade.Orders");
-  const Refusal refusals[] = {
-      {errNotSupported_BusinessObjects, "GetBusinessObject",
-       "This Action does not support the building of business objects or business object Collections.  Action: 'Bare'  "
-       "UsageFlags: 'Properties; Execute'",
-       "", [](BusinessContext& c) { c.GetBusinessObject({.ClassName = "Order", .ActionName = "Bare"}); }},
-      {errNotSupported_BusinessObjects, "GetBusinessObjects",
-       "This Action does not support the building of business objects or business object Collections.  Action: 'Bare'  "
-       "UsageFlags: 'Properties; Execute'",
-       "", [](BusinessContext& c) { c.GetBusinessObjects({.ClassName = "Order", .ActionName = "Bare"}); }},
-      {errNotSupported_Execute, "Execute",
-       "This Action does not support an Execute operation.  Action: 'Check'  UsageFlags: 'Business Objects'", "",
+  const Case cases[] = {
+      {{.Number = errNotSupported_BusinessObjects,
+        .Place = "BusinessContext.GetBusinessObject",
+        .Text = "This Action does not support the building of business objects or business object Collections.  "
+                "Action: 'Bare'  UsageFlags: 'Properties; Execute'",
+        .Replaces = {"Bare", "Properties; Execute"}},
+       [](BusinessContext& c) { c.GetBusinessObject({.ClassName = "Order", .ActionName = "Bare"}); }},
+      {{.Number = errNotSupported_BusinessObjects,
+        .Place = "BusinessContext.GetBusinessObjects",
+        .Text = "This Action does not support the building of business objects or business object Collections.  "
+                "Action: 'Bare'  UsageFlags: 'Properties; Execute'",
+        .Replaces = {"Bare", "Properties; Execute"}},
+       [](BusinessContext& c) { c.GetBusinessObjects({.ClassName = "Order", .ActionName = "Bare"}); }},
+      {{.Number = errNotSupported_Execute,
+        .Place = "BusinessContext.Execute",
+        .Text = "This Action does not support an Execute operation.  Action: 'Check'  UsageFlags: 'Business Objects'",
+        .Replaces = {"Check", "Business Objects"}},
        [](BusinessContext& c) { c.Execute({.ClassName = "Order", .ActionName = "Check"}); }},
-      {errNotSupported_Insert, "CreateBusinessObject",
-       "This Action does not support creating or inserting new business objects.  Action: 'Check'  EditFlags: 'Delete; "
-       "Update'",
-       "", [](BusinessContext& c) { c.CreateBusinessObject({.ClassName = "Order", .ActionName = "Check"}); }},
-      {errMismatch_Count, "GetBusinessObject", "Object Count mismatch.  Expected: 1  Found: 3", "",
+      {{.Number = errNotSupported_Insert,
+        .Place = "BusinessContext.CreateBusinessObject",
+        .Text = "This Action does not support creating or inserting new business objects.  Action: 'Check'  EditFlags: "
+                "'Delete; Update'",
+        .Replaces = {"Check", "Delete; Update"}},
+       [](BusinessContext& c) { c.CreateBusinessObject({.ClassName = "Order", .ActionName = "Check"}); }},
+      {{.Number = errMismatch_Count,
+        .Place = "BusinessContext.GetBusinessObject",
+        .Text = "Object Count mismatch.  Expected: 1  Found: 3",
+        .Replaces = {"1", "3"}},
        [](BusinessContext& c) { c.GetBusinessObject({.ClassName = "Order", .ActionName = "All"}); }},
-      {errBusinessObject_Initialize, "CreateBusinessObject",
-       "Problem initializing Line of Business object with a Model.  Identifier: '0'", "",
+      {{.Number = errBusinessObject_Initialize,
+        .Place = "BusinessContext.CreateBusinessObject",
+        .Text = "Problem initializing Line of Business object with a Model.  Identifier: '0'",
+        .Replaces = {"0"}},
        [](BusinessContext& c) {
          Framework{}.Servers()->Item("Sales")->SetActiveXComponent("Trade");
          c.CreateBusinessObject({.ClassName = "Order", .ActionName = "Get", .ObjectType = otBusiness});
        }},
-      {errBusinessCollection_Create, "GetBusinessObjects",
-       "Problem creating Line of Business Collection.  ActiveXBusinessCollection: Sales.Orders", "",
+      {{.Number = errBusinessCollection_Create,
+        .Place = "BusinessContext.GetBusinessObjects",
+        .Text = "Problem creating Line of Business Collection.  ActiveXBusinessCollection: Sales.Orders",
+        .Replaces = {"Sales.Orders"}},
        [](BusinessContext& c) {
          Framework{}.Servers()->Item("Sales")->SetActiveXComponent("Sales");
          c.GetBusinessObjects({.ClassName = "Order", .ObjectType = otBusiness});
        }},
-      {errBusinessCollection_Setup, "GetBusinessObjects",
-       "Problem setting up the Line of Business Collection.  ActiveXBusinessCollection: Trade.Orders", "",
+      {{.Number = errBusinessCollection_Setup,
+        .Place = "BusinessContext.GetBusinessObjects",
+        .Text = "Problem setting up the Line of Business Collection.  ActiveXBusinessCollection: Trade.Orders",
+        .Replaces = {"Trade.Orders"}},
        [](BusinessContext& c) {
          Framework{}.Servers()->Item("Sales")->SetActiveXComponent("Trade");
          c.GetBusinessObjects({.ClassName = "Order", .ObjectType = otBusiness});
        }},
   };
-  for (const Refusal& refusal : refusals) {
+  for (const Case& each : cases) {
     const auto context = NewContext();
-    Check(refusal, context);
+    Check(each, context);
     EXPECT_EQ(state_, context->Details());
   }
 }
 
 TEST_F(RefusalTest, PropertiesTellTheirNumbersWithTheStateOfTheContext) {
-  const Refusal refusals[] = {
-      {errNotSupported_Properties, "GetProperties",
-       "This Action does not support the building of Property Collections.  Action: 'Check'  UsageFlags: 'Business "
-       "Objects'",
-       "", [](BusinessContext& c) { c.GetProperties({.ActionName = "Check"}); }},
-      {errNotSupported_Properties, "GetNewProperties",
-       "This Action does not support the building of Property Collections.  Action: 'Check'  UsageFlags: 'Business "
-       "Objects'",
-       "", [](BusinessContext& c) { c.GetNewProperties({}, "Check", {}); }},
-      {errNotSupported_Insert, "GetNewProperties",
-       "This Action does not support creating or inserting new business objects.  Action: 'Named'  EditFlags: "
-       "'(None)'",
-       "", [](BusinessContext& c) { c.GetNewProperties({}, "Named", {}); }},
-      {errMismatch_Count, "GetProperties", "Object Count mismatch.  Expected: 1  Found: 3", "",
+  const Case cases[] = {
+      {{.Number = errNotSupported_Properties,
+        .Place = "BusinessContext.GetProperties",
+        .Text = "This Action does not support the building of Property Collections.  Action: 'Check'  UsageFlags: "
+                "'Business Objects'",
+        .Replaces = {"Check", "Business Objects"}},
+       [](BusinessContext& c) { c.GetProperties({.ActionName = "Check"}); }},
+      {{.Number = errNotSupported_Properties,
+        .Place = "BusinessContext.GetNewProperties",
+        .Text = "This Action does not support the building of Property Collections.  Action: 'Check'  UsageFlags: "
+                "'Business Objects'",
+        .Replaces = {"Check", "Business Objects"}},
+       [](BusinessContext& c) { c.GetNewProperties({}, "Check", {}); }},
+      {{.Number = errNotSupported_Insert,
+        .Place = "BusinessContext.GetNewProperties",
+        .Text = "This Action does not support creating or inserting new business objects.  Action: 'Named'  EditFlags: "
+                "'(None)'",
+        .Replaces = {"Named", "(None)"}},
+       [](BusinessContext& c) { c.GetNewProperties({}, "Named", {}); }},
+      {{.Number = errMismatch_Count,
+        .Place = "BusinessContext.GetProperties",
+        .Text = "Object Count mismatch.  Expected: 1  Found: 3",
+        .Replaces = {"1", "3"}},
        [](BusinessContext& c) { c.GetProperties({.ActionName = "All"}); }},
   };
-  for (const Refusal& refusal : refusals) {
+  for (const Case& each : cases) {
     const auto context = NewContext({.ClassName = "Order"});
-    Check(refusal, context);
+    Check(each, context);
     EXPECT_EQ(state_, context->Details());
   }
 }
 
 TEST_F(RefusalTest, MissingRowIsToldWithTheParametersAsState) {
-  const Refusal refusals[] = {
-      {errBusinessObject_Get, "GetBusinessObject", "Problem getting business object from database Source.", "",
+  const Case cases[] = {
+      {{.Number = errBusinessObject_Get,
+        .Place = "BusinessContext.GetBusinessObject",
+        .Text = "Problem getting business object from database Source."},
        [](BusinessContext& c) { c.GetBusinessObject({.KeyValue1 = 77}); }},
-      {errPersistence_Get, "GetProperties", "Problem getting persistent Properties from database Source.", "",
+      {{.Number = errPersistence_Get,
+        .Place = "BusinessContext.GetProperties",
+        .Text = "Problem getting persistent Properties from database Source."},
        [](BusinessContext& c) {
          c.SetKeyValue1(77);
          c.GetProperties({});
        }},
   };
-  for (const Refusal& refusal : refusals) {
+  for (const Case& each : cases) {
     const auto context = NewContext({.ClassName = "Order", .ActionName = "Get", .ActionLocked = true});
-    Check(refusal, context);
+    Check(each, context);
     EXPECT_EQ(state_, context->Parameters()->Details());
     EXPECT_NE(state_.find("77"), std::string::npos);
   }
 }
 
 TEST_F(RefusalTest, HostObjectThatIsNotMadeIsToldWithoutAState) {
-  Check({errBusinessObject_Create, "CreateBusinessObject",
-         "Problem creating Line of Business object.  ActiveXBusinessClass: 'Sales.Order'  Identifier: '0'", "",
+  Check({{.Number = errBusinessObject_Create,
+          .Place = "BusinessContext.CreateBusinessObject",
+          .Text = "Problem creating Line of Business object.  ActiveXBusinessClass: 'Sales.Order'  Identifier: '0'",
+          .Replaces = {"Sales.Order", "0"}},
          [](BusinessContext& c) {
            c.CreateBusinessObject({.ClassName = "Order", .ActionName = "Get", .ObjectType = otBusiness});
          }},
