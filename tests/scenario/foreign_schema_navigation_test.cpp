@@ -136,6 +136,29 @@ TEST_F(ForeignNavigationTest, ChainGoesOverThreeClassesToTheOtherDatabaseAndBack
   EXPECT_EQ(Value(head->BusinessObjects("Home")->Item(1), "Code"), Variant("S"));
 }
 
+TEST_F(ForeignNavigationTest, ClassOfOneNameOnBothServersIsThatOfTheServerThatTheRelationshipNames) {
+  const ClassPtr other = ForeignSchema::AddClass(
+      schema_.Places, "Staff", {{.Name = "Code", .DataType = dtString, .SourceColumn = "Code"}}, "region_of");
+  ForeignSchema::Relate(schema_.Class("Staff"), "Province", other, "Get", {{"Home", "Code"}});
+  schema_.Atlas.Run("alter table region_of add column Home varchar(4); update region_of set Home = Code");
+  const auto one = Staff("DE", 1);
+  const auto province = one->BusinessObjects("Province")->Item(1);
+  EXPECT_EQ(Value(province, "Capital City"), Variant("Norville"));
+  EXPECT_EQ(province->Identifier()->ServerName() + "." + province->Identifier()->ClassName(), "Places.Staff");
+  EXPECT_EQ(one->BusinessObjects("Self")->Item(1)->Identifier()->ServerName(), "People");
+}
+
+TEST_F(ForeignNavigationTest, OtherDatabaseThatIsAwayIsAMissingCollectionAndTheFirstStaysInUse) {
+  Framework{}.Databases()->Item("Places")->Connectors()->Item(engODBC)->SetConnectionString(
+      "Driver=SQLite3;Database=" + schema_.Atlas.Path() + ".d/atlas.db");
+  const auto order = Order("N", 1);
+  apartment_.Messages().Clear();
+  EXPECT_TRUE(Thrown([&] { order->BusinessObjects("Region"); }));
+  EXPECT_NE(apartment_.Messages().Item("15063"), nullptr);
+  EXPECT_NE(apartment_.Messages().Details().find("connect failed"), std::string::npos);
+  EXPECT_EQ(order->BusinessObjects("Crew")->Count(), 3);
+}
+
 TEST_F(ForeignNavigationTest, LinkToNothingThatIsThereGivesAnEmptyCollection) {
   EXPECT_EQ(Staff("FR", 3)->BusinessObjects("Home")->Count(), 0);
   EXPECT_EQ(Staff("FR", 1)->BusinessObjects("Home")->Count(), 0);
