@@ -1,24 +1,103 @@
 #include "tests/contract/rdo_contract.h"
 
+#include <array>
 #include <cstdlib>
 #include <filesystem>
+#include <utility>
+
+#include <unistd.h>
 
 namespace velmoria::test {
 namespace {
 
-constexpr const char* kPostgresVariable = "VELMORIA_TEST_PG";
-
-constexpr const char* kSqliteKinds =
-    "CREATE TABLE kinds ( id integer PRIMARY KEY AUTOINCREMENT, i int, s smallint, b bigint, d double, n numeric(12,3),"
-    " v varchar(12) NOT NULL, da date, ti time, ts timestamp, f bit, y tinyint, l text, x blob )";
-constexpr const char* kPostgresKinds =
-    "CREATE TABLE kinds ( id serial PRIMARY KEY, i int, s smallint, b bigint, d double precision, n numeric(12,3),"
-    " v varchar(12) NOT NULL, da date, ti time, ts timestamp, f boolean, y smallint, l text, x bytea )";
-
-std::string PostgresText() {
-  const char* const text = std::getenv(kPostgresVariable);
-  return text == nullptr ? "" : text;
+RdoProfile Sqlite() {
+  return {.Name = "SQLite",
+          .Connect = "Driver=SQLite3;Database={folder}/x.db",
+          .Kinds =
+              "CREATE TABLE kinds ( id integer PRIMARY KEY AUTOINCREMENT, i int, s smallint, b bigint, d double,"
+              " n numeric(12,3), v varchar(12) NOT NULL, da date, ti time, ts timestamp, f bit, y tinyint, l text,"
+              " x blob )",
+          .KindTypes = {4, 4, 5, -5, 8, 8, 12, 9, 10, 11, -7, -6, -1, -2},
+          .NumericValue = 12345.678,
+          .TrueValue = true,
+          .Numbers =
+              "SELECT n FROM ( WITH RECURSIVE g(n) AS ( SELECT 1 UNION ALL SELECT n + 1 FROM g WHERE n < {count}"
+              " ) SELECT n FROM g ) AS g",
+          .LongestText = "varchar(3)",  // SQLite does not keep to it
+          .ByteLength = "length",
+          .Unreachable = "Driver=SQLite3;Database={folder}/none/x.db",
+          .UnreachableFailure = {14, "HY000: "},
+          .Endless =
+              "SELECT count(*) AS n FROM ( WITH RECURSIVE g(n) AS ( SELECT 1 UNION ALL SELECT n + 1 FROM g )"
+              " SELECT n FROM g ) AS g",
+          .WhyNoUsers = "Does not apply: SQLite has no users",
+          .WhyNoProcedures = "Does not apply: SQLite has no procedures",
+          .WhyNoReturnValues = "Does not apply: SQLite has no procedures",
+          .WhyNoBatches = "Does not apply: the SQLite driver takes one statement in a text"};
 }
+
+RdoProfile Postgres() {
+  return {.Name = "PostgreSQL",
+          .CloseServer = {"DROP FUNCTION IF EXISTS {own}_add", "DROP FUNCTION IF EXISTS {own}_double",
+                          "DROP FUNCTION IF EXISTS {own}_rows"},
+          .Begin = {"SET search_path TO pg_temp, public"},
+          .Kinds =
+              "CREATE TABLE kinds ( id serial PRIMARY KEY, i int, s smallint, b bigint, d double precision,"
+              " n numeric(12,3), v varchar(12) NOT NULL, da date, ti time, ts timestamp, f boolean, y smallint,"
+              " l text, x bytea )",
+          .KindTypes = {4, 4, 5, -5, 6, 2, 12, 9, 10, 11, 12, 5, -1, -4},
+          .TrueValue = "1",
+          .Numbers = "SELECT n FROM generate_series(1, {count}) AS g(n)",
+          .SharedTable = "public.{own}",
+          .Unreachable = "{connect};Port=1;PWD=secret",
+          .UnreachableFailure = {101, "08001: "},
+          .WrongUser = "{connect};UID=nobody_here;PWD=secret",
+          .WrongUserFailure = {101, "08001: "},
+          .Endless = "SELECT 1 AS n FROM pg_sleep(3600)",
+          .MakeAdd = {"CREATE FUNCTION public.{own}_add(a int, INOUT b int, OUT c varchar) AS"
+                      " 'SELECT a + b, ''sum '' || ( a + b )' LANGUAGE sql"},
+          .MakeReturning = {"CREATE FUNCTION public.{own}_double(a int) RETURNS int AS 'SELECT 2 * a' LANGUAGE sql"},
+          .MakeRows = {"CREATE FUNCTION public.{own}_rows(a int) RETURNS TABLE ( n int ) AS"
+                       " 'SELECT * FROM generate_series(1, a)' LANGUAGE sql"},
+          .WhyNothingTooLarge = "Does not apply: PostgreSQL keeps to what is declared"};
+}
+
+RdoProfile MariaDb() {
+  return {.Name = "MariaDB",
+          .OpenServer = {"CREATE DATABASE {own}"},
+          .CloseServer = {"DROP DATABASE {own}"},
+          .Kinds =
+              "CREATE TABLE kinds ( id int PRIMARY KEY AUTO_INCREMENT, i int, s smallint, b bigint, d double,"
+              " n numeric(12,3), v varchar(12) NOT NULL, da date, ti time, ts datetime, f boolean,"
+              " y tinyint unsigned, l longtext, x longblob )",
+          .KindTypes = {4, 4, 5, -5, 8, 3, 12, 9, 10, 11, -6, -6, -1, -4},
+          .Numbers = "SELECT n FROM ( SELECT seq AS n FROM seq_1_to_{count} ) AS g",
+          .SyntaxError = 1064,
+          .NoTableError = 1146,
+          .NoTableErrorBehind = 0,
+          .Unreachable = "{connect};Port=1;PWD=secret",
+          .UnreachableFailure = {2002, "HY000: "},
+          .WrongUser = "{connect};UID=nobody_here;PWD=secret",
+          .WrongUserFailure = {1045, "28000: "},
+          .Endless = "SELECT SLEEP(3600) AS n",
+          .MakeAdd = {"CREATE PROCEDURE {own}_add(IN a int, INOUT b int, OUT c varchar(40)) BEGIN SET b = a + b;"
+                      " SET c = CONCAT('sum ', b); END"},
+          .MakeRows = {"CREATE PROCEDURE {own}_rows(IN a int) SELECT seq AS n FROM seq_1_to_1000 WHERE seq <= a"},
+          .ForBatches = ";OPTION=67108864",
+          .WhyNothingTooLarge = "Does not apply: MariaDB keeps to what is declared",
+          .WhyNoReturnValues = "Does not apply: the MariaDB driver does not know a call that returns a value"};
+}
+
+struct Server {
+  const char* Variable;
+  RdoProfile (*Profile)();
+  const char* Options;
+};
+
+constexpr std::array kServers = {
+    Server{"VELMORIA_TEST_PG", Postgres, ";MaxVarcharSize=8000"},
+    Server{"VELMORIA_TEST_MARIADB", MariaDb, ""},
+};
 
 std::string NewFolder() {
   std::string pattern = (std::filesystem::temp_directory_path() / "velmoria-rdo-XXXXXX").string();
@@ -26,33 +105,62 @@ std::string NewFolder() {
   return pattern;
 }
 
+std::string Replaced(std::string text, const std::string& name, const std::string& value) {
+  for (auto at = text.find(name); at != std::string::npos; at = text.find(name, at + value.size())) {
+    text.replace(at, name.size(), value);
+  }
+  return text;
+}
+
 }  // namespace
 
-std::vector<RdoBackend> RdoBackends() {
-  std::vector<RdoBackend> backends = {{"SQLite", false}};
-  if (!PostgresText().empty()) backends.push_back({"PostgreSQL", true});
-  return backends;
+std::vector<RdoProfile> RdoProfiles() {
+  std::vector<RdoProfile> profiles = {Sqlite()};
+  for (const auto& server : kServers) {
+    const char* const connect = std::getenv(server.Variable);
+    if (connect == nullptr || *connect == '\0') continue;
+    profiles.push_back(server.Profile());
+    profiles.back().Connect = std::string(connect) + server.Options;
+  }
+  return profiles;
 }
 
 void RdoContract::SetUp() {
   folder = NewFolder();
-  connectText = IsPostgres() ? PostgresText() + ";MaxVarcharSize=8000" : "Driver=SQLite3;Database=" + folder + "/x.db";
+  connectText = Filled(Profile().Connect);
+  RunOverServer(Profile().OpenServer);
+  if (!Profile().OpenServer.empty()) connectText += Filled(";Database={own}");
   connection = Connect();
-  if (IsPostgres()) Run("SET search_path TO pg_temp");
+  for (const auto& text : Profile().Begin) Run(Filled(text));
 }
 
 void RdoContract::TearDown() {
   environment->Close();
+  RunOverServer(Profile().CloseServer);
   std::filesystem::remove_all(folder);
 }
 
-std::string RdoContract::Numbers(int count) const {
-  const std::string last = std::to_string(count);
-  if (IsPostgres()) return "SELECT n FROM generate_series(1, " + last + ") AS g(n)";
-  return "SELECT n FROM ( WITH RECURSIVE g(n) AS ( SELECT 1 UNION ALL SELECT n + 1 FROM g WHERE n < " + last +
-         " ) SELECT n FROM g )";
+rdoConnectionPtr RdoContract::ConnectForBatches() {
+  auto made = ConnectWith(connectText + Profile().ForBatches);
+  for (const auto& text : Profile().Begin) made->CreateQuery("", Filled(text))->Execute();
+  return made;
 }
 
-void RdoContract::MakeKinds() { Run(IsPostgres() ? kPostgresKinds : kSqliteKinds); }
+void RdoContract::RunOverServer(const std::vector<std::string>& texts) {
+  if (texts.empty()) return;
+  const auto log = Make<rdoEngine>()->rdoCreateEnvironment("", "", "");
+  const auto server = log->OpenConnection({.Prompt = rdDriverNoPrompt, .Connect = Filled(Profile().Connect)});
+  for (const auto& text : texts) server->CreateQuery("", Filled(text))->Execute();
+}
+
+std::string RdoContract::Numbers(int count) const {
+  return Replaced(Profile().Numbers, "{count}", std::to_string(count));
+}
+
+std::string RdoContract::Filled(std::string text) const {
+  text = Replaced(std::move(text), "{folder}", folder);
+  text = Replaced(std::move(text), "{own}", "velmoria_" + std::to_string(getpid()));
+  return Replaced(std::move(text), "{connect}", connectText);
+}
 
 }  // namespace velmoria::test

@@ -9,22 +9,67 @@
 
 namespace velmoria::test {
 
-/// A database that the suite runs over, and what differs from one to the other.
-struct RdoBackend {
-  std::string Name;
-  bool IsPostgres;
+/// A failure as its driver tells it: the number and the beginning of the text.
+struct RdoFailure {
+  std::int32_t Number = 0;
+  std::string Text{};
+};
+
+/// A driver that the suite runs over, and everything in which it differs from the others. A "{folder}" in a text is the
+/// test's own folder, "{count}" a number, "{own}" a name that no other test has, "{connect}" the connect string.
+///
+/// A question that begins with "Why" is empty where the tests behind it apply; otherwise it is why they do not.
+struct RdoProfile {
+  std::string Name{};
+  std::string Connect{};
+  std::vector<std::string> OpenServer{};   // run over Connect before the test connects
+  std::vector<std::string> CloseServer{};  // run over Connect after the test
+  std::vector<std::string> Begin{};        // run over the test's first connection
+
+  std::string Kinds{};  // the table of every kind of column
+  std::vector<int> KindTypes{};
+  Variant NumericValue = Decimal::Parse("12345.678");
+  Variant TrueValue = Byte{1};
+  std::string Numbers{};  // rows 1 to {count} of "n"
+  std::string LongestText = "varchar(8000)";
+  std::string ByteLength = "octet_length";
+  std::string SharedTable = "velmoria_contract";  // a table that other connections see
+
+  std::int32_t SyntaxError = 1;
+  std::int32_t NoTableError = 1;
+  std::int32_t NoTableErrorBehind = 1;  // in a statement that is not the text's first
+  std::string Unreachable{};
+  RdoFailure UnreachableFailure{};
+  std::string WrongUser{};
+  RdoFailure WrongUserFailure{};
+
+  std::string Endless{};                     // a query that ends by being stopped only
+  std::vector<std::string> MakeAdd{};        // "{own}_add" with a in, b in and out, c out
+  std::vector<std::string> MakeReturning{};  // "{own}_double" that returns twice its a
+  std::vector<std::string> MakeRows{};       // "{own}_rows" that gives rows 1 to its a
+  std::string ForBatches{};                  // what the connect string needs for several statements in one text
+
+  std::string WhyNoUsers{};
+  std::string WhyNothingTooLarge{};
+  std::string WhyNoProcedures{};
+  std::string WhyNoReturnValues{};
+  std::string WhyNoBatches{};
 };
 
 /// A connection to a database with a table of every kind of column, made anew for each test.
-class RdoContract : public ::testing::TestWithParam<RdoBackend> {
+class RdoContract : public ::testing::TestWithParam<RdoProfile> {
  protected:
   void SetUp() override;
   void TearDown() override;
 
-  bool IsPostgres() const { return GetParam().IsPostgres; }
+  const RdoProfile& Profile() const { return GetParam(); }
   rdoConnectionPtr Connect() { return ConnectWith(connectText); }
   rdoConnectionPtr ConnectWith(const std::string& text) {
     return environment->OpenConnection({.Prompt = rdDriverNoPrompt, .Connect = text});
+  }
+  rdoConnectionPtr ConnectForBatches();
+  void RunAll(const std::vector<std::string>& texts) {
+    for (const auto& text : texts) Run(Filled(text));
   }
   void Run(const std::string& sql) { connection->CreateQuery("", sql)->Execute(); }
   rdoResultsetPtr Rows(const std::string& sql, rdoNumber type = rdOpenKeyset) {
@@ -34,16 +79,21 @@ class RdoContract : public ::testing::TestWithParam<RdoBackend> {
   Variant Value(const std::string& sql) { return Rows(sql)->GetRows(1).Value(0, 0); }
   /// A statement that makes rows 1 to count of "n".
   std::string Numbers(int count) const;
-  void MakeKinds();
+  void MakeKinds() { Run(Profile().Kinds); }
+  /// A text of the profile with what stands for its names in braces.
+  std::string Filled(std::string text) const;
 
   std::string folder;
   std::string connectText;
   rdoEnginePtr engine = Make<rdoEngine>();
   rdoEnvironmentPtr environment = engine->rdoCreateEnvironment("", "", "");
   rdoConnectionPtr connection;
+
+ private:
+  void RunOverServer(const std::vector<std::string>& texts);
 };
 
-/// SQLite always; PostgreSQL when VELMORIA_TEST_PG holds a connect string.
-std::vector<RdoBackend> RdoBackends();
+/// SQLite always; PostgreSQL and MariaDB when VELMORIA_TEST_PG and VELMORIA_TEST_MARIADB hold connect strings.
+std::vector<RdoProfile> RdoProfiles();
 
 }  // namespace velmoria::test

@@ -18,22 +18,20 @@ TEST_P(RdoContract, UnknownDataSourceSaysIM002) {
 }
 
 TEST_P(RdoContract, DatabaseThatCannotBeReachedFailsWithTheDriversOwnNumber) {
-  if (IsPostgres()) {
-    ExpectFailure(101, "08001: ", [&] { ConnectWith(connectText + ";Port=1;PWD=secret"); });
-  } else {
-    ExpectFailure(14, "HY000: ", [&] { ConnectWith("Driver=SQLite3;Database=" + folder + "/none/x.db"); });
-  }
+  const auto& failure = Profile().UnreachableFailure;
+  ExpectFailure(failure.Number, failure.Text, [&] { ConnectWith(Filled(Profile().Unreachable)); });
 }
 
 TEST_P(RdoContract, WrongUserFailsAndTheNextConnectionWorks) {
-  if (!IsPostgres()) GTEST_SKIP() << "Does not apply: SQLite has no users";
-  ExpectFailure(101, "08001: ", [&] { ConnectWith(connectText + ";UID=nobody_here;PWD=secret"); });
+  if (!Profile().WhyNoUsers.empty()) GTEST_SKIP() << Profile().WhyNoUsers;
+  const auto& failure = Profile().WrongUserFailure;
+  ExpectFailure(failure.Number, failure.Text, [&] { ConnectWith(Filled(Profile().WrongUser)); });
   for (const auto& error : engine->rdoErrors()) EXPECT_EQ(error.Description.find("secret"), std::string::npos);
   EXPECT_NO_THROW(Connect());
 }
 
 TEST_P(RdoContract, TextThatDoesNotParseFailsAndTheNextWorks) {
-  ExpectFailure(1, "nonsense", [&] { Run("nonsense"); });
+  ExpectFailure(Profile().SyntaxError, "nonsense", [&] { Run("nonsense"); });
   EXPECT_FALSE(engine->rdoErrors().empty());
   EXPECT_EQ(Value("SELECT 1 AS a"), Variant(1));
   EXPECT_TRUE(engine->rdoErrors().empty());
@@ -41,14 +39,13 @@ TEST_P(RdoContract, TextThatDoesNotParseFailsAndTheNextWorks) {
 
 TEST_P(RdoContract, TableThatIsNotThereFailsWhenItIsOpened) {
   const auto table = connection->rdoTables()->Item("not_here");
-  ExpectFailure(1, "not_here", [&] { table->OpenResultset({.Type = rdOpenKeyset}); });
+  ExpectFailure(Profile().NoTableError, "not_here", [&] { table->OpenResultset({.Type = rdOpenKeyset}); });
 }
 
 TEST_P(RdoContract, ColumnsReportTheirTypes) {
   MakeKinds();
   const auto result = connection->rdoTables()->Item("kinds")->OpenResultset({.Type = rdOpenKeyset});
-  const std::vector<int> types = IsPostgres() ? std::vector<int>{4, 4, 5, -5, 6, 2, 12, 9, 10, 11, 12, 5, -1, -4}
-                                              : std::vector<int>{4, 4, 5, -5, 8, 8, 12, 9, 10, 11, -7, -6, -1, -2};
+  const auto& types = Profile().KindTypes;
   ASSERT_EQ(result->rdoColumns().Count(), types.size());
   std::size_t place = 0;
   for (const auto& column : result->rdoColumns()) EXPECT_EQ(column->Type(), types[place++]) << column->Name();
@@ -82,18 +79,18 @@ TEST_P(RdoContract, ValuesOfEveryKindAndNulls) {
   EXPECT_EQ(block.Value(1, 0), Variant(std::int16_t{300}));
   EXPECT_EQ(block.Value(2, 0), Variant(Decimal::Parse("9007199254740993")));
   EXPECT_EQ(block.Value(3, 0), Variant(1.5));
-  EXPECT_EQ(block.Value(4, 0), IsPostgres() ? Variant(Decimal::Parse("12345.678")) : Variant(12345.678));
+  EXPECT_EQ(block.Value(4, 0), Profile().NumericValue);
   EXPECT_EQ(block.Value(6, 0), Variant(Date::From(2026, 11, 20)));
   EXPECT_EQ(block.Value(7, 0), Variant(Date::From(1899, 12, 30, 14, 3, 5)));
   EXPECT_EQ(block.Value(8, 0), Variant(Date::From(2026, 11, 20, 14, 3, 5)));
-  EXPECT_EQ(block.Value(9, 0), IsPostgres() ? Variant("1") : Variant(true));
+  EXPECT_EQ(block.Value(9, 0), Profile().TrueValue);
   EXPECT_TRUE(block.Value(10, 0).IsEmpty());
   EXPECT_EQ(block.Value(5, 1), Variant(""));
   for (const std::size_t column : {0U, 1U, 2U, 3U, 4U, 6U, 7U, 8U, 9U}) EXPECT_TRUE(block.Value(column, 1).IsNull());
 }
 
 TEST_P(RdoContract, NumberThatItsColumnCannotHoldRaises6WithTheColumn) {
-  if (IsPostgres()) GTEST_SKIP() << "Does not apply: PostgreSQL keeps to what is declared";
+  if (!Profile().WhyNothingTooLarge.empty()) GTEST_SKIP() << Profile().WhyNothingTooLarge;
   Run("CREATE TABLE narrow ( i int, s smallint, y tinyint )");
   Run("INSERT INTO narrow VALUES (2147483648, -32769, 256)");
   for (const std::string column : {"i", "s", "y"}) {
@@ -129,8 +126,8 @@ TEST_P(RdoContract, BackslashIsAnOrdinaryCharacter) {
 }
 
 TEST_P(RdoContract, ValueLongerThanItsColumnDeclaresIsReadWhole) {
-  // PostgreSQL keeps to what is declared, so there the value is longer than any slot instead.
-  Run(IsPostgres() ? "CREATE TABLE words ( n int, w varchar(8000) )" : "CREATE TABLE words ( n int, w varchar(3) )");
+  // Where a server keeps to what is declared, the value is longer than any slot instead.
+  Run("CREATE TABLE words ( n int, w " + Profile().LongestText + " )");
   std::string text;
   while (text.size() < 10000) text += kEuro;
   const auto query = connection->CreateQuery("", "INSERT INTO words VALUES ( ?, ? )");
@@ -232,7 +229,7 @@ TEST_P(RdoContract, ParametersOfEveryType) {
     EXPECT_EQ(block.Value(4, row).AsDouble(), 12345.678);
     EXPECT_EQ(block.Value(9, row).AsInteger(), 200);
   }
-  const std::string length = IsPostgres() ? "octet_length" : "length";
+  const std::string& length = Profile().ByteLength;
   EXPECT_EQ(Value("SELECT count(*) AS n FROM kinds WHERE length(l) = 20000 AND " + length + "(x) = 20000").AsLong(), 2);
   EXPECT_EQ(Value("SELECT count(*) AS n FROM kinds WHERE f = '1'").AsLong(), 2);
 }
@@ -288,8 +285,7 @@ TEST_P(RdoContract, TransactionOfAConnection) {
 }
 
 TEST_P(RdoContract, TransactionOfAnEnvironmentCoversAConnectionOpenedLater) {
-  Run(IsPostgres() ? "DROP TABLE IF EXISTS public.velmoria_contract" : "SELECT 1");
-  const std::string table = IsPostgres() ? "public.velmoria_contract" : "velmoria_contract";
+  const std::string table = Filled(Profile().SharedTable);
   Run("CREATE TABLE " + table + " ( w varchar(10) )");
   environment->BeginTrans();
   const auto later = Connect();
@@ -321,8 +317,8 @@ TEST_P(RdoContract, NextStatementAfterAFailureInATransactionWorks) {
   EXPECT_EQ(Value("SELECT count(*) AS n FROM words").AsLong(), 2);
 }
 
-INSTANTIATE_TEST_SUITE_P(, RdoContract, ::testing::ValuesIn(RdoBackends()),
-                         [](const auto& backend) { return backend.param.Name; });
+INSTANTIATE_TEST_SUITE_P(, RdoContract, ::testing::ValuesIn(RdoProfiles()),
+                         [](const auto& profile) { return profile.param.Name; });
 
 }  // namespace
 }  // namespace velmoria::test

@@ -43,6 +43,7 @@ odbc::ULength NumberOf(void* value) { return reinterpret_cast<std::uintptr_t>(va
 }  // namespace
 
 bool FakeOdbc::Enter(std::string_view name, Handle handle) {
+  const std::lock_guard lock(entering_);
   ++CallCount;
   const int ofName = ++CallsOf[std::string(name)];
   if (handle != nullptr && !handles_.contains(handle)) {
@@ -109,10 +110,15 @@ FakeOdbc::Code FakeOdbc::Disconnect(Handle connection) {
 
 FakeOdbc::Code FakeOdbc::GetInfo(Handle connection, Word information, Handle value, Small capacity, Small* length) {
   if (!Enter("GetInfo", connection)) return SQL_ERROR;
-  if (information == SQL_TXN_CAPABLE) {
-    Put<Word>(value, 0, TransactionCapable);
-  } else {
-    *length = CopyText(information == SQL_DBMS_NAME ? Server : "\"", value, capacity);
+  const auto keeps = static_cast<Word>(TransactionKeepsResults ? SQL_CB_PRESERVE : SQL_CB_CLOSE);
+  switch (information) {
+    case SQL_TXN_CAPABLE: Put<Word>(value, 0, TransactionCapable); break;
+    case SQL_MAX_CONCURRENT_ACTIVITIES: Put<Word>(value, 0, ActiveStatements); break;
+    case SQL_CURSOR_COMMIT_BEHAVIOR:
+    case SQL_CURSOR_ROLLBACK_BEHAVIOR: Put<Word>(value, 0, keeps); break;
+    case SQL_DBMS_NAME: *length = CopyText(Server, value, capacity); break;
+    case SQL_DRIVER_NAME: *length = CopyText(DriverName, value, capacity); break;
+    default: *length = CopyText("\"", value, capacity);
   }
   return SQL_SUCCESS;
 }
@@ -146,10 +152,10 @@ FakeOdbc::Code FakeOdbc::GetStmtAttr(Handle statement, Number, Handle value, Num
   return SQL_SUCCESS;
 }
 
-FakeOdbc::Code FakeOdbc::BindParameter(Handle statement, Word, Small, Small cType, Small type, ULength, Small,
-                                       Handle value, Length, Length* indicator) {
+FakeOdbc::Code FakeOdbc::BindParameter(Handle statement, Word, Small direction, Small cType, Small type, ULength, Small,
+                                       Handle value, Length capacity, Length* indicator) {
   if (!Enter("BindParameter", statement)) return SQL_ERROR;
-  Of(statement).Bound.push_back({cType, type, value, indicator});
+  Of(statement).Bound.push_back({cType, type, value, indicator, direction, capacity});
   return SQL_SUCCESS;
 }
 
@@ -169,8 +175,57 @@ FakeOdbc::Code FakeOdbc::ExecDirect(Handle statement, Char* text, Number length)
   return Ran(statement);
 }
 
+void FakeOdbc::Hold() {
+  const std::lock_guard lock(gate_);
+  isHeld_ = true;
+  isCancelled_ = false;
+}
+
+void FakeOdbc::Release() {
+  const std::lock_guard lock(gate_);
+  isHeld_ = false;
+  opening_.notify_all();
+}
+
+bool FakeOdbc::PassGate() {
+  std::unique_lock lock(gate_);
+  opening_.wait(lock, [this] { return !isHeld_ || isCancelled_; });
+  return !isHeld_;
+}
+
+FakeOdbc::Code FakeOdbc::Cancel(Handle statement) {
+  if (!Enter("Cancel", statement)) return SQL_ERROR;
+  const std::lock_guard lock(gate_);
+  if (LostCancels-- > 0) return SQL_SUCCESS;
+  isCancelled_ = true;
+  opening_.notify_all();
+  return SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::MoreResults(Handle statement) {
+  if (!Enter("MoreResults", statement)) return SQL_ERROR;
+  State& state = Of(statement);
+  if (state.Result++ < CountsBefore) return SQL_SUCCESS;
+  std::size_t place = 0;
+  for (const auto& bound : state.Bound) {
+    if (bound.Direction == SQL_PARAM_INPUT || place == Outputs.size()) continue;
+    Deliver(Outputs[place++], {bound.CType, bound.Value, bound.Capacity, bound.Indicator}, 0);
+  }
+  return SQL_NO_DATA;
+}
+
+FakeOdbc::Code FakeOdbc::ProcedureColumns(Handle statement, Char*, Small, Char*, Small, Char* procedure, Small length,
+                                          Char*, Small) {
+  if (!Enter("ProcedureColumns", statement)) return SQL_ERROR;
+  Texts.push_back("procedure " + TextOf(procedure, length));
+  Of(statement).OfCatalogue = true;
+  return SQL_SUCCESS;
+}
+
 FakeOdbc::Code FakeOdbc::Ran(Handle statement) {
+  if (!PassGate()) return SQL_ERROR;
   Parameters.clear();
+  Of(statement).Result = 0;
   for (const auto& bound : Of(statement).Bound) {
     const bool isNull = *bound.Indicator == SQL_NULL_DATA;
     const auto length = isNull ? std::size_t{0} : static_cast<std::size_t>(*bound.Indicator);
@@ -198,7 +253,7 @@ FakeOdbc::Code FakeOdbc::FreeStmt(Handle statement, Word option) {
 
 FakeOdbc::Code FakeOdbc::NumResultCols(Handle statement, Small* columns) {
   if (!Enter("NumResultCols", statement)) return SQL_ERROR;
-  *columns = static_cast<Small>(Columns.size());
+  *columns = static_cast<Small>(Of(statement).Result < CountsBefore ? 0 : Columns.size());
   return SQL_SUCCESS;
 }
 
@@ -243,7 +298,8 @@ FakeOdbc::Code FakeOdbc::FetchScroll(Handle statement, Small direction, Length o
 }
 
 FakeOdbc::Code FakeOdbc::Give(State& statement, std::size_t first) {
-  const std::size_t rows = first >= Rows.size() ? 0 : std::min<std::size_t>(statement.ArraySize, Rows.size() - first);
+  const auto& given = statement.OfCatalogue ? Catalogue : Rows;
+  const std::size_t rows = first >= given.size() ? 0 : std::min<std::size_t>(statement.ArraySize, given.size() - first);
   if (statement.Fetched != nullptr) *statement.Fetched = rows;
   statement.Current = first;
   statement.Next = first + rows;
@@ -255,7 +311,7 @@ FakeOdbc::Code FakeOdbc::Give(State& statement, std::size_t first) {
     if (statement.Status != nullptr) statement.Status[row] = fails ? SQL_ROW_ERROR : SQL_ROW_SUCCESS;
     informed = informed || fails;
     for (const auto& [column, binding] : statement.Bindings) {
-      if (Deliver(Rows[first + row][column - 1U], binding, row) == SQL_SUCCESS_WITH_INFO) informed = true;
+      if (Deliver(given[first + row][column - 1U], binding, row) == SQL_SUCCESS_WITH_INFO) informed = true;
     }
   }
   return informed ? SQL_SUCCESS_WITH_INFO : SQL_SUCCESS;
@@ -265,9 +321,10 @@ FakeOdbc::Code FakeOdbc::GetData(Handle statement, Word column, Small cType, Han
                                  Length* indicator) {
   if (!Enter("GetData", statement)) return SQL_ERROR;
   State& state = Of(statement);
-  const auto& whole = Rows.at(state.Current).at(column - 1U);
+  const auto& whole = (state.OfCatalogue ? Catalogue : Rows).at(state.Current).at(column - 1U);
   std::size_t& given = state.Given[column];
-  if (!whole || cType != SQL_C_CHAR) return Deliver(whole, {cType, value, capacity, indicator}, 0);
+  if (!whole || (cType != SQL_C_CHAR && cType != SQL_C_BINARY))
+    return Deliver(whole, {cType, value, capacity, indicator}, 0);
   const Code code = Deliver(whole->substr(given), {cType, value, capacity, indicator}, 0);
   given += std::min(whole->size() - given, static_cast<std::size_t>(capacity - 1));
   return code;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <condition_variable>
 #include <map>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
@@ -53,6 +55,13 @@ class FakeOdbc final : public odbc::Calls {
   bool NothingAffected = false;  // an execution ends with "no data"
   bool LinkLost = false;         // until the next connect
   std::optional<std::size_t> FailingRow;
+  int CountsBefore = 0;        // results without columns before the one with them
+  Row Outputs;                 // of the output parameters, in their order; given behind the last result
+  std::vector<Row> Catalogue;  // what SQLProcedureColumns lists, column 1 first
+  std::string DriverName = "fake.so";
+  Word ActiveStatements = 0;  // as many as wanted
+  bool TransactionKeepsResults = true;
+  int LostCancels = 0;  // so many come before the execution that they mean
 
   // What fails: the n-th of all calls (freeing is not counted), or every call of a name from the n-th of them on.
   int FailAt = 0;
@@ -69,6 +78,10 @@ class FakeOdbc final : public odbc::Calls {
   std::vector<Parameter> Parameters;      // of the last execution
   ULength LargestArray = 0;
   bool ReadOnly = false;
+  /// From here on, an execution waits until Release, or until it is cancelled, which fails it.
+  void Hold();
+  void Release();
+
   int Misuses = 0;  // calls with a handle that is not open
   std::size_t OpenHandles() const { return handles_.size(); }
 
@@ -92,6 +105,10 @@ class FakeOdbc final : public odbc::Calls {
   Code Execute(Handle statement) override;
   Code ExecDirect(Handle statement, Char* text, Number length) override;
   Code RowCount(Handle statement, Length* rows) override;
+  Code MoreResults(Handle statement) override;
+  Code Cancel(Handle statement) override;
+  Code ProcedureColumns(Handle statement, Char* catalog, Small catalogLength, Char* schema, Small schemaLength,
+                        Char* procedure, Small procedureLength, Char* column, Small columnLength) override;
   Code FreeStmt(Handle statement, Word option) override;
   Code NumResultCols(Handle statement, Small* columns) override;
   Code DescribeCol(Handle statement, Word column, Char* name, Small capacity, Small* nameLength, Small* type,
@@ -115,6 +132,8 @@ class FakeOdbc final : public odbc::Calls {
     Small Type;
     void* Value;
     Length* Indicator;
+    Small Direction;
+    Length Capacity;
   };
   struct State {
     Small Kind;
@@ -124,6 +143,8 @@ class FakeOdbc final : public odbc::Calls {
     ULength ArraySize = 1;
     Word* Status = nullptr;
     ULength* Fetched = nullptr;
+    bool OfCatalogue = false;
+    int Result = 0;                     // of the execution, from 0
     std::size_t Next = 0;               // the row that the next fetch begins with
     std::size_t Current = 0;            // the row that GetData reads
     std::map<Word, std::size_t> Given;  // how much of a value GetData has given
@@ -134,10 +155,16 @@ class FakeOdbc final : public odbc::Calls {
   bool Enter(std::string_view name, Handle handle);
   State& Of(Handle handle) { return handles_.at(handle); }
   Code Ran(Handle statement);
+  bool PassGate();
   Code Give(State& statement, std::size_t first);
   Code Deliver(const std::optional<std::string>& value, const Binding& binding, std::size_t row);
 
   std::map<Handle, State> handles_;
+  std::recursive_mutex entering_;
+  std::mutex gate_;
+  std::condition_variable_any opening_;
+  bool isHeld_ = false;
+  bool isCancelled_ = false;
   int connections_ = 0;
   std::uintptr_t lastHandle_ = 0;
 };

@@ -5,6 +5,10 @@
 #include <sql.h>
 #include <sqlext.h>
 
+#include "velmoria/platform/odbc/long_value.h"
+#include "velmoria/platform/rdo/constants.h"
+#include "velmoria/runtime/error.h"
+
 namespace velmoria::odbc {
 namespace {
 
@@ -22,16 +26,20 @@ BlockFetch::BlockFetch(Statement& statement, const std::vector<ColumnInfo>& colu
     rowBytes_ += landing.RowBytes();
     canOverflow = canOverflow || landing.CanOverflow();
   }
-  rowByRow_ = canOverflow && !statement_.Scrolls();
+  const bool isStream = !statement_.Scrolls();
+  firstAlone_ = isStream && std::ranges::any_of(columns, &ColumnInfo::IsLong);
+  rowByRow_ = isStream && (canOverflow || firstAlone_);
 }
 
 std::size_t BlockFetch::RowsOfBlock() const noexcept {
+  if (firstAlone_ && rowsBefore_ == 0) return 1;
   const std::size_t most = rowsBefore_ == 0 ? kFirstBlock : kWholeBlock;
   return std::clamp<std::size_t>(kBlockBytes / std::max<std::size_t>(rowBytes_, 1), 1, most);
 }
 
 std::shared_ptr<const RowChunk> BlockFetch::Next() {
   if (ended_) return nullptr;
+  statement_.AwaitTurn();
   const std::size_t wanted = RowsOfBlock();
   Prepare(wanted);
   const std::size_t rows = rowByRow_ ? FetchRows(wanted) : FetchBlock();
@@ -100,6 +108,20 @@ void BlockFetch::CompleteLongValues(std::size_t rows, bool informed) {
       landing.Read(statement_, row);
     }
   }
+}
+
+std::optional<std::string> BlockFetch::ReadLong(std::size_t row, Word column, bool isText) {
+  statement_.AwaitTurn();
+  if (rowByRow_) {
+    if (row != 1 || rowsBefore_ != 1 || ended_) throw Error(rdErrForwardOnly, "A forward-only result cannot go back.");
+  } else {
+    statement_.UnbindColumns();
+    SetArraySize(1);
+    repositioned_ = true;
+    const auto place = static_cast<Length>(row);
+    statement_.Check(statement_.Calls().FetchScroll(statement_.Get(), SQL_FETCH_ABSOLUTE, place));
+  }
+  return ReadLongValue(statement_, column, isText);
 }
 
 std::size_t BlockFetch::FetchRows(std::size_t rows) {

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "velmoria/platform/odbc/columns.h"
@@ -26,6 +28,10 @@ class BlockFetch {
 
   /// The next rows, or null after the last one. After a failure it must not be called again.
   std::shared_ptr<const RowChunk> Next();
+  /// Reads a long column of the row, both from 1, whatever its length; none for a Null. Raises 40088 when the row
+  /// cannot be gone back to: of a cursor that does not scroll, only the first row can be read before the second is
+  /// fetched.
+  std::optional<std::string> ReadLong(std::size_t row, Word column, bool isText);
   /// Whether the last row has been given out.
   bool HasEnded() const noexcept { return ended_; }
 
@@ -43,6 +49,7 @@ class BlockFetch {
   std::vector<Landing> landings_;
   std::size_t rowBytes_ = 0;
   bool rowByRow_ = false;
+  bool firstAlone_ = false;    // the first row is fetched by itself, so that its long columns can be read
   bool repositioned_ = false;  // the cursor stands on a single row, not on the block
   bool ended_ = false;
   std::size_t capacity_ = 0;   // rows that the landings hold

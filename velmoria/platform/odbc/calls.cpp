@@ -64,7 +64,15 @@ class UnixOdbcCalls final : public Calls {
     return SQLExecDirect(statement, text, length);
   }
   Code RowCount(Handle statement, Length* rows) override { return SQLRowCount(statement, rows); }
+  Code MoreResults(Handle statement) override { return SQLMoreResults(statement); }
+  Code Cancel(Handle statement) override { return SQLCancel(statement); }
   Code FreeStmt(Handle statement, Word option) override { return SQLFreeStmt(statement, option); }
+
+  Code ProcedureColumns(Handle statement, Char* catalog, Small catalogLength, Char* schema, Small schemaLength,
+                        Char* procedure, Small procedureLength, Char* column, Small columnLength) override {
+    return SQLProcedureColumns(statement, catalog, catalogLength, schema, schemaLength, procedure, procedureLength,
+                               column, columnLength);
+  }
 
   Code NumResultCols(Handle statement, Small* columns) override { return SQLNumResultCols(statement, columns); }
   Code DescribeCol(Handle statement, Word column, Char* name, Small capacity, Small* nameLength, Small* type,

@@ -45,7 +45,13 @@ class Calls {
   virtual Code Execute(Handle statement) = 0;
   virtual Code ExecDirect(Handle statement, Char* text, Number length) = 0;
   virtual Code RowCount(Handle statement, Length* rows) = 0;
+  virtual Code MoreResults(Handle statement) = 0;
+  /// The one call that may come from another thread than the one that runs the statement.
+  virtual Code Cancel(Handle statement) = 0;
   virtual Code FreeStmt(Handle statement, Word option) = 0;
+
+  virtual Code ProcedureColumns(Handle statement, Char* catalog, Small catalogLength, Char* schema, Small schemaLength,
+                                Char* procedure, Small procedureLength, Char* column, Small columnLength) = 0;
 
   virtual Code NumResultCols(Handle statement, Small* columns) = 0;
   virtual Code DescribeCol(Handle statement, Word column, Char* name, Small capacity, Small* nameLength, Small* type,

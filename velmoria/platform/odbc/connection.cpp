@@ -61,6 +61,7 @@ void Connection::Close() noexcept {
 
 bool Connection::IsLost() noexcept {
   if (!connected_ || !inDoubt_) return false;
+  AwaitExecution();
   SQLUINTEGER dead = SQL_CD_FALSE;
   const Code code = Calls().GetConnectAttr(handle_, SQL_ATTR_CONNECTION_DEAD, &dead, SQL_IS_UINTEGER, nullptr);
   inDoubt_ = Succeeded(code) && dead == SQL_CD_TRUE;
@@ -102,6 +103,11 @@ void Connection::Check(Code code) {
 
 void Connection::RequireOpen() const {
   if (!connected_) FailClosed("The connection is closed.");
+  AwaitExecution();
+}
+
+void Connection::AwaitExecution() const noexcept {
+  if (executing_ != nullptr) executing_->execution_->Wait();
 }
 
 void Connection::Enter(Statement* statement) { statements_.push_back(statement); }

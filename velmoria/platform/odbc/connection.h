@@ -33,6 +33,8 @@ class Connection {
 
   const odbc::Driver& Driver() const noexcept { return environment_.Driver(); }
   odbc::Calls& Calls() const noexcept { return *Driver().Calls; }
+  /// Waits for what runs in the background. A driver does one thing at a time for a connection.
+  void AwaitExecution() const noexcept;
   /// Throws what the driver says when the code is a failure.
   void Check(Code code);
 
@@ -49,6 +51,7 @@ class Connection {
   bool autoCommit_ = true;
   bool inDoubt_ = false;  // something failed, the link perhaps
   std::vector<Statement*> statements_;
+  Statement* executing_ = nullptr;  // in the background
 };
 
 }  // namespace velmoria::odbc

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstring>
 #include <limits>
 
 #include <sql.h>
 #include <sqlext.h>
 
+#include "velmoria/platform/odbc/date_values.h"
 #include "velmoria/platform/rdo/constants.h"
 #include "velmoria/runtime/date.h"
 #include "velmoria/runtime/decimal.h"
@@ -21,6 +23,7 @@ constexpr std::size_t kNarrowestText = 64;
 constexpr std::size_t kUnknownText = 1024;
 constexpr std::size_t kWidestText = 4096;
 constexpr std::size_t kNumberText = 64;
+constexpr std::size_t kOutputText = 65536;
 constexpr std::size_t kFirstPiece = 16384;
 
 struct Way {
@@ -66,6 +69,20 @@ To Narrowed(From number) {
   if (number < std::numeric_limits<To>::min() || number > std::numeric_limits<To>::max())
     Fail(RuntimeFailure::Overflow);
   return static_cast<To>(number);
+}
+
+template <class T>
+Length Store(std::byte* place, T value) {
+  std::memcpy(place, &value, sizeof value);
+  return sizeof value;
+}
+
+std::int64_t WholeOf(const Variant& value) {
+  const std::string text = value.AsDecimal().AsText();
+  std::int64_t number = 0;
+  const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (failure != std::errc() || end != text.data() + text.size()) Fail(RuntimeFailure::Overflow);
+  return number;
 }
 
 double DaysOf(const SQL_TIMESTAMP_STRUCT& stamp) {
@@ -114,6 +131,39 @@ void Landing::Begin(std::size_t rows) {
 void Landing::Bind(Statement& statement) {
   statement.Check(statement.Calls().BindCol(statement.Get(), number_, cType_, Buffer(), static_cast<Length>(slotWidth_),
                                             indicators_.get()));
+}
+
+void Landing::BindOutput(Statement& statement, Word number, Small direction, Small type, ULength size, Small digits,
+                         const Variant& given) {
+  if (storage_ == ColumnStorage::Text) slotWidth_ = kOutputText;
+  Begin(1);
+  indicators_[0] = SQL_NULL_DATA;
+  if (given.IsGiven() && !given.IsNull()) indicators_[0] = Put(given);
+  statement.Check(statement.Calls().BindParameter(statement.Get(), number, direction, cType_, type, size, digits,
+                                                  Buffer(), static_cast<Length>(slotWidth_), indicators_.get()));
+}
+
+Length Landing::Put(const Variant& value) {
+  switch (cType_) {
+    case SQL_C_SSHORT: return Store(Buffer(), static_cast<std::int16_t>(value.AsByte()));
+    case SQL_C_SLONG: return Store(Buffer(), static_cast<std::int32_t>(value.AsInteger()));
+    case SQL_C_SBIGINT: return Store(Buffer(), WholeOf(value));
+    case SQL_C_FLOAT: return Store(Buffer(), value.AsSingle());
+    case SQL_C_DOUBLE: return Store(Buffer(), value.AsDouble());
+    case SQL_C_BIT: return Store(Buffer(), static_cast<unsigned char>(value.AsBoolean() ? 1 : 0));
+    case SQL_C_TYPE_TIME:
+    case SQL_C_TYPE_TIMESTAMP: return StoreDate(Buffer(), cType_, value.AsDate());
+    default: break;
+  }
+  const std::string text = value.AsText();
+  if (text.size() >= slotWidth_) Fail(RuntimeFailure::Overflow);
+  std::memcpy(Buffer(), text.c_str(), text.size() + 1);
+  return static_cast<Length>(text.size());
+}
+
+RowChunk::Column Landing::FinishOutput() {
+  if (IsCut(0, true)) { Fail(RuntimeFailure::Overflow, "The value of the parameter '" + name_ + "' is too long."); }
+  return Finish(1);
 }
 
 void Landing::Read(Statement& statement, std::size_t row) {

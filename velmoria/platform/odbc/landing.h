@@ -9,6 +9,7 @@
 #include "velmoria/platform/odbc/columns.h"
 #include "velmoria/platform/odbc/statement.h"
 #include "velmoria/runtime/row_block.h"
+#include "velmoria/runtime/variant.h"
 
 namespace velmoria::odbc {
 
@@ -33,6 +34,12 @@ class Landing {
   bool IsCut(std::size_t row, bool informed) const noexcept;
   /// Whether any of the first `rows` values did not fit.
   bool HasCut(std::size_t rows, bool informed) const noexcept;
+  /// Binds the one row of this as an output parameter; a value that is given is there before the execution. Raises what
+  /// its conversion raises.
+  void BindOutput(Statement& statement, Word number, Small direction, Small type, ULength size, Small digits,
+                  const Variant& given);
+  /// The output parameter's value as a column of one row. Raises 6 for a text that did not fit.
+  RowChunk::Column FinishOutput();
   /// The chunk's column, made of the first `rows` rows.
   RowChunk::Column Finish(std::size_t rows);
 
@@ -41,6 +48,7 @@ class Landing {
   bool IsNull(std::size_t row) const noexcept;
   std::string_view TextAt(std::size_t row) const;
   std::string_view SlotAt(std::size_t row) const noexcept;
+  Length Put(const Variant& value);
   void ReadRest(Statement& statement, std::size_t row);
   void KeepFixed(RowChunk::Column& column, std::size_t rows);
   void FinishText(RowChunk::Column& column, std::size_t rows) const;

@@ -17,16 +17,14 @@ constexpr std::array kPassages = {
     Passage{"[", "]"}, Passage{"--", "\n"}, Passage{"/*", "*/"},
 };
 
-}  // namespace
-
-std::size_t CountMarkers(std::string_view sql) noexcept {
-  std::size_t markers = 0;
-  for (std::size_t at = 0; at < sql.size();) {
+// The place of the next such sign outside all passages, from `at` on.
+std::size_t FindOutside(std::string_view sql, char sign, std::size_t at) noexcept {
+  while (at < sql.size()) {
     const std::string_view rest = sql.substr(at);
     const auto passage =
         std::find_if(kPassages.begin(), kPassages.end(), [&](const Passage& p) { return rest.starts_with(p.Opening); });
     if (passage == kPassages.end()) {
-      markers += rest.front() == '?' ? 1U : 0U;
+      if (rest.front() == sign) return at;
       ++at;
       continue;
     }
@@ -34,7 +32,22 @@ std::size_t CountMarkers(std::string_view sql) noexcept {
     if (end == std::string_view::npos) break;
     at = end + passage->Closing.size();
   }
+  return std::string_view::npos;
+}
+
+}  // namespace
+
+std::size_t CountMarkers(std::string_view sql) noexcept {
+  std::size_t markers = 0;
+  for (auto at = FindOutside(sql, '?', 0); at != std::string_view::npos; at = FindOutside(sql, '?', at + 1)) ++markers;
   return markers;
+}
+
+bool HasSeveralStatements(std::string_view sql) noexcept {
+  for (auto at = FindOutside(sql, ';', 0); at != std::string_view::npos; at = FindOutside(sql, ';', at + 1)) {
+    if (sql.find_first_not_of("; \t\r\n", at) != std::string_view::npos) return true;
+  }
+  return false;
 }
 
 }  // namespace velmoria::odbc

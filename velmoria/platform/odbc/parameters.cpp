@@ -9,6 +9,8 @@
 #include <sql.h>
 #include <sqlext.h>
 
+#include "velmoria/platform/odbc/date_values.h"
+#include "velmoria/platform/odbc/landing.h"
 #include "velmoria/platform/rdo/constants.h"
 #include "velmoria/runtime/error.h"
 
@@ -22,6 +24,9 @@ struct ParameterValues::Slot {
   Length Indicator = SQL_NULL_DATA;
   std::array<std::byte, 16> Fixed{};
   std::string Text{};
+  Small Direction = SQL_PARAM_INPUT;
+  std::unique_ptr<Landing> Output{};  // instead of the values above
+  Variant Given{};
 };
 
 namespace {
@@ -32,6 +37,9 @@ constexpr Small kMillisecondDigits = 3;
 constexpr ULength kTimestampSize = 23;  // yyyy-mm-dd hh:mm:ss.fff
 constexpr ULength kDateSize = 10;
 constexpr ULength kTimeSize = 8;
+constexpr std::int32_t kOutputText = 8000;
+constexpr std::int32_t kOutputDigits = 28;
+constexpr Small kOutputDecimals = 6;
 
 struct FixedKind {
   VarType Value;
@@ -87,29 +95,6 @@ bool HasTimeOfDay(const DateParts& parts) noexcept {
 
 bool IsOnDayZero(const DateParts& parts) noexcept { return parts.Year == 1899 && parts.Month == 12 && parts.Day == 30; }
 
-SQL_DATE_STRUCT DateOf(const DateParts& parts) noexcept {
-  SQL_DATE_STRUCT date{};
-  date.year = static_cast<SQLSMALLINT>(parts.Year);
-  date.month = static_cast<SQLUSMALLINT>(parts.Month);
-  date.day = static_cast<SQLUSMALLINT>(parts.Day);
-  return date;
-}
-
-SQL_TIME_STRUCT TimeOf(const DateParts& parts) noexcept {
-  SQL_TIME_STRUCT time{};
-  time.hour = static_cast<SQLUSMALLINT>(parts.Hour);
-  time.minute = static_cast<SQLUSMALLINT>(parts.Minute);
-  time.second = static_cast<SQLUSMALLINT>(parts.Second);
-  return time;
-}
-
-SQL_TIMESTAMP_STRUCT StampOf(const DateParts& parts) noexcept {
-  const auto date = DateOf(parts);
-  const auto time = TimeOf(parts);
-  const auto fraction = static_cast<SQLUINTEGER>(parts.Millisecond) * 1000000U;
-  return {date.year, date.month, date.day, time.hour, time.minute, time.second, fraction};
-}
-
 }  // namespace
 
 ParameterValues::ParameterValues() = default;
@@ -140,6 +125,33 @@ void ParameterValues::Add(const Variant& value, std::int32_t type) {
   }
 }
 
+void ParameterValues::AddOutput(const OutputParameter& parameter, const Variant* given) {
+  ColumnInfo info{.Name = parameter.Name, .Type = parameter.Type, .Size = parameter.Size, .Digits = parameter.Digits};
+  const auto kind = std::find_if(kFixedKinds.begin(), kFixedKinds.end(),
+                                 [&](const FixedKind& k) { return given != nullptr && k.Value == given->Type(); });
+  if (info.Type == 0) info.Type = kind == kFixedKinds.end() ? rdTypeVARCHAR : DocumentedType(kind->Type);
+  info.Storage = info.Type == rdTypeLONGVARCHAR ? ColumnStorage::Text : StorageOf(info.Type);
+  if (info.Storage == ColumnStorage::Placeholder) {
+    Fail(RuntimeFailure::InvalidArgument, "The parameter '" + info.Name + "' returns bytes, which cannot be taken.");
+  }
+  const bool isDecimal = info.Storage == ColumnStorage::Decimal;
+  if (info.Size <= 0) info.Size = isDecimal ? kOutputDigits : kOutputText;
+  if (isDecimal && parameter.Size <= 0) info.Digits = kOutputDecimals;
+  Slot& slot = slots_.emplace_back();
+  slot.Type = DriverType(info.Type);
+  slot.Size = static_cast<ULength>(info.Size);
+  slot.Digits = info.Digits;
+  slot.Direction = given != nullptr ? SQL_PARAM_INPUT_OUTPUT : SQL_PARAM_OUTPUT;
+  slot.Output = std::make_unique<Landing>(info, Word{0});
+  if (given != nullptr) slot.Given = *given;
+}
+
+Variant ParameterValues::Output(std::size_t place) {
+  std::vector<RowChunk::Column> columns;
+  columns.push_back(slots_[place].Output->FinishOutput());
+  return RowChunk(std::move(columns), 1).Value(0, 0);
+}
+
 void ParameterValues::AddText(Slot& slot, const Variant& value, std::int32_t type) {
   SetText(slot, value.AsText());
   if (value.IsText()) {
@@ -157,17 +169,17 @@ void ParameterValues::AddDate(Slot& slot, velmoria::Date date, std::int32_t type
   if (slot.Type == SQL_TYPE_DATE && !HasTimeOfDay(parts)) {
     slot.CType = SQL_C_TYPE_DATE;
     slot.Size = kDateSize;
-    slot.Indicator = Store(slot.Fixed, DateOf(parts));
+    slot.Indicator = StoreDate(slot.Fixed.data(), slot.CType, date);
   } else if (slot.Type == SQL_TYPE_TIME && IsOnDayZero(parts)) {
     slot.CType = SQL_C_TYPE_TIME;
     slot.Size = kTimeSize;
-    slot.Indicator = Store(slot.Fixed, TimeOf(parts));
+    slot.Indicator = StoreDate(slot.Fixed.data(), slot.CType, date);
   } else {
     slot.CType = SQL_C_TYPE_TIMESTAMP;
     if (type == 0 || slot.Type == SQL_TYPE_DATE || slot.Type == SQL_TYPE_TIME) slot.Type = SQL_TYPE_TIMESTAMP;
     slot.Size = kTimestampSize;
     slot.Digits = kMillisecondDigits;
-    slot.Indicator = Store(slot.Fixed, StampOf(parts));
+    slot.Indicator = StoreDate(slot.Fixed.data(), slot.CType, date);
   }
 }
 
@@ -180,6 +192,10 @@ void ParameterValues::SetText(Slot& slot, std::string text) {
 void ParameterValues::BindTo(Statement& statement) {
   Word number = 0;
   for (Slot& slot : slots_) {
+    if (slot.Output) {
+      slot.Output->BindOutput(statement, ++number, slot.Direction, slot.Type, slot.Size, slot.Digits, slot.Given);
+      continue;
+    }
     const bool isFixed = slot.CType != SQL_C_CHAR && slot.CType != SQL_C_BINARY;
     void* const value = isFixed ? static_cast<void*>(slot.Fixed.data()) : slot.Text.data();
     const auto capacity = static_cast<Length>(isFixed ? slot.Fixed.size() : slot.Text.size() + 1);

@@ -9,7 +9,16 @@
 
 namespace velmoria::odbc {
 
-/// The input values of one execution, kept where the driver finds them until the statement has run.
+/// An output parameter as far as it is known; a size or type of 0 is not.
+struct OutputParameter {
+  std::string Name{};
+  std::int32_t Type = 0;
+  std::int32_t Size = 0;
+  Small Digits = 0;
+};
+
+/// The values of one execution, kept where the driver finds them until the statement has run, and those that it leaves
+/// there.
 class ParameterValues {
  public:
   ParameterValues();
@@ -19,7 +28,13 @@ class ParameterValues {
   /// and Null are NULL. A date with a time of day is always sent as a timestamp. Raises 13 for an object or for an
   /// array that is no byte array.
   void Add(const Variant& value, std::int32_t type);
+  /// Adds the buffer of the next marker, which gives a value back and takes `given` before, unless that is null. Raises
+  /// 5 for a type of bytes.
+  void AddOutput(const OutputParameter& parameter, const Variant* given);
+  /// Raises what the conversion of a given value to its parameter's type raises.
   void BindTo(Statement& statement);
+  /// The value that the execution left, by the place of its parameter from 0. Raises 6 for one that is too long.
+  Variant Output(std::size_t place);
 
  private:
   struct Slot;

@@ -27,6 +27,7 @@ Statement::Statement(Connection& connection) : connection_(&connection) {
 
 void Statement::Close() noexcept {
   if (connection_ == nullptr) return;
+  CancelExecution();
   if (handle_ != nullptr) connection_->Calls().FreeHandle(SQL_HANDLE_STMT, handle_);
   connection_->Leave(this);
   handle_ = nullptr;
@@ -51,17 +52,55 @@ void Statement::SetAttribute(Number attribute, ULength value) {
 void Statement::SetPointer(Number attribute, Handle value) { Check(Calls().SetStmtAttr(Get(), attribute, value, 0)); }
 
 void Statement::Prepare(const std::string& text) {
+  AwaitTurn();
   Check(Calls().Prepare(Get(), MutableText(text), static_cast<Number>(text.size())));
 }
 
 void Statement::Execute() {
+  AwaitTurn();
   const Code code = Calls().Execute(Get());
   if (code != SQL_NO_DATA) Check(code);
 }
 
 void Statement::ExecuteDirect(const std::string& text) {
+  AwaitTurn();
   const Code code = Calls().ExecDirect(Get(), MutableText(text), static_cast<Number>(text.size()));
   if (code != SQL_NO_DATA) Check(code);
+}
+
+void Statement::ExecuteInBackground(const std::string& text, bool prepared) {
+  AwaitTurn();
+  execution_ = std::make_unique<Execution>(connection_->Driver().Calls, Get(), text, prepared);
+  connection_->executing_ = this;
+}
+
+void Statement::FinishExecution() {
+  if (!execution_) return;
+  const Code code = execution_->Wait();
+  EndExecution();
+  if (code != SQL_NO_DATA) Check(code);
+}
+
+void Statement::CancelExecution() noexcept {
+  if (!execution_) return;
+  execution_->Cancel();
+  EndExecution();
+}
+
+void Statement::EndExecution() noexcept {
+  execution_.reset();
+  if (connection_->executing_ == this) connection_->executing_ = nullptr;
+}
+
+void Statement::AwaitTurn() const {
+  if (connection_ != nullptr) connection_->AwaitExecution();
+}
+
+bool Statement::MoreResults() {
+  const Code code = Calls().MoreResults(Get());
+  if (code == SQL_NO_DATA) return false;
+  Check(code);
+  return true;
 }
 
 void Statement::EndResult() noexcept {

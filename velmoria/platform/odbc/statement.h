@@ -1,13 +1,15 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "velmoria/platform/odbc/connection.h"
+#include "velmoria/platform/odbc/execution.h"
 
 namespace velmoria::odbc {
 
-/// A statement handle. It ends with its owner or with its connection, whichever comes first; after that IsOpen is false
-/// and every use raises 40071.
+/// A statement handle. It ends with its owner or with its connection, whichever comes first, and what it runs is
+/// stopped; after that IsOpen is false and every use raises 40071.
 class Statement {
  public:
   explicit Statement(Connection& connection);
@@ -28,6 +30,18 @@ class Statement {
   /// Success without data is success, too.
   void Execute();
   void ExecuteDirect(const std::string& text);
+
+  /// Prepares and executes, or executes directly, on a thread of its own. What is bound has to stay until
+  /// FinishExecution or Close. The connection does nothing else meanwhile: whatever needs it waits.
+  void ExecuteInBackground(const std::string& text, bool prepared);
+  bool IsExecuting() const noexcept { return execution_ && execution_->IsRunning(); }
+  /// Waits for an execution in the background and raises its failure; does nothing without one.
+  void FinishExecution();
+  /// Stops what runs in the background and waits for its end, which is then no failure.
+  void CancelExecution() noexcept;
+
+  /// Goes to the next result of the execution; false behind the last one, with the output parameters filled.
+  bool MoreResults();
   /// Ends the result of the last execution, if there is one.
   void EndResult() noexcept;
   void UnbindColumns() noexcept;
@@ -37,15 +51,20 @@ class Statement {
   /// Rows changed by the last execution; -1 when the driver cannot tell.
   Length RowsAffected();
 
+  /// Waits for what the connection runs in the background.
+  void AwaitTurn() const;
+
   odbc::Calls& Calls() const;
   Handle Get() const;
   void Check(Code code) const;
 
  private:
   friend class Connection;
+  void EndExecution() noexcept;
 
   Connection* connection_;
   Handle handle_ = nullptr;
+  std::unique_ptr<Execution> execution_;
 };
 
 }  // namespace velmoria::odbc

@@ -1,6 +1,10 @@
 #include "velmoria/platform/rdo/rdo_column.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "velmoria/platform/rdo/rdo_cursor.h"
+#include "velmoria/runtime/error.h"
 
 namespace velmoria {
 
@@ -14,6 +18,25 @@ std::string_view rdoColumn::ReportedType() const noexcept { return "rdoColumn"; 
 rdoNumber rdoColumn::Attributes() const noexcept {
   return (info_.IsFixed ? rdFixedColumn : rdVariableColumn) | (info_.AutoIncrement ? rdAutoIncrColumn : 0) |
          (info_.Updatable ? rdUpdatableColumn : 0);
+}
+
+rdoNumber rdoColumn::ColumnSize() const {
+  if (!info_.IsLong) return -1;
+  const auto& bytes = cursor_->LongValue(place_);
+  return bytes ? static_cast<rdoNumber>(bytes->size()) : -1;
+}
+
+Variant rdoColumn::GetChunk(rdoNumber size) {
+  if (!info_.IsLong || size < 0) Fail(RuntimeFailure::InvalidArgument);
+  const auto& bytes = cursor_->LongValue(place_);
+  if (!bytes) return Variant::Null();
+  if (chunkPosition_ != cursor_->Position()) chunkOffset_ = 0;
+  chunkPosition_ = cursor_->Position();
+  if (chunkOffset_ >= bytes->size()) return {};
+  const auto first = bytes->begin() + static_cast<std::ptrdiff_t>(chunkOffset_);
+  const auto count = std::min(static_cast<std::size_t>(size), bytes->size() - chunkOffset_);
+  chunkOffset_ += count;
+  return std::vector<Byte>(first, first + static_cast<std::ptrdiff_t>(count));
 }
 
 Variant rdoColumn::Value() const { return cursor_->Value(place_); }

@@ -36,6 +36,12 @@ class rdoColumn : public Object {
   bool ChunkRequired() const noexcept { return info_.IsLong; }
   /// Counts from 1.
   rdoNumber OrdinalPosition() const noexcept { return static_cast<rdoNumber>(place_) + 1; }
+  /// The length of a long column's value in the current row, in bytes; -1 for a Null and for a column that is not long.
+  /// Raises 40009 when the result has no current row, 40088 when a forward-only result has left it.
+  rdoNumber ColumnSize() const;
+  /// The next bytes of the long column's value, at most as many as asked for, as a byte array; Null for a Null, and
+  /// Empty behind the last byte. Another row begins anew. Raises as ColumnSize, and 5 for a column that is not long.
+  Variant GetChunk(rdoNumber size);
   /// Empty for a long column. Raises 40009 when the result has no current row.
   Variant Value() const;
 
@@ -43,6 +49,8 @@ class rdoColumn : public Object {
   odbc::ColumnInfo info_;
   std::size_t place_;
   RdoCursorPtr cursor_;
+  long long chunkPosition_ = 0;  // the row that chunks have been taken of
+  std::size_t chunkOffset_ = 0;
 };
 
 }  // namespace velmoria

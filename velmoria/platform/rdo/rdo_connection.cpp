@@ -5,7 +5,9 @@
 #include <sql.h>
 #include <sqlext.h>
 
+#include "velmoria/platform/odbc/markers.h"
 #include "velmoria/platform/odbc/statement.h"
+#include "velmoria/platform/rdo/rdo_cursor.h"
 #include "velmoria/platform/rdo/rdo_engine.h"
 #include "velmoria/platform/rdo/rdo_environment.h"
 #include "velmoria/platform/rdo/rdo_query.h"
@@ -28,11 +30,21 @@ constexpr std::array kGreetings = {
     Greeting{"MariaDB", "SET SESSION sql_mode = CONCAT(@@SESSION.sql_mode, ',NO_BACKSLASH_ESCAPES')"},
 };
 
+// When it refuses a text of several statements, its lock of the connection stays with the thread that sent it, and
+// every other thread would wait for ever.
+constexpr std::string_view kOneThreadDriver = "maodbc";
+
+// It prepares a call that returns a value without its parameters, which then is another function.
+constexpr std::string_view kNoPreparedReturnsDriver = "psqlodbc";
+
 }  // namespace
 
 rdoConnection::rdoConnection(rdoEnvironmentPtr environment, const std::string& connect, rdoNumber prompt, bool readOnly)
     : environment_(std::move(environment)), handle_(environment_->handle_) {
   handle_.Open(connect, prompt == rdDriverPrompt, readOnly);
+  oneAtATime_ = handle_.InfoNumber(SQL_MAX_CONCURRENT_ACTIVITIES) == 1;
+  commitKeepsResults_ = handle_.InfoNumber(SQL_CURSOR_COMMIT_BEHAVIOR) == SQL_CB_PRESERVE;
+  rollbackKeepsResults_ = handle_.InfoNumber(SQL_CURSOR_ROLLBACK_BEHAVIOR) == SQL_CB_PRESERVE;
   GreetServer();
   environment_->Join(this);
 }
@@ -84,13 +96,37 @@ void rdoConnection::Close() {
   Disconnect();
 }
 
+void rdoConnection::MakeRoom() noexcept {
+  if (oneAtATime_) FetchResults();
+}
+
+bool rdoConnection::NeedsThisThread(const std::string& sql) {
+  return odbc::HasSeveralStatements(sql) &&
+         handle_.InfoText(SQL_DRIVER_NAME).find(kOneThreadDriver) != std::string::npos;
+}
+
+bool rdoConnection::PreparesReturns() {
+  return handle_.InfoText(SQL_DRIVER_NAME).find(kNoPreparedReturnsDriver) == std::string::npos;
+}
+
+// A cursor that is read to its end leaves the list, so a copy is walked.
+void rdoConnection::FetchResults() noexcept {
+  for (auto* const cursor : std::vector<RdoCursor*>(cursors_)) cursor->FetchRest();
+}
+
+void rdoConnection::Enter(RdoCursor* cursor) { cursors_.push_back(cursor); }
+
+void rdoConnection::Leave(RdoCursor* cursor) noexcept { std::erase(cursors_, cursor); }
+
 void rdoConnection::Begin() {
   if (inTransaction_) return;
+  MakeRoom();
   handle_.SetAutoCommit(false);
   inTransaction_ = true;
 }
 
 void rdoConnection::End(bool commit) {
+  if (oneAtATime_ || !(commit ? commitKeepsResults_ : rollbackKeepsResults_)) FetchResults();
   handle_.EndTransaction(commit);
   if (!inTransaction_) return;
   handle_.SetAutoCommit(true);

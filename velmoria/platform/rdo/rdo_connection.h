@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "velmoria/platform/odbc/connection.h"
 #include "velmoria/platform/rdo/constants.h"
@@ -31,6 +32,13 @@ class rdoConnection : public Object {
   void CommitTrans();
   void RollbackTrans();
 
+  /// Called before a statement runs: where the driver has one result at a time, what is left of the others is fetched.
+  void MakeRoom() noexcept;
+  /// Whether the driver wants this text on the thread that otherwise uses the connection.
+  bool NeedsThisThread(const std::string& sql);
+  /// Whether the driver can prepare a call that returns a value.
+  bool PreparesReturns();
+
   /// Whether the link to the server is gone and no transaction with it: one that is lost is its owner's to end.
   bool IsLost() noexcept { return !inTransaction_ && handle_.IsLost(); }
   void Close();
@@ -40,6 +48,10 @@ class rdoConnection : public Object {
 
  private:
   friend class rdoEnvironment;
+  friend class RdoCursor;
+  void Enter(RdoCursor* cursor);
+  void Leave(RdoCursor* cursor) noexcept;
+  void FetchResults() noexcept;
   void GreetServer();
   void Begin();
   void End(bool commit);
@@ -48,6 +60,10 @@ class rdoConnection : public Object {
 
   rdoEnvironmentPtr environment_;
   odbc::Connection handle_;
+  std::vector<RdoCursor*> cursors_;  // those that still need the driver
+  bool oneAtATime_ = false;
+  bool commitKeepsResults_ = true;
+  bool rollbackKeepsResults_ = true;
   bool inTransaction_ = false;
 };
 

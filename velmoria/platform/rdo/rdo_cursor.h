@@ -1,9 +1,13 @@
 #pragma once
 
+#include <exception>
 #include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "velmoria/platform/odbc/block_fetch.h"
+#include "velmoria/platform/odbc/parameters.h"
 #include "velmoria/platform/rdo/constants.h"
 #include "velmoria/platform/rdo/fwd.h"
 #include "velmoria/runtime/object.h"
@@ -12,13 +16,27 @@
 namespace velmoria {
 
 /// The rows of an open result that have been fetched so far, and the place in them: what a result and its columns
-/// share. Positions count from 1; 0 is before the first row, one more than the number of rows is after the last. The
-/// statement ends as soon as its last row has been fetched.
+/// share. Positions count from 1; 0 is before the first row, one more than the number of rows is after the last.
+///
+/// It owns the statement, and keeps the connection alive while it needs the driver: until the last row has been
+/// fetched, or until Close where there are long columns, which are not fetched with their row.
 class RdoCursor : public Object {
  public:
-  RdoCursor(rdoEnginePtr engine, std::unique_ptr<odbc::Statement> statement,
-            const std::vector<odbc::ColumnInfo>& columns, bool forwardOnly);
+  /// Takes over a statement that has been executed, or that is being executed in the background, and what is bound to
+  /// it.
+  RdoCursor(rdoConnectionPtr connection, std::unique_ptr<odbc::Statement> statement,
+            std::unique_ptr<odbc::ParameterValues> values, bool forwardOnly);
   ~RdoCursor() override;
+
+  /// Whether the execution in the background goes on; a flag is looked at.
+  bool IsExecuting() const noexcept { return statement_ && statement_->IsExecuting(); }
+  /// Waits for the execution, then opens its first result that has columns; a second time it gives the same. A failure
+  /// is raised once, and the cursor is closed by it.
+  const std::vector<odbc::ColumnInfo>& Open();
+  /// Stops the execution of a cursor that has not been opened, and closes it.
+  void Cancel() noexcept;
+  /// Fetches what is left, so that the driver is free. What fails is raised when the rows are asked for.
+  void FetchRest() noexcept;
 
   long long Position() const noexcept { return position_; }
   bool HasRow() const noexcept { return position_ >= 1 && position_ <= Fetched(); }
@@ -32,21 +50,38 @@ class RdoCursor : public Object {
   void GoToLast();
   RowBlock Take(long long rows);
   Variant Value(std::size_t column) const;
+  /// The bytes of a long column in the current row; none for a Null. Kept until another one is asked for.
+  const std::optional<std::string>& LongValue(std::size_t column);
   void Close() noexcept;
   void RequireOpen() const;
 
  private:
+  struct Long {
+    long long Position = 0;
+    std::size_t Column = 0;
+    std::optional<std::string> Bytes{};
+  };
+
   bool FetchMore();
   /// Fetches until the position is known to exist or the end is reached.
   bool Reach(long long position);
+  void RequireRow() const;
+  void EndStatement() noexcept;
   long long Fetched() const noexcept { return static_cast<long long>(rows_.Rows()); }
 
   rdoEnginePtr engine_;
+  rdoConnectionPtr connection_;  // none once the statement has ended
+  std::unique_ptr<odbc::ParameterValues> values_;
   std::unique_ptr<odbc::Statement> statement_;
-  std::unique_ptr<odbc::BlockFetch> fetch_;  // none once the last row has been fetched
+  std::vector<odbc::ColumnInfo> columns_;
+  std::unique_ptr<odbc::BlockFetch> fetch_;
+  std::exception_ptr failure_;  // of FetchRest
   RowBlock rows_;
+  std::unique_ptr<Long> long_;
   long long position_ = 1;
   bool forwardOnly_;
+  bool opened_ = false;
+  bool ended_ = false;  // the last row has been fetched
   bool closed_ = false;
   bool failed_ = false;
 };

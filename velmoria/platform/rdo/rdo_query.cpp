@@ -1,7 +1,12 @@
 #include "velmoria/platform/rdo/rdo_query.h"
 
+#include <algorithm>
+
+#include <sql.h>
+#include <sqlext.h>
+
 #include "velmoria/platform/odbc/markers.h"
-#include "velmoria/platform/odbc/parameters.h"
+#include "velmoria/platform/odbc/procedure.h"
 #include "velmoria/platform/rdo/rdo_connection.h"
 #include "velmoria/platform/rdo/rdo_engine.h"
 #include "velmoria/platform/rdo/rdo_parameter.h"
@@ -10,6 +15,17 @@
 #include "velmoria/runtime/text.h"
 
 namespace velmoria {
+namespace {
+
+void Describe(rdoParameter& parameter, const odbc::ProcedureParameter& described) {
+  parameter.SetName(described.Name);
+  parameter.SetType(described.Type);
+  parameter.SetSize(described.Size, described.Digits);
+  if (described.Kind == SQL_PARAM_INPUT_OUTPUT) parameter.SetDirection(rdParamInputOutput);
+  if (described.Kind == SQL_PARAM_OUTPUT) parameter.SetDirection(rdParamOutput);
+}
+
+}  // namespace
 
 rdoQuery::rdoQuery(rdoConnectionPtr connection, std::string name, std::string sql)
     : connection_(std::move(connection)), name_(std::move(name)) {
@@ -23,11 +39,13 @@ std::string_view rdoQuery::ReportedType() const noexcept { return "rdoQuery"; }
 void rdoQuery::SetSQL(std::string value) {
   executed_.reset();
   sql_ = std::move(value);
+  preparable_ = true;
   parameters_.clear();
   const std::size_t markers = odbc::CountMarkers(sql_);
   for (std::size_t number = 1; number <= markers; ++number) {
     parameters_.push_back(Make<rdoParameter>("Param" + NumberText(static_cast<long long>(number))));
   }
+  NameParameters();
 }
 
 void rdoQuery::SetPrepared(bool value) {
@@ -35,45 +53,81 @@ void rdoQuery::SetPrepared(bool value) {
   executed_.reset();
 }
 
-void rdoQuery::Run(odbc::Statement& statement) const {
-  odbc::ParameterValues values;
+// A procedure that the catalogue describes otherwise than it is called, an overloaded one perhaps, keeps the order of
+// its markers for names.
+void rdoQuery::NameParameters() {
+  const auto call = odbc::ParseCall(sql_);
+  if (!call || parameters_.empty()) return;
+  connection_->MakeRoom();
+  const auto described = odbc::DescribeProcedure(connection_->Handle(), *call);
+  connection_->Engine()->rdoErrors().clear();
+  if (call->Returns) {
+    preparable_ = connection_->PreparesReturns();
+    parameters_.front()->SetName(std::string(odbc::kReturnValue));
+    parameters_.front()->SetDirection(rdParamReturnValue);
+  }
+  if (described.size() != parameters_.size()) return;
+  for (std::size_t place = 0; place < described.size(); ++place) Describe(*parameters_[place], described[place]);
+}
+
+std::unique_ptr<odbc::ParameterValues> rdoQuery::Bind(odbc::Statement& statement) const {
+  auto values = std::make_unique<odbc::ParameterValues>();
   for (const auto& parameter : parameters_) {
-    if (parameter->Direction() != rdParamInput) {
-      Fail(RuntimeFailure::InvalidArgument, "The parameter '" + parameter->Name() + "' is no input parameter.");
+    if (parameter->Direction() == rdParamInput) {
+      values->Add(parameter->Value(), parameter->Type());
+      continue;
     }
-    values.Add(parameter->Value(), parameter->Type());
+    const bool takes = parameter->Direction() == rdParamInputOutput;
+    values->AddOutput({.Name = parameter->Name(),
+                       .Type = parameter->Type(),
+                       .Size = parameter->Size(),
+                       .Digits = static_cast<odbc::Small>(parameter->Decimals())},
+                      takes ? &parameter->Value() : nullptr);
   }
-  values.BindTo(statement);
-  if (prepared_) {
-    statement.Execute();
-  } else {
-    statement.ExecuteDirect(sql_);
+  values->BindTo(statement);
+  return values;
+}
+
+void rdoQuery::TakeOutputs(odbc::ParameterValues& values) {
+  for (std::size_t place = 0; place < parameters_.size(); ++place) {
+    if (parameters_[place]->Direction() != rdParamInput) parameters_[place]->SetValue(values.Output(place));
   }
-  if (!parameters_.empty()) statement.UnbindParameters();
 }
 
 void rdoQuery::Execute() {
+  connection_->MakeRoom();
   connection_->Engine()->rdoErrors().clear();
   // On a failure the statement ends; the next Execute begins with a new one.
   auto statement = std::move(executed_);
   if (!statement || !statement->IsOpen()) {
     statement = std::make_unique<odbc::Statement>(connection_->Handle());
-    if (prepared_) statement->Prepare(sql_);
+    if (Prepares()) statement->Prepare(sql_);
   }
   rowsAffected_ = -1;
-  Run(*statement);
+  const auto values = Bind(*statement);
+  Prepares() ? statement->Execute() : statement->ExecuteDirect(sql_);
   rowsAffected_ = statement->RowsAffected();
+  while (statement->MoreResults()) {}
+  TakeOutputs(*values);
   statement->EndResult();
-  if (prepared_) executed_ = std::move(statement);
+  if (!parameters_.empty()) statement->UnbindParameters();
+  if (Prepares()) executed_ = std::move(statement);
 }
 
 rdoResultsetPtr rdoQuery::OpenResultset(const OpenResultsetArguments& arguments) {
+  connection_->MakeRoom();
   connection_->Engine()->rdoErrors().clear();
   auto statement = std::make_unique<odbc::Statement>(connection_->Handle());
   if (arguments.Type != rdOpenForwardOnly) statement->AskForScrolling();
-  if (prepared_) statement->Prepare(sql_);
-  Run(*statement);
-  return Make<rdoResultset>(connection_, std::move(statement), arguments.Type);
+  const bool background = (arguments.Options & rdAsyncEnable) != 0 && !connection_->NeedsThisThread(sql_);
+  if (Prepares() && !background) statement->Prepare(sql_);
+  auto values = Bind(*statement);
+  if (background) {
+    statement->ExecuteInBackground(sql_, Prepares());
+  } else {
+    Prepares() ? statement->Execute() : statement->ExecuteDirect(sql_);
+  }
+  return Make<rdoResultset>(connection_, std::move(statement), std::move(values), arguments.Type);
 }
 
 void rdoQuery::Close() {

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "velmoria/platform/odbc/parameters.h"
 #include "velmoria/platform/odbc/statement.h"
 #include "velmoria/platform/rdo/constants.h"
 #include "velmoria/platform/rdo/fwd.h"
@@ -19,8 +20,8 @@ struct OpenResultsetArguments {
 };
 
 /// A statement text with its parameters, run as often as wanted. Results opened from it are independent of it and of
-/// one another. Execute and OpenResultset raise 5 when a parameter is no input parameter, 13 when its value cannot be
-/// sent.
+/// one another. Execute and OpenResultset raise 13 when the value of a parameter cannot be sent, 5 when bytes are to
+/// come back in one.
 class rdoQuery : public Object {
  public:
   rdoQuery(rdoConnectionPtr connection, std::string name, std::string sql);
@@ -29,7 +30,8 @@ class rdoQuery : public Object {
 
   std::string Name() const { return name_; }
   std::string SQL() const { return sql_; }
-  /// Makes the parameters anew.
+  /// Makes the parameters anew. Those of a "{ ? = call name ( ... ) }" are named, typed and directed as the catalogue
+  /// has them, if it lists as many as there are markers.
   void SetSQL(std::string value);
   /// True, the default: the server prepares the text first. False: the text is executed directly.
   bool Prepared() const noexcept { return prepared_; }
@@ -38,21 +40,27 @@ class rdoQuery : public Object {
   /// One for each marker, in their order, the first at 0. A "?" inside quotes or a comment is no marker.
   const std::vector<rdoParameterPtr>& rdoParameters() const noexcept { return parameters_; }
 
-  /// Runs the text and drops a result that it may give.
+  /// Runs the text to the end of its last result, which are all dropped, then takes the values that come back.
   void Execute();
   /// How many rows the last Execute changed, -1 when the driver cannot tell.
   long long RowsAffected() const noexcept { return rowsAffected_; }
+  /// Opens the first result that has columns. With rdAsyncEnable the server works on while the caller goes on, and a
+  /// failure of it is raised by the result.
   rdoResultsetPtr OpenResultset(const OpenResultsetArguments& arguments = {});
 
   void Close();
 
  private:
-  void Run(odbc::Statement& statement) const;
+  std::unique_ptr<odbc::ParameterValues> Bind(odbc::Statement& statement) const;
+  void NameParameters();
+  bool Prepares() const noexcept { return prepared_ && preparable_; }
+  void TakeOutputs(odbc::ParameterValues& values);
 
   rdoConnectionPtr connection_;
   std::string name_;
   std::string sql_;
   bool prepared_ = true;
+  bool preparable_ = true;  // by the driver
   std::vector<rdoParameterPtr> parameters_;
   std::unique_ptr<odbc::Statement> executed_;  // prepared, and kept for the next Execute
   long long rowsAffected_ = -1;

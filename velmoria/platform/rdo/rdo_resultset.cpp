@@ -10,13 +10,30 @@
 
 namespace velmoria {
 
-rdoResultset::rdoResultset(rdoConnectionPtr connection, std::unique_ptr<odbc::Statement> statement, rdoNumber type)
-    : connection_(std::move(connection)), type_(type) {
-  auto columns = odbc::DescribeColumns(*statement);
-  cursor_ = Make<RdoCursor>(connection_->Engine(), std::move(statement), columns, type == rdOpenForwardOnly);
+rdoResultset::rdoResultset(const rdoConnectionPtr& connection, std::unique_ptr<odbc::Statement> statement,
+                           std::unique_ptr<odbc::ParameterValues> values, rdoNumber type)
+    : engine_(connection->Engine()), type_(type) {
+  const bool isExecuting = statement->IsExecuting();
+  const bool forwardOnly = type == rdOpenForwardOnly;
+  cursor_ = Make<RdoCursor>(connection, std::move(statement), std::move(values), forwardOnly);
+  if (!isExecuting) Describe();
+}
+
+rdoResultset::~rdoResultset() = default;
+
+std::string_view rdoResultset::ReportedType() const noexcept { return "rdoResultset"; }
+
+RdoCursor& rdoResultset::Cursor() const {
+  if (!described_) Describe();
+  return *cursor_;
+}
+
+void rdoResultset::Describe() const {
+  const auto& columns = cursor_->Open();
+  described_ = true;
   for (std::size_t place = 0; place < columns.size(); ++place) {
-    const std::string name = columns[place].Name;
-    auto column = Make<rdoColumn>(std::move(columns[place]), place, cursor_);
+    const std::string& name = columns[place].Name;
+    auto column = Make<rdoColumn>(columns[place], place, cursor_);
     if (name.empty() || columns_.FindKey(name) != nullptr) {
       columns_.Add(std::move(column));
     } else {
@@ -25,61 +42,69 @@ rdoResultset::rdoResultset(rdoConnectionPtr connection, std::unique_ptr<odbc::St
   }
 }
 
-rdoResultset::~rdoResultset() = default;
+bool rdoResultset::StillExecuting() const noexcept { return cursor_->IsExecuting(); }
 
-std::string_view rdoResultset::ReportedType() const noexcept { return "rdoResultset"; }
+void rdoResultset::Cancel() {
+  engine_->rdoErrors().clear();
+  cursor_->Cancel();
+}
 
-bool rdoResultset::AtBOF() const { return cursor_->AtBOF(); }
+const KeyedList<rdoColumnPtr>& rdoResultset::rdoColumns() const {
+  Cursor();
+  return columns_;
+}
 
-bool rdoResultset::AtEOF() const { return cursor_->AtEOF(); }
+bool rdoResultset::AtBOF() const { return Cursor().AtBOF(); }
+
+bool rdoResultset::AtEOF() const { return Cursor().AtEOF(); }
 
 Variant rdoResultset::Bookmark() const {
-  cursor_->RequireOpen();
-  if (!cursor_->HasRow()) throw Error(rdErrNoCurrentRow, "The result has no current row.");
-  return static_cast<std::int32_t>(cursor_->Position());
+  Cursor().RequireOpen();
+  if (!Cursor().HasRow()) throw Error(rdErrNoCurrentRow, "The result has no current row.");
+  return static_cast<std::int32_t>(Cursor().Position());
 }
 
 void rdoResultset::SetBookmark(const Variant& value) {
   const std::int32_t position = value.AsLong();
-  cursor_->RequireOpen();
+  Cursor().RequireOpen();
   if (position < 1) Fail(RuntimeFailure::InvalidArgument);
-  const long long before = cursor_->Position();
-  cursor_->GoTo(position);
-  if (cursor_->HasRow()) return;
-  if (cursor_->RowCount() > 0 && type_ != rdOpenForwardOnly) cursor_->GoTo(before);
+  const long long before = Cursor().Position();
+  Cursor().GoTo(position);
+  if (Cursor().HasRow()) return;
+  if (Cursor().RowCount() > 0 && type_ != rdOpenForwardOnly) Cursor().GoTo(before);
   Fail(RuntimeFailure::InvalidArgument);
 }
 
 long long rdoResultset::AbsolutePosition() const {
-  cursor_->RequireOpen();
-  return cursor_->HasRow() ? cursor_->Position() : -1;
+  Cursor().RequireOpen();
+  return Cursor().HasRow() ? Cursor().Position() : -1;
 }
 
-void rdoResultset::SetAbsolutePosition(long long value) { cursor_->GoTo(value); }
+void rdoResultset::SetAbsolutePosition(long long value) { Cursor().GoTo(value); }
 
 long long rdoResultset::RowCount() const {
-  cursor_->RequireOpen();
-  return cursor_->RowCount();
+  Cursor().RequireOpen();
+  return Cursor().RowCount();
 }
 
-void rdoResultset::MoveFirst() { cursor_->GoTo(1); }
+void rdoResultset::MoveFirst() { Cursor().GoTo(1); }
 
-void rdoResultset::MoveLast() { cursor_->GoToLast(); }
+void rdoResultset::MoveLast() { Cursor().GoToLast(); }
 
 void rdoResultset::MoveNext() { Move(1); }
 
 void rdoResultset::MovePrevious() { Move(-1); }
 
 void rdoResultset::Move(long long rows) {
-  const long long from = cursor_->Position();
+  const long long from = Cursor().Position();
   const bool beyond = rows > std::numeric_limits<long long>::max() - from;
-  cursor_->GoTo(beyond ? std::numeric_limits<long long>::max() : from + rows);
+  Cursor().GoTo(beyond ? std::numeric_limits<long long>::max() : from + rows);
 }
 
-RowBlock rdoResultset::GetRows(long long rows) { return cursor_->Take(rows); }
+RowBlock rdoResultset::GetRows(long long rows) { return Cursor().Take(rows); }
 
 void rdoResultset::Close() {
-  connection_->Engine()->rdoErrors().clear();
+  engine_->rdoErrors().clear();
   cursor_->Close();
 }
 

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string_view>
 
-#include "velmoria/platform/odbc/columns.h"
+#include "velmoria/platform/odbc/parameters.h"
 #include "velmoria/platform/rdo/constants.h"
 #include "velmoria/platform/rdo/fwd.h"
 #include "velmoria/runtime/keyed_list.h"
@@ -18,10 +18,15 @@ namespace velmoria {
 /// Moves never fail for lack of rows: beyond an end they stop before the first or after the last row, and on an empty
 /// result they do nothing. A result opened rdOpenForwardOnly refuses, with 40088, to move to its last row or to any row
 /// before the current one. After Close everything but AtBOF, AtEOF (both true) and Close raises 40071.
+///
+/// A result opened with rdAsyncEnable runs its statement in the background. Whatever needs the result before the end of
+/// that waits for it, and raises the failure of the open; only StillExecuting, Cancel and Close do not. Its end stops
+/// the statement.
 class rdoResultset : public Object {
  public:
-  /// Takes over an executed statement.
-  rdoResultset(rdoConnectionPtr connection, std::unique_ptr<odbc::Statement> statement, rdoNumber type);
+  /// Takes over an executed statement, or one that is being executed in the background, and what is bound to it.
+  rdoResultset(const rdoConnectionPtr& connection, std::unique_ptr<odbc::Statement> statement,
+               std::unique_ptr<odbc::ParameterValues> values, rdoNumber type);
   ~rdoResultset() override;
   std::string_view ReportedType() const noexcept override;
 
@@ -29,7 +34,11 @@ class rdoResultset : public Object {
   rdoNumber Type() const noexcept { return type_; }
   bool AtBOF() const;
   bool AtEOF() const;
-  bool StillExecuting() const noexcept { return false; }
+  /// Whether the open still runs in the background. Only a flag is looked at.
+  bool StillExecuting() const noexcept;
+  /// Stops an open in the background, also one that has ended and has not been looked at; the result is then closed.
+  /// Does nothing to a result that is open.
+  void Cancel();
 
   bool Bookmarkable() const noexcept { return true; }
   /// The 1-based position as a Long. Reading raises 40009 without a current row, setting raises 5 for a position that
@@ -43,7 +52,7 @@ class rdoResultset : public Object {
   long long RowCount() const;
 
   /// In the order of the result, positions from 1; of columns with the same name the first one has the key.
-  const KeyedList<rdoColumnPtr>& rdoColumns() const noexcept { return columns_; }
+  const KeyedList<rdoColumnPtr>& rdoColumns() const;
 
   void MoveFirst();
   void MoveLast();
@@ -58,10 +67,14 @@ class rdoResultset : public Object {
   void Close();
 
  private:
-  rdoConnectionPtr connection_;
+  RdoCursor& Cursor() const;
+  void Describe() const;
+
+  rdoEnginePtr engine_;
   rdoNumber type_;
   RdoCursorPtr cursor_;
-  KeyedList<rdoColumnPtr> columns_;
+  mutable bool described_ = false;
+  mutable KeyedList<rdoColumnPtr> columns_;
 };
 
 }  // namespace velmoria
