@@ -46,7 +46,10 @@ TEST_P(RowModelTest, RowsAndTableAgreeWithTheModelAfterEveryStep) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Pages, RowModelTest,
-                         testing::Values(Run{1'000, 600, 0}, Run{2'000, 600, 2}, Run{3'000, 400, 3}));
+                         testing::Values(Run{100'000, 5'000, 0}, Run{110'000, 5'000, 0}, Run{120'000, 5'000, 0},
+                                         Run{200'000, 5'000, 1}, Run{300'000, 5'000, 2}, Run{310'000, 5'000, 2},
+                                         Run{320'000, 5'000, 2}, Run{400'000, 5'000, 3}, Run{410'000, 5'000, 3},
+                                         Run{500'000, 5'000, 4}));
 
 class WrongRowModelTest : public testing::TestWithParam<RowMistake> {};
 
@@ -58,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(Table, WrongRowModelTest,
 
 TEST(DrawnRowStepsTest, SequencesMeetEveryRefusal) {
   RowWorld world;
-  for (std::uint64_t seed = 0; seed < 200; ++seed) Play(world, DrawnRowSteps(seed), seed % 2 == 0 ? 0 : 2);
+  for (std::uint64_t seed = 0; seed < 800; ++seed) Play(world, DrawnRowSteps(seed), seed % 2 == 0 ? 0 : 2);
   std::set<std::int32_t> refusals{0};
   for (const auto number : {errBusinessObjects_Buffer, errPersistence_Insert, errPersistence_Update,
                             errPersistence_Delete, errPersistence_Deleted, errValue_Required, errValue_Size}) {

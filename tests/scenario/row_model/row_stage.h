@@ -2,14 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <set>
 #include <string>
 #include <vector>
 
 #include "tests/scenario/row_model/row_model.h"
-#include "tests/support/one_action.h"
-#include "tests/support/scoped_apartment.h"
-#include "tests/support/sqlite_file.h"
+#include "tests/scenario/row_model/row_world.h"
 #include "velmoria/runtime/variant.h"
 
 namespace velmoria::test {
@@ -29,18 +26,8 @@ struct RowStep {
 std::vector<RowStep> DrawnRowSteps(std::uint64_t seed);
 std::string Shown(const std::vector<RowStep>& steps);
 
-/// What sequences are played in: a database file, and a design over it.
-struct RowWorld {
-  RowWorld();
-
-  SqliteFile File;
-  ScopedApartment Apartment;
-  OneAction Design;
-  std::set<std::int32_t> Raised;  // the catalogue numbers met so far, 0 for none
-};
-
-/// Plays a sequence on the real thing and on a model, in pages of `buffer` rows, and compares rows and table after each
-/// step. Gives the first difference, or "".
+/// Plays a sequence on the real thing and on a model, in pages of `buffer` rows. Compares the rows after each step, and
+/// the table after each that may write and at the end. Gives the first difference, or "".
 std::string Play(RowWorld& world, const std::vector<RowStep>& steps, std::int32_t buffer,
                  RowMistake wrong = RowMistake::None);
 
