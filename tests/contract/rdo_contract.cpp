@@ -33,7 +33,8 @@ RdoProfile Sqlite() {
           .WhyNoUsers = "Does not apply: SQLite has no users",
           .WhyNoProcedures = "Does not apply: SQLite has no procedures",
           .WhyNoReturnValues = "Does not apply: SQLite has no procedures",
-          .WhyNoBatches = "Does not apply: the SQLite driver takes one statement in a text"};
+          .WhyNoBatches = "Does not apply: the SQLite driver takes one statement in a text",
+          .WhyNoBackslashes = "Does not apply: SQLite knows no escapes"};
 }
 
 RdoProfile Postgres() {
@@ -59,6 +60,7 @@ RdoProfile Postgres() {
           .MakeReturning = {"CREATE FUNCTION public.{own}_double(a int) RETURNS int AS 'SELECT 2 * a' LANGUAGE sql"},
           .MakeRows = {"CREATE FUNCTION public.{own}_rows(a int) RETURNS TABLE ( n int ) AS"
                        " 'SELECT * FROM generate_series(1, a)' LANGUAGE sql"},
+          .WithBackslashes = ";ConnSettings={set standard_conforming_strings = off}",
           .WhyNothingTooLarge = "Does not apply: PostgreSQL keeps to what is declared"};
 }
 
@@ -113,6 +115,8 @@ std::string Replaced(std::string text, const std::string& name, const std::strin
 }
 
 }  // namespace
+
+void PrintTo(const RdoProfile& profile, std::ostream* stream) { *stream << profile.Name; }
 
 std::vector<RdoProfile> RdoProfiles() {
   std::vector<RdoProfile> profiles = {Sqlite()};

@@ -48,13 +48,17 @@ struct RdoProfile {
   std::vector<std::string> MakeReturning{};  // "{own}_double" that returns twice its a
   std::vector<std::string> MakeRows{};       // "{own}_rows" that gives rows 1 to its a
   std::string ForBatches{};                  // what the connect string needs for several statements in one text
+  std::string WithBackslashes{};  // what makes the server give backslashes a meaning, unless it does by itself
 
   std::string WhyNoUsers{};
   std::string WhyNothingTooLarge{};
   std::string WhyNoProcedures{};
   std::string WhyNoReturnValues{};
   std::string WhyNoBatches{};
+  std::string WhyNoBackslashes{};
 };
+
+void PrintTo(const RdoProfile& profile, std::ostream* stream);
 
 /// A connection to a database with a table of every kind of column, made anew for each test.
 class RdoContract : public ::testing::TestWithParam<RdoProfile> {

@@ -125,6 +125,28 @@ TEST_P(RdoContract, BackslashIsAnOrdinaryCharacter) {
   EXPECT_EQ(Value("SELECT w FROM words"), Variant("a\\'b\\n"));
 }
 
+TEST_P(RdoContract, ServerThatGivesBackslashesAMeaningIsToldNotTo) {
+  if (!Profile().WhyNoBackslashes.empty()) GTEST_SKIP() << Profile().WhyNoBackslashes;
+  const auto told = ConnectWith(connectText + Profile().WithBackslashes);
+  const auto value = [&](const std::string& sql) {
+    return told->CreateQuery("", sql)->OpenResultset({.Type = rdOpenKeyset})->GetRows(1).Value(0, 0);
+  };
+  EXPECT_EQ(value("SELECT length('\\') AS n").AsLong(), 1);
+  EXPECT_EQ(value("SELECT length('a\\''b') AS n").AsLong(), 4);
+}
+
+TEST_P(RdoContract, TextWithACharacter0IsRefused) {
+  const std::string text = std::string("SELECT 'a") + '\0' + "b' AS a";
+  for (const bool prepared : {true, false}) {
+    for (const rdoNumber options : {0, rdAsyncEnable}) {
+      const auto query = connection->CreateQuery("", text);
+      query->SetPrepared(prepared);
+      ExpectFailure(static_cast<std::int32_t>(RuntimeFailure::InvalidArgument), "character 0",
+                    [&] { query->OpenResultset({.Options = options}); });
+    }
+  }
+}
+
 TEST_P(RdoContract, ValueLongerThanItsColumnDeclaresIsReadWhole) {
   // Where a server keeps to what is declared, the value is longer than any slot instead.
   Run("CREATE TABLE words ( n int, w " + Profile().LongestText + " )");

@@ -5,10 +5,18 @@
 #include <sql.h>
 #include <sqlext.h>
 
+#include "velmoria/runtime/error.h"
+
 namespace velmoria::odbc {
 namespace {
 
 Char* MutableText(const std::string& text) { return reinterpret_cast<Char*>(const_cast<char*>(text.c_str())); }
+
+// A driver may take the character for the end of the text, and run what stands before it.
+void RefuseZero(const std::string& text) {
+  if (text.find('\0') == std::string::npos) return;
+  Fail(RuntimeFailure::InvalidArgument, "The text of a statement holds a character 0.");
+}
 
 }  // namespace
 
@@ -52,6 +60,7 @@ void Statement::SetAttribute(Number attribute, ULength value) {
 void Statement::SetPointer(Number attribute, Handle value) { Check(Calls().SetStmtAttr(Get(), attribute, value, 0)); }
 
 void Statement::Prepare(const std::string& text) {
+  RefuseZero(text);
   AwaitTurn();
   Check(Calls().Prepare(Get(), MutableText(text), static_cast<Number>(text.size())));
 }
@@ -63,12 +72,14 @@ void Statement::Execute() {
 }
 
 void Statement::ExecuteDirect(const std::string& text) {
+  RefuseZero(text);
   AwaitTurn();
   const Code code = Calls().ExecDirect(Get(), MutableText(text), static_cast<Number>(text.size()));
   if (code != SQL_NO_DATA) Check(code);
 }
 
 void Statement::ExecuteInBackground(const std::string& text, bool prepared) {
+  RefuseZero(text);
   AwaitTurn();
   execution_ = std::make_unique<Execution>(connection_->Driver().Calls, Get(), text, prepared);
   connection_->executing_ = this;

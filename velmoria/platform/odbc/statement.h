@@ -26,6 +26,7 @@ class Statement {
   void SetAttribute(Number attribute, ULength value);
   void SetPointer(Number attribute, Handle value);
 
+  /// A text with a character 0 is refused with 5, here and below.
   void Prepare(const std::string& text);
   /// Success without data is success, too.
   void Execute();
