@@ -244,6 +244,14 @@ TEST_F(BrokeringBadInput, IdentifierGoesBeforeTheNamesOfAnotherClass) {
   EXPECT_EQ(Value(again, "Product"), Variant("Chair"));
 }
 
+TEST_F(BrokeringBadInput, IdentifierOfAClassThatThePinnedServerDoesNotHave) {
+  const auto pinned = NewContext({.ServerName = "Stock", .ServerLocked = true});
+  const IdentifierPtr identifier = Get(2)->Identifier();
+  ExpectRaised(errItem_Class, [&] { pinned->GetBusinessObject({.Identifier = identifier}); },
+               {.Text = "Index: 'Order'"});
+  EXPECT_EQ(pinned->GetBusinessObjects({.ClassName = "Item"})->Count(), 0);
+}
+
 TEST_F(BrokeringBadInput, ParametersOfAnotherTable) {
   const PropertiesPtr parameters = shop_.Design.Line->CreateIdentifier()->Properties()->Copy();
   parameters->Item("LineNo")->SetValue(1);

@@ -95,6 +95,20 @@ TEST_F(BusinessContextBrokerTest, NothingStaysOpenBehindTheObjects) {
   EXPECT_EQ(driver_->Misuses, 0);
 }
 
+TEST_F(BusinessContextBrokerTest, ContextHoldsWhatItHasLoadedAndNotWhatItHasGot) {
+  Design(3000, {.ObjectBuffer = 20});
+  context_->GetBusinessObjects({.ClassName = "Order"}).reset();
+  const auto handles = driver_->OpenHandles();
+  auto got = context_->GetBusinessObjects({.ClassName = "Order"});
+  EXPECT_GT(driver_->OpenHandles(), handles);
+  got.reset();
+  EXPECT_EQ(driver_->OpenHandles(), handles);
+  context_->LoadBusinessObjects({.ClassName = "Order", .Name = "Mine"});
+  EXPECT_GT(driver_->OpenHandles(), handles);
+  context_->Remove("Mine");
+  EXPECT_EQ(driver_->OpenHandles(), handles);
+}
+
 TEST_F(BusinessContextBrokerTest, LockedActionThatLostItsClassFailsAsObjectNotSet) {
   Design(1);
   context_->GetBusinessObjects({.ClassName = "Order"});
