@@ -31,6 +31,8 @@ class VELMORIA_API KeyIndex {
     return kNone;
   }
 
+  /// Whether nothing was reserved or added since it was made or cleared.
+  bool IsEmpty() const noexcept { return slots_.empty(); }
   /// Makes sure that the next Add does not allocate.
   void ReserveOne();
   void Add(std::size_t hash, std::size_t place);

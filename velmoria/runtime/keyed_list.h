@@ -77,12 +77,16 @@ class KeyedList {
   Iterator end() const noexcept { return Iterator(entries_.data() + entries_.size()); }
 
  private:
+  static constexpr std::size_t kSearched = 4;  // so few members are looked through; an index costs more than it finds
+
   const Entry& Checked(std::size_t position) const;
+  /// Makes the index when one more member calls for it, so that filing its key does not allocate.
+  void ReserveOne();
   void InsertEntry(std::size_t position, Entry entry);
   void RefuseKeyInUse(std::string_view key) const;
 
   std::vector<Entry> entries_;
-  KeyIndex index_;
+  KeyIndex index_;  // empty until there were more than kSearched members
 };
 
 }  // namespace velmoria

@@ -16,9 +16,12 @@ const T* KeyedList<T>::FindAt(long long position) const noexcept {
 
 template <class T>
 std::size_t KeyedList<T>::PositionOf(std::string_view key) const noexcept {
-  const std::size_t place =
-      index_.Find(HashFolded(key), [&](std::size_t at) { return EqualFolded(entries_[at].Key, key); });
-  return place + 1;  // KeyIndex::kNone + 1 is 0
+  const auto isKey = [&](std::size_t at) { return EqualFolded(entries_[at].Key, key); };
+  if (!index_.IsEmpty()) return index_.Find(HashFolded(key), isKey) + 1;  // KeyIndex::kNone + 1 is 0
+  for (std::size_t place = 0; place < entries_.size(); ++place) {
+    if (entries_[place].HasKey && isKey(place)) return place + 1;
+  }
+  return 0;
 }
 
 template <class T>
@@ -69,23 +72,32 @@ void KeyedList<T>::RefuseKeyInUse(std::string_view key) const {
 }
 
 template <class T>
+void KeyedList<T>::ReserveOne() {
+  if (!index_.IsEmpty()) return index_.ReserveOne();
+  if (entries_.size() < kSearched) return;
+  KeyIndex index;
+  for (std::size_t place = 0; place < entries_.size(); ++place) {
+    if (entries_[place].HasKey) index.Add(HashFolded(entries_[place].Key), place);
+  }
+  index.ReserveOne();
+  index_ = std::move(index);
+}
+
+template <class T>
 void KeyedList<T>::InsertEntry(std::size_t position, Entry entry) {
   if (position < 1 || position > entries_.size() + 1) Fail(RuntimeFailure::SubscriptOutOfRange);
   const std::size_t place = position - 1;
   const bool keyed = entry.HasKey;
   const bool last = place == entries_.size();
-  const std::size_t hash = keyed ? HashFolded(entry.Key) : 0;
-  if (keyed) {
-    RefuseKeyInUse(entry.Key);
-    index_.ReserveOne();
-  }
+  if (keyed) RefuseKeyInUse(entry.Key);
+  ReserveOne();
   if (last) {
     entries_.push_back(std::move(entry));
   } else {
     entries_.insert(entries_.begin() + static_cast<std::ptrdiff_t>(place), std::move(entry));
     index_.OpenGap(place);
   }
-  if (keyed) index_.Add(hash, place);
+  if (keyed && !index_.IsEmpty()) index_.Add(HashFolded(entries_[place].Key), place);
 }
 
 template <class T>
@@ -112,7 +124,7 @@ template <class T>
 void KeyedList<T>::RemoveAt(std::size_t position) {
   const Entry& entry = Checked(position);
   const std::size_t place = position - 1;
-  if (entry.HasKey) index_.Erase(HashFolded(entry.Key), place);
+  if (entry.HasKey && !index_.IsEmpty()) index_.Erase(HashFolded(entry.Key), place);
   // The member ends last: its destructor may look at this list again.
   const Entry removed = std::move(entries_[place]);
   entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(place));
@@ -134,11 +146,12 @@ void KeyedList<T>::Rename(std::size_t position, std::string_view key) {
   if (holder != 0 && holder != position) Fail(RuntimeFailure::KeyInUse);
   const std::size_t place = position - 1;
   std::string renamed(key);
-  index_.ReserveOne();
-  if (entry.HasKey) index_.Erase(HashFolded(entry.Key), place);
+  const bool indexed = !index_.IsEmpty();
+  if (indexed) index_.ReserveOne();
+  if (entry.HasKey && indexed) index_.Erase(HashFolded(entry.Key), place);
   entries_[place].Key = std::move(renamed);
   entries_[place].HasKey = true;
-  index_.Add(HashFolded(entries_[place].Key), place);
+  if (indexed) index_.Add(HashFolded(entries_[place].Key), place);
 }
 
 template <class T>

@@ -288,6 +288,36 @@ TEST(KeyedListTest, AMemberMayLookAtTheListWhileItEnds) {
   list.Clear();
 }
 
+TEST(KeyedListTest, KeysAreFoundAndRefusedWhetherMembersAreFewOrMany) {
+  KeyedList<int> list;
+  for (int count = 1; count <= 12; ++count) {
+    const std::string key = "Key" + std::to_string(count);
+    if (count % 3 == 0) list.Add(-count);
+    list.Insert(1, count, key);
+    ExpectConsistent(list);
+    EXPECT_EQ(list.FindKey("Missing"), nullptr);
+    EXPECT_EQ(list.FindKey(""), nullptr);
+    ExpectFailure(RuntimeFailure::KeyInUse, kKeyInUse, [&] { list.Add(0, key); });
+  }
+  for (int count = 12; count >= 1; --count) {
+    EXPECT_TRUE(list.RemoveKey("KEY" + std::to_string(count)));
+    EXPECT_EQ(list.FindKey("Key" + std::to_string(count)), nullptr);
+    ExpectConsistent(list);
+  }
+  EXPECT_EQ(Shown(list), "=-3 =-6 =-9 =-12 ");
+}
+
+TEST(KeyedListTest, AKeyGivenByRenameIsFoundWhetherMembersAreFewOrMany) {
+  for (int count = 1; count <= 8; ++count) {
+    KeyedList<int> list;
+    for (int member = 1; member <= count; ++member) list.Add(member);
+    list.Rename(1, "First");
+    list.Rename(1, "Renamed");
+    EXPECT_EQ(list.PositionOf("Renamed"), 1U);
+    EXPECT_EQ(list.FindKey("First"), nullptr);
+  }
+}
+
 TEST(KeyedListTest, ManyMembersStayFindableThroughManyChanges) {
   KeyedList<int> list;
   for (int i = 0; i < 2000; ++i) list.Add(i, "Key" + std::to_string(i));
