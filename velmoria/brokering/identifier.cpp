@@ -23,32 +23,50 @@ void Identifier::Setup(ServerDataPtr server, ClassDataPtr classData, PropertiesP
   properties_ = std::move(properties);
 }
 
+void Identifier::Setup(ServerDataPtr server, ClassDataPtr classData, PropertyPtr part) {
+  server_ = std::move(server);
+  class_ = std::move(classData);
+  part_ = std::move(part);
+}
+
 std::string Identifier::Key(const KeyFormatPtr& keyFormat) const try {
   const auto format = keyFormat ? keyFormat : Present(Apartment().DefaultKeyFormat);
-  const auto separator = format->Separator();
-  const bool includeNames = format->IncludeNames();
   std::string key;
-  if (format->Mixed()) key = ServerName() + separator + ClassName();
-  for (const auto& property : *Present(properties_)) {
-    if (!key.empty()) key += separator;
-    if (includeNames) key += property->Name() + separator;
-    const auto value = property->Value();
-    if (!value.IsNull()) key += value.AsText();
+  if (format->Mixed()) key = ServerName() + format->Separator() + ClassName();
+  if (part_) {
+    AppendValue(key, *part_, *format);
+  } else {
+    for (const auto& property : *Present(properties_)) AppendValue(key, *property, *format);
   }
   return key;
 } catch (...) { Failed("Key"); }
 
-bool Identifier::Dirty() const { return properties_ && properties_->DirtyValues(); }
+void Identifier::AppendValue(std::string& key, const Property& part, const velmoria::KeyFormat& format) const {
+  if (!key.empty()) key += format.Separator();
+  if (format.IncludeNames()) key.append(part.Name()).append(format.Separator());
+  const auto value = part.Value();
+  if (!value.IsNull()) key += value.AsText();
+}
+
+bool Identifier::Dirty() const { return part_ ? part_->DirtyValue() : properties_ && properties_->DirtyValues(); }
 
 std::string Identifier::ServerName() const { return server_ ? server_->Name() : std::string(); }
 
 std::string Identifier::ClassName() const { return class_ ? class_->Name() : std::string(); }
 
-PropertiesPtr Identifier::Properties() const { return properties_; }
+PropertiesPtr Identifier::Properties() const {
+  if (part_) {
+    auto shared = Make<velmoria::Properties>();
+    shared->AddShared(part_);
+    properties_ = std::move(shared);
+    part_.reset();
+  }
+  return properties_;
+}
 
 std::string Identifier::Details() const {
   return "Identifier for Server: " + Quoted(ServerName()) + "  Class: " + Quoted(ClassName()) + "\r\n" +
-         (properties_ ? properties_->Details() : std::string());
+         (Properties() ? Properties()->Details() : std::string());
 }
 
 }  // namespace velmoria

@@ -32,13 +32,17 @@ class VELMORIA_API Identifier final : public Object, public Reporting, public Po
   // Inside the library.
   /// Once, with all three.
   void Setup(ServerDataPtr server, ClassDataPtr classData, PropertiesPtr properties);
+  /// The same with the one part of the key; it is put into a collection when Properties is first asked for.
+  void Setup(ServerDataPtr server, ClassDataPtr classData, PropertyPtr part);
 
  private:
   std::string StateDetails() const override { return Details(); }
+  void AppendValue(std::string& key, const velmoria::Property& part, const velmoria::KeyFormat& format) const;
 
   ServerDataPtr server_;
   ClassDataPtr class_;
-  PropertiesPtr properties_;
+  mutable PropertyPtr part_;  // until it is in properties_
+  mutable PropertiesPtr properties_;
 };
 
 }  // namespace velmoria

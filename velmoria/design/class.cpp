@@ -55,20 +55,28 @@ RelationshipsPtr Class::Relationships() { return Child(relationships_); }
 IdentifierPtr Class::CreateIdentifier(const PropertiesPtr& properties) try {
   if (Properties()->Count() == 0) Raise(errRequires_Identifier, "CreateIdentifier", {Name()});
   auto identifier = Make<velmoria::Identifier>();
-  identifier->Setup(HeldParents().Server, Data(),
-                    properties ? IdentifyingProperties(properties) : Properties()->Copy());
+  const auto& server = HeldParents().Server;
+  const auto& definitions = *Data()->PropertiesData();
+  if (!properties) {
+    identifier->Setup(server, Data(), Properties()->Copy());
+  } else if (definitions.Count() == 1) {
+    identifier->Setup(server, Data(), KeyPart(*definitions.At(1), *properties));
+  } else {
+    identifier->Setup(server, Data(), KeyParts(*properties));
+  }
   return identifier;
 } catch (...) { Failed("CreateIdentifier"); }
 
-PropertiesPtr Class::IdentifyingProperties(const PropertiesPtr& given) const {
+PropertyPtr Class::KeyPart(const PropertyData& definition, velmoria::Properties& given) const {
+  auto found = given.FindOrAsk({definition.Name(), definition.SourceName(), definition.SourceKey(), PropertyPtr()});
+  if (!found) Raise(errIdentifier_Property, "CreateIdentifier", {definition.Details(), Name()});
+  found->Data()->SetFlags(found->Flags() | definition.Flags());
+  return found;
+}
+
+PropertiesPtr Class::KeyParts(velmoria::Properties& given) const {
   auto shared = Make<velmoria::Properties>();
-  for (const auto& definition : *Data()->PropertiesData()) {
-    const auto found =
-        given->FindOrAsk({definition->Name(), definition->SourceName(), definition->SourceKey(), PropertyPtr()});
-    if (!found) Raise(errIdentifier_Property, "CreateIdentifier", {definition->Details(), Name()});
-    found->Data()->SetFlags(found->Flags() | definition->Flags());
-    shared->AddShared(found);
-  }
+  for (const auto& definition : *Data()->PropertiesData()) shared->AddShared(KeyPart(*definition, given));
   return shared;
 }
 

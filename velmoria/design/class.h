@@ -53,7 +53,8 @@ class VELMORIA_API Class final : public DesignObject<ClassKind> {
  private:
   void PassOn(const ParentChange& change) override;
   std::string ProgId(const std::string& name) const;
-  PropertiesPtr IdentifyingProperties(const PropertiesPtr& given) const;
+  PropertyPtr KeyPart(const PropertyData& definition, velmoria::Properties& given) const;
+  PropertiesPtr KeyParts(velmoria::Properties& given) const;
 
   PropertiesPtr properties_;
   ActionsPtr actions_;

@@ -126,7 +126,8 @@ void DesignObject<Kind>::ClearParents(const ParentSlots& slots) {
 template <class Kind>
 template <class T>
 T DesignObject<Kind>::Get(T Kind::Fields::* field) const {
-  return Data()->Fields().*field;
+  if (!data_) Data();
+  return data_->Fields().*field;
 }
 
 template <class Kind>

@@ -155,6 +155,19 @@ TEST_F(IdentifierTest, DetailsTellServerClassAndProperties) {
             "Identifier for Server: 'Sales'  Class: 'Order'\r\n" + identifier->Properties()->Details());
 }
 
+TEST_F(IdentifierTest, AsksTheRowForItsKeyBeforeAndAfterItsPropertiesWereAskedFor) {
+  const auto properties = Framework().CreateProperties();
+  const auto id = properties->SetupItem({.Name = "Id", .Value = 7});
+  const auto identifier = design_.Order->CreateIdentifier(properties);
+  EXPECT_EQ(identifier->Key(Format(true, true)), "Sales|Order|Id|7");
+  EXPECT_EQ(identifier->Dirty(), id->DirtyValue());
+  EXPECT_EQ(identifier->Properties()->Item(1), id);
+  EXPECT_EQ(identifier->Properties(), identifier->Properties());
+  id->SetValue(8);
+  EXPECT_EQ(identifier->Key(Format(true, true)), "Sales|Order|Id|8");
+  EXPECT_TRUE(identifier->Dirty());
+}
+
 TEST_F(IdentifierTest, ClassWithoutIdentifierPropertiesCannotBuildOne) {
   const auto bare = design_.Sales->Classes()->SetupItem({.Name = "Bare"});
   ExpectRaised(errRequires_Identifier, [&] { bare->CreateIdentifier(); }, {.Text = "Class: 'Bare'"});
