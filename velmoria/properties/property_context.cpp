@@ -1,6 +1,7 @@
 #include "velmoria/properties/property_context.h"
 
 #include <limits>
+#include <utility>
 
 #include "velmoria/brokering/business_context_impl.h"
 #include "velmoria/brokering/identifier.h"
@@ -71,7 +72,9 @@ PropertyPtr PropertyContext::FindByNumber(const Variant& index) const {
 }
 
 PropertyPtr PropertyContext::FindByName(const PropertyKey& key) const {
-  for (const auto& properties : items_) {
+  // By position, for a listener may add collections or remove them.
+  for (std::size_t position = 1; position <= items_.Count(); ++position) {
+    const PropertiesPtr properties = items_.At(position);
     if (PropertyPtr found = QuietlyWhenHeard(properties->ItemNotFound, "PropertyContext.FindProperty",
                                              [&] { return properties->FindOrAsk(key); })) {
       return found;
@@ -100,7 +103,7 @@ void PropertyContext::Insert(PropertiesPtr item, const Position& position, std::
   InsertAt(items_, std::move(item), name, position);
 }
 
-void PropertyContext::Add(const PropertiesPtr& item, const Position& position) try {
+void PropertyContext::Add(PropertiesPtr item, const Position& position) try {
   if (noAdd_) Raise(errNotSupported_Add, "Add");
   if (!item) Fail(RuntimeFailure::ObjectNotSet);
   if (BeforeAdd.Raise(*item)) return;
@@ -108,7 +111,7 @@ void PropertyContext::Add(const PropertiesPtr& item, const Position& position) t
   AfterAdd.Raise(*item);
 } catch (...) { Failed("Add"); }
 
-void PropertyContext::SetupItem(const PropertiesPtr& item, const Position& position) { Add(item, position); }
+void PropertyContext::SetupItem(PropertiesPtr item, const Position& position) { Add(std::move(item), position); }
 
 void PropertyContext::Remove(const Variant& index) try {
   if (noRemove_) Raise(errNotSupported_Remove, "Remove");

@@ -66,8 +66,8 @@ class VELMORIA_API PropertyContext final : public Object,
   PropertyPtr FindProperty(const PropertyKey& key);
 
   /// Raises 15082 when adding is not supported, 15013 when both positions are given.
-  void Add(const PropertiesPtr& item, const Position& position = {});
-  void SetupItem(const PropertiesPtr& item, const Position& position = {});
+  void Add(PropertiesPtr item, const Position& position = {});
+  void SetupItem(PropertiesPtr item, const Position& position = {});
   /// Raises 15083 when removing is not supported, 15071 for an unknown index.
   void Remove(const Variant& index);
 

@@ -59,6 +59,12 @@ TEST_F(FindPropertyTest, MissIsReportedWithAllThatWasAskedFor) {
   }
 }
 
+TEST_F(FindPropertyTest, MissOfAParameterIsReportedWithItsDetails) {
+  const PropertyPtr parameter = Framework{}.CreateProperty({.Name = "Colour", .DataType = dtString});
+  ExpectRaised(errItem_Property, [&] { context_->FindProperty({.Parameter = parameter}); },
+               {.Text = "Index: 'Error'  SourceName: ''  SourceKey: ''  Parameter: " + parameter->Details()});
+}
+
 TEST_F(FindPropertyTest, ListenerOfPropertyNotFoundSuppliesTheMember) {
   const PropertyPtr supplied = Framework{}.CreateProperty(Number("Extra", 9));
   context_->PropertyNotFound += [&](const PropertyKey& key, PropertyPtr& Property) {
@@ -80,6 +86,20 @@ TEST_F(FindPropertyTest, ListenerOfACollectionThatFailsCountsAsAMissOfThatCollec
   EXPECT_EQ(context_->FindProperty("Note"), second_->Item("Note"));
   EXPECT_EQ(apartment_.Messages().Count(), 0);
   ExpectRaised(errItem_Property, [&] { context_->FindProperty("x"); }, {.Text = "Index: 'x'", .Count = 1});
+}
+
+TEST_F(FindPropertyTest, CollectionsThatAListenerAddsAreLookedThroughToo) {
+  first_->ItemNotFound += [&](const PropertyKey&, PropertyPtr&) {
+    for (const char* name : {"A", "B", "C", "D", "E", "F", "G"}) context_->Add(Values(name, {Number(name, 1)}));
+  };
+  const PropertyPtr found = context_->FindProperty("G");
+  EXPECT_EQ(found, context_->Item("G")->Item("G"));
+}
+
+TEST_F(FindPropertyTest, CollectionThatItsListenerRemovesPassesItsPlaceToTheNextWhichIsNotAsked) {
+  first_->ItemNotFound += [&](const PropertyKey&, PropertyPtr&) { context_->Remove("First"); };
+  ExpectRaised(errItem_Property, [&] { context_->FindProperty("Note"); }, {.Text = "Index: 'Note'", .Count = 1});
+  EXPECT_EQ(context_->FindProperty("Note"), second_->Item("Note"));
 }
 
 TEST_F(FindPropertyTest, FailureOfTheContextsOwnListenerIsPassedOn) {

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -123,6 +124,13 @@ TEST_F(PropertyContextTest, CancelledAddAndRemoveChangeNothingAndEndSilently) {
   context_->Remove("A");
   EXPECT_EQ(Names(*context_), "A");
   EXPECT_EQ(heard, "");
+}
+
+TEST_F(PropertyContextTest, CollectionThatAListenerLetsGoOfIsAddedAllTheSame) {
+  std::vector<PropertiesPtr> mine{Values("A")};
+  context_->BeforeAdd += [&](Properties&, bool&) { mine.clear(); };
+  context_->Add(mine.front());
+  EXPECT_EQ(Names(*context_), "A");
 }
 
 TEST_F(PropertyContextTest, AddAndRemoveAreHeard) {
