@@ -1,15 +1,31 @@
 #include "describe.h"
 
+#include "order.h"
 #include "velmoria/velmoria.h"
 
 using namespace velmoria;
 
 namespace {
 
-/// An operation on a table.
-void AddTableAction(const ClassPtr& described, const ActionFields& fields, const std::string& table) {
-  const ActionPtr action = described->Actions()->SetupItem(fields);
-  action->Sources()->SetupItem({.Engine = engODBC, .SourceType = stTable, .SourceText = table});
+/// An operation; what it finds comes as Models, or as the shop's own classes where these are asked for.
+ActionFields Operation(const std::string& name, zObjectTypes objectType = otModel) {
+  return {.Name = name, .DatabaseName = "Shop", .UsageFlags = ufAll, .EditFlags = efAll, .ObjectType = objectType};
+}
+
+SourcePtr AddOnTable(const ClassPtr& described, const ActionFields& operation, const std::string& table) {
+  const ActionPtr action = described->Actions()->SetupItem(operation);
+  return action->Sources()->SetupItem({.Engine = engODBC, .SourceType = stTable, .SourceText = table});
+}
+
+SourcePtr AddStatement(const ClassPtr& described, const ActionFields& operation, const std::string& text) {
+  const ActionPtr action = described->Actions()->SetupItem(operation);
+  return action->Sources()->SetupItem({.Engine = engODBC, .SourceType = stSQL, .SourceText = text});
+}
+
+/// What an operation asks for. On a table, a parameter that is one of its columns becomes a criterion.
+void AddParameter(const SourcePtr& source, const std::string& column) {
+  source->Parameters()->SetupItem(
+      {.Name = column, .DataType = dtLongInteger, .SourceColumn = column, .Flags = pfInput});
 }
 
 /// pfInput alone says that the host gives the key: the database does not count it up.
@@ -18,8 +34,12 @@ void AddKey(const ClassPtr& described, const std::string& column) {
       {.Name = column, .DataType = dtLongInteger, .SourceName = column, .SourceColumn = column, .Flags = pfInput});
 }
 
-ActionFields TableAction(const std::string& name) {
-  return {.Name = name, .DatabaseName = "Shop", .UsageFlags = ufAll, .EditFlags = efAll, .ObjectType = otModel};
+/// A way from one class to another: the value of the property goes into the parameter of the related Action.
+void Relate(const ClassPtr& described, const RelationshipFields& fields, const std::string& property,
+            const std::string& parameter) {
+  const LinkPtr link = described->Relationships()->SetupItem(fields)->Links()->SetupItem({.Name = parameter});
+  link->Property()->SetName(property);
+  link->Parameter()->SetName(parameter);
 }
 
 void DescribeDatabase(const std::string& file) {
@@ -33,27 +53,37 @@ void DescribeCustomers(const ServerPtr& sales) {
   const ClassPtr customer =
       sales->Classes()->SetupItem({.Name = "Customer", .SingleActionName = "Get", .DefaultActionName = "Get"});
   AddKey(customer, "Id");
-  AddTableAction(customer, TableAction("Get"), "customers");
+  AddParameter(AddOnTable(customer, Operation("Get"), "customers"), "Id");
+  Relate(customer, {.Name = "Orders", .RelatedClassName = "Order", .RelatedActionName = "OfCustomer"}, "Id",
+         "CustomerId");
 }
 
 void DescribeOrders(const ServerPtr& sales) {
-  const ClassPtr order = sales->Classes()->SetupItem(
-      {.Name = "Order", .SingleActionName = "Get", .NewActionName = "Get", .DefaultActionName = "All"});
+  const ClassPtr order = sales->Classes()->SetupItem({.Name = "Order",
+                                                      .ActiveXClass = "Order",
+                                                      .ActiveXCollection = "Orders",
+                                                      .SingleActionName = "Get",
+                                                      .NewActionName = "Get",
+                                                      .DefaultActionName = "All"});
   AddKey(order, "Id");
-  AddTableAction(order, TableAction("Get"), "orders");
+  AddOnTable(order, Operation("Get", otBusiness), "orders");
 
-  ActionFields all = TableAction("All");
+  ActionFields all = Operation("All", otBusiness);
   all.ObjectBuffer = 500;  // rows in memory at a time
-  AddTableAction(order, all, "orders");
+  AddOnTable(order, all, "orders");
 
-  ActionFields check = TableAction("Check");
+  ActionFields check = Operation("Check", otBusiness);
   check.ConnectionsName = "Check";  // a group of connections of its own
-  AddTableAction(order, check, "orders");
+  AddOnTable(order, check, "orders");
 
-  const ActionPtr ofCustomer = order->Actions()->SetupItem(TableAction("OfCustomer"));
-  const SourcePtr source = ofCustomer->Sources()->SetupItem(
-      {.Engine = engODBC, .SourceType = stSQL, .SourceText = "select * from orders where CustomerId = ? order by Id"});
-  source->Parameters()->SetupItem({.Name = "CustomerId", .DataType = dtLongInteger});
+  AddParameter(
+      AddStatement(order, Operation("OfCustomer", otBusiness), "select * from orders where CustomerId = ? order by Id"),
+      "CustomerId");
+
+  Relate(order, {.Name = "Lines", .RelatedClassName = "OrderLine", .RelatedActionName = "OfOrder"}, "Id", "OrderId");
+  Relate(order,
+         {.Name = "Customer", .Association = raManyToOne, .RelatedClassName = "Customer", .RelatedActionName = "Get"},
+         "CustomerId", "Id");
 }
 
 void DescribeLines(const ServerPtr& sales) {
@@ -61,16 +91,18 @@ void DescribeLines(const ServerPtr& sales) {
       sales->Classes()->SetupItem({.Name = "OrderLine", .SingleActionName = "Get", .DefaultActionName = "Get"});
   AddKey(line, "OrderId");
   AddKey(line, "LineNo");
-  const ActionPtr get = line->Actions()->SetupItem(TableAction("Get"));
-  get->KeyFormat()->SetSeparator("-");
-  get->Sources()->SetupItem({.Engine = engODBC, .SourceType = stTable, .SourceText = "lines"});
+  AddOnTable(line, Operation("Get"), "lines");
+  AddParameter(AddOnTable(line, Operation("OfOrder"), "lines"), "OrderId");
+  for (const auto& action : line->Actions()) action->KeyFormat()->SetSeparator("-");
 }
 
 }  // namespace
 
 void DescribeBusiness(const std::string& databaseFile) {
+  Components::Register<Order>("Sales.Order");
+  Components::Register<Orders>("Sales.Orders");
   DescribeDatabase(databaseFile);
-  const ServerPtr sales = Framework{}.Servers()->SetupItem({.Name = "Sales"});
+  const ServerPtr sales = Framework{}.Servers()->SetupItem({.Name = "Sales", .ActiveXComponent = "Sales"});
   DescribeCustomers(sales);
   DescribeOrders(sales);
   DescribeLines(sales);

@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <stdexcept>
 
+#include "velmoria/properties/property.h"
+
 void Title(const std::string& text) { std::printf("\n%s\n", text.c_str()); }
 
 void Row(const std::string& label, const std::string& value) {
@@ -15,6 +17,8 @@ void Row(const std::string& label, const std::string& value) {
   }
   std::printf("  %-14s  %s\n", label.c_str(), shown.c_str());
 }
+
+std::string Shown(const velmoria::PropertyPtr& property) { return property->DisplayValue().AsText(); }
 
 void Prove(bool holds, const std::string& fact) {
   if (!holds) throw std::runtime_error("this should hold, and does not: " + fact);
