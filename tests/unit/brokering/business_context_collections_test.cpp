@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
+#include "tests/support/host_collection.h"
 #include "tests/unit/brokering/business_context_fixture.h"
 
 namespace velmoria::test {
@@ -96,6 +97,35 @@ TEST_F(BusinessContextTest, UnknownIndexIsShownByItsType) {
     SCOPED_TRACE(text);
     ExpectRaised(errItem_BusinessObjects, [&] { context->Item(index); }, {.Text = text});
   }
+}
+
+/// A host's collection that takes everything out of its context whenever it is asked something.
+class EmptyingCollection final : public HostCollection {
+ public:
+  explicit EmptyingCollection(BusinessContext& context) : context_(context) { Setup(Make<BusinessObjects>()); }
+  std::int32_t Count() override { return Emptied().HostCollection::Count(); }
+  bool Modifiable(bool all = true) override { return Emptied().HostCollection::Modifiable(all); }
+
+ private:
+  EmptyingCollection& Emptied() {
+    while (context_.Count() != 0) context_.Remove(1);
+    return *this;
+  }
+  BusinessContext& context_;
+};
+
+TEST_F(BusinessContextTest, CollectionThatEmptiesTheContextEndsNoWalk) {
+  const auto context = NewContext();
+  const auto hold = [&] {
+    context->Add(Make<EmptyingCollection>(*context));
+    context->Add(Collection("Last"));
+  };
+  hold();
+  EXPECT_TRUE(context->Details().ends_with("    Business Object Count 0 for Business Objects 'Last'"));
+  EXPECT_EQ(context->Count(), 0);
+  hold();
+  EXPECT_TRUE(context->Modifiable());
+  EXPECT_EQ(context->Count(), 0);
 }
 
 TEST_F(BusinessContextTest, LoadingIsRefusedEvenForAHeldCollection) {
