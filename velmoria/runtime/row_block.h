@@ -56,6 +56,7 @@ class VELMORIA_API RowChunk {
     return bits && ((bits[row / 64] >> (row % 64)) & 1U) != 0;
   }
   ColumnStorage Storage(std::size_t column) const noexcept { return columns_[column].Storage; }
+  const Column& Data(std::size_t column) const noexcept { return columns_[column]; }
   /// The value as a Variant; row and column count from 0 and are not checked.
   Variant Value(std::size_t column, std::size_t row) const;
   /// The text or bytes in place, without a copy; empty for other storages.
@@ -88,13 +89,14 @@ class VELMORIA_API RowBlock {
   std::size_t HeapBytes() const noexcept;
   const std::vector<std::shared_ptr<const RowChunk>>& Chunks() const noexcept { return chunks_; }
 
- private:
   struct Place {
     const RowChunk* Chunk;
     std::size_t Row;
   };
+  /// Where a row lies; not checked.
   Place Find(std::size_t row) const noexcept;
 
+ private:
   std::vector<std::shared_ptr<const RowChunk>> chunks_;
   std::vector<std::size_t> ends_;  // where the rows of each chunk end, counted from the start of the first chunk
   std::size_t skip_ = 0;           // rows of the first chunk that lie before this range
