@@ -16,9 +16,6 @@ namespace velmoria {
 
 namespace {
 
-constexpr std::int32_t kRdo = 1;
-constexpr std::int32_t kDao = 2;
-
 /// What tells a deleted row: its number when it is bound, for its key cannot be read any more, else a text of its
 /// Identifier.
 std::string DeletedText(Properties& properties, std::string (*textOf)(const Identifier&)) {

@@ -12,6 +12,10 @@
 
 namespace velmoria {
 
+/// The ways of reaching databases: that of engines 2 to 5, and that of Access.
+inline constexpr std::int32_t kRdo = 1;
+inline constexpr std::int32_t kDao = 2;
+
 /// The engine-neutral front of the data layer: chooses the back-end of an Action's Source once, then forwards to it.
 /// For a Source of an unknown engine there is no back-end, and every operation does nothing.
 class DatabaseAgent final : public Object, public Reporting {

@@ -15,6 +15,7 @@ inline constexpr ReadableSource kReadableSources[] = {
     {stTable, errRDO_Table},
     {stView, errRDO_View},
     {stSQL, errRDO_SQL},
+    {stStoredProcedure, errRDO_StoredProcedure},
 };
 
 /// Null for a type that gives no rows.

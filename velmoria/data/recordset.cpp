@@ -14,6 +14,20 @@ namespace velmoria {
 
 using List = RowChanges::List;
 
+namespace {
+
+/// True for as long as it lives.
+struct Marked {
+  explicit Marked(bool& mark) : Mark(mark) { Mark = true; }
+  ~Marked() { Mark = false; }
+  Marked(const Marked&) = delete;
+  Marked& operator=(const Marked&) = delete;
+
+  bool& Mark;
+};
+
+}  // namespace
+
 Recordset::Recordset() = default;
 
 Recordset::~Recordset() = default;
@@ -109,11 +123,31 @@ void Recordset::RefuseDeleted(std::int32_t row, const char* routine) const {
   if (changes_ && changes_->IsIn(List::Deleted, row)) Raise(errPersistence_Deleted, routine, {NumberText(row)});
 }
 
-Variant Recordset::Values(std::int32_t row, const PropertyData& column) const try {
-  const auto place = static_cast<std::size_t>(column.OrderNumber() - 1);
-  if (!changes_) return Fetched(row, place);
+// Nothing but a long column that was not read with its page has an Empty value under no change.
+bool Recordset::IsUnread(std::int32_t row, std::size_t column) const {
+  if (row >= fetchedRows_ || readsLong_ || rows_.Storage(column) != ColumnStorage::Placeholder) return false;
+  const auto* touched = changes_ ? changes_->Find(row) : nullptr;
+  if (touched && column < touched->Cells.size() && touched->Cells[column].Stored) return false;
+  const Variant order(static_cast<std::int32_t>(column) + 1);
+  return agent_->AccessMethod() == kRdo && columns_->Item(order)->DataType() == dtByteArray;
+}
+
+void Recordset::ReadLong(std::int32_t row, std::size_t column) {
+  const Marked reading(readsLong_);
+  const Variant order(static_cast<std::int32_t>(column) + 1);
+  Store(row, column, agent_->GetBLOBFieldValue(order, BuildProperties(row, "")));
+}
+
+Variant Recordset::PresentOrRead(std::int32_t row, std::size_t column) {
+  auto value = Present(row, column);
+  if (!value.IsEmpty() || !IsUnread(row, column)) return value;
+  ReadLong(row, column);
+  return Present(row, column);
+}
+
+Variant Recordset::Values(std::int32_t row, const PropertyData& column) try {
   RefuseDeleted(row, "Values");
-  return Present(row, place);
+  return PresentOrRead(row, static_cast<std::size_t>(column.OrderNumber() - 1));
 } catch (...) { Failed("Values (Get)"); }
 
 }  // namespace velmoria

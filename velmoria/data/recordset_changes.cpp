@@ -40,7 +40,7 @@ void Recordset::Store(std::int32_t row, std::size_t column, const Variant& value
 
 void Recordset::SetColumn(std::int32_t row, std::size_t column, const Variant& value) {
   RefuseDeleted(row, "SetValue");
-  const auto present = Present(row, column);
+  const auto present = PresentOrRead(row, column);
   Store(row, column, value);
   auto& changes = Changes();
   if (!changes.IsIn(List::Dirty, row)) changes.Enter(List::Dirty, row);

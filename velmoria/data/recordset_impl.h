@@ -84,8 +84,9 @@ class Recordset final : public Object, public Reporting {
   /// The row is gone from the database; fails when it is flagged so already.
   void FlagDeleted(std::int32_t row);
 
-  /// The present value. Raises 15113 on a deleted row. A long column that was not fetched reads as Empty.
-  Variant Values(std::int32_t row, const PropertyData& column) const;
+  /// The present value. Raises 15113 on a deleted row. A long column (dtByteArray, engines 2 to 5) is read from the
+  /// database when it is first asked for or set, and kept; an empty or Null one reads as Empty. Raises 15130 then.
+  Variant Values(std::int32_t row, const PropertyData& column);
   void SetValue(std::int32_t row, const Variant& index, const Variant& value);
   void SetValue(std::int32_t row, const PropertyData& column, const Variant& value);
   /// The value before the first change since the row was saved, Empty for none. Raises 15113 on a deleted row.
@@ -117,6 +118,9 @@ class Recordset final : public Object, public Reporting {
   std::size_t ColumnOf(const Variant& index) const;
   Variant Fetched(std::int32_t row, std::size_t column) const;
   Variant Present(std::int32_t row, std::size_t column) const;
+  Variant PresentOrRead(std::int32_t row, std::size_t column);
+  bool IsUnread(std::int32_t row, std::size_t column) const;
+  void ReadLong(std::int32_t row, std::size_t column);
   void RefuseDeleted(std::int32_t row, const char* routine) const;
   RowChanges& Changes();
 
@@ -148,6 +152,7 @@ class Recordset final : public Object, public Reporting {
   std::int32_t virtualFirstNumber_ = -1;
   zEngines engine_ = engUnknown;
   std::unique_ptr<RowChanges> changes_;  // none while no row was touched
+  bool readsLong_ = false;               // a key that is itself long must not ask for itself
 };
 
 }  // namespace velmoria

@@ -25,8 +25,9 @@ zEngines EngineFor(const Property& property, zEngines engine) {
   return engine == engUnknown ? property.Engine() : engine;
 }
 
-// An information, yet raised: the most severe message held may be another one, so the number is thrown as it stands.
-[[noreturn]] void RefuseOperator(const PropertyData& data) {
+}  // namespace
+
+void RefuseOperator(const PropertyData& data) {
   const MessageArguments arguments{.Number = errNotSupported_Operator,
                                    .TypeName = "Property",
                                    .RoutineName = "OperatorValue (Get)",
@@ -40,8 +41,6 @@ zEngines EngineFor(const Property& property, zEngines engine) {
   if (!message) message = Make<Message>(arguments);
   throw Error(message->ErrNo(), message->Description(), message->HelpFile(), message->HelpContextID());
 }
-
-}  // namespace
 
 void AppendName(std::string& text, const Property& property, zSourceTypes sourceType) {
   const auto& data = *property.Data();

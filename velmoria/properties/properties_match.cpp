@@ -1,45 +1,13 @@
-#include <algorithm>
-#include <array>
-#include <string_view>
-
 #include "velmoria/core/apartment_impl.h"
 #include "velmoria/core/errors_ignored_impl.h"
 #include "velmoria/core/messages.h"
+#include "velmoria/properties/match_operator_impl.h"
 #include "velmoria/properties/properties_parts_impl.h"
 #include "velmoria/properties/property_data.h"
 
 namespace velmoria {
 
 namespace {
-
-struct MatchOperator {
-  std::string_view Text;
-  bool (*Holds)(std::int64_t comparison);
-  bool KnowsEmpty;  // also for a candidate that is Empty or Null
-};
-
-constexpr std::array kMatchOperators{
-    MatchOperator{"=", [](std::int64_t comparison) { return comparison == 0; }, true},
-    MatchOperator{"<>", [](std::int64_t comparison) { return comparison != 0; }, true},
-    MatchOperator{">", [](std::int64_t comparison) { return comparison > 0; }, false},
-    MatchOperator{"<", [](std::int64_t comparison) { return comparison < 0; }, false},
-    MatchOperator{">=", [](std::int64_t comparison) { return comparison >= 0; }, false},
-    MatchOperator{"=>", [](std::int64_t comparison) { return comparison >= 0; }, false},
-    MatchOperator{"<=", [](std::int64_t comparison) { return comparison <= 0; }, false},
-    MatchOperator{"=<", [](std::int64_t comparison) { return comparison <= 0; }, false},
-};
-
-bool IsOpaque(const Variant& value) {
-  constexpr std::array kOpaque{VarType::Object, VarType::Error, VarType::Variant, VarType::Unknown};
-  return value.IsArray() || std::ranges::find(kOpaque, value.Type()) != kOpaque.end();
-}
-
-// A criterion of another kind is brought to the kind of the candidate first; Null equals nothing.
-std::int64_t CompareOrdered(const Variant& candidate, const Variant& criterion) {
-  if (criterion.IsNull()) return 1;
-  if (candidate.IsText()) return Compare(candidate, Variant(criterion.AsText()));
-  return Compare(candidate, criterion.IsNumber() ? criterion : Variant(criterion.AsDouble()));
-}
 
 // The criterion is never Empty: those are passed over.
 std::int64_t CompareForMatch(const Variant& candidate, const Variant& criterion) {
@@ -53,11 +21,11 @@ std::int64_t CompareForMatch(const Variant& candidate, const Variant& criterion)
   return CompareOrdered(candidate, criterion);
 }
 
-const MatchOperator* FindMatchOperator(const std::string& text, const Variant& candidate) {
-  const auto found = std::ranges::find(kMatchOperators, text, &MatchOperator::Text);
-  if (found == kMatchOperators.end()) return nullptr;
+// An ordering says nothing of a candidate without a value, and is refused for it.
+const MatchOperator* OperatorFor(const Variant& candidate, const std::string& text) {
+  const auto* found = FindMatchOperator(text);
   const bool unset = candidate.IsEmpty() || candidate.IsNull();
-  return unset && !found->KnowsEmpty ? nullptr : &*found;
+  return unset && found && found->IsOrdering ? nullptr : found;
 }
 
 void Carry(Properties& into, const PropertyPtr& given, const PrepareValuesArguments& arguments) {
@@ -77,7 +45,7 @@ bool Properties::PropertiesMatch(const PropertiesPtr& properties) try {
     const auto member = properties->Item(PropertyKey{.Parameter = criterion});
     if (!member) return false;
     const auto candidate = member->Value();
-    const auto* matching = FindMatchOperator(criterion->Operator(), candidate);
+    const auto* matching = OperatorFor(candidate, criterion->Operator());
     if (!matching) Raise(errNotSupported_Operator, "PropertiesMatch", {criterion->Operator(), criterion->Name()});
     if (!matching->Holds(CompareForMatch(candidate, criterion->Value()))) return false;
   }

@@ -61,23 +61,33 @@ const PropertiesPtr& SQLAgent::KeyParameters() {
   return keyParameters_;
 }
 
+bool SQLAgent::IsProcedure() const { return source_->SourceType() == stStoredProcedure; }
+bool SQLAgent::IsFiltered() const { return filterParameters_->Count() != 0; }
+
 void SQLAgent::SortParameters() {
   statementParameters_ = Make<Properties>();
+  filterParameters_ = Make<Properties>();
   if (!parameters_) return;
-  const auto declared = source_->SourceType() == stSQL ? source_->Parameters() : PropertiesPtr();
+  const bool declares = source_->SourceType() == stSQL || IsProcedure();
+  const auto declared = declares ? source_->Parameters() : PropertiesPtr();
   for (const auto& parameter : *parameters_) {
     const Suspension quiet{"SQLAgent.Initialize"};
-    if (!declared || declared->FindOrAsk({.Parameter = parameter})) {
+    if (!declares || declared->FindOrAsk({.Parameter = parameter}))
       statementParameters_->Add(parameter->Copy({}, false));
-    } else if (!parameter->EmptyValue() || has(parameter->Flags(), pfRequired)) {
-      undeclared_ += (undeclared_.empty() ? "" : ", ") + parameter->Name();
-    }
+    else
+      SortUndeclared(parameter);
   }
+}
+
+void SQLAgent::SortUndeclared(const PropertyPtr& parameter) {
+  if (!parameter->EmptyValue() || has(parameter->Flags(), pfRequired))
+    filterParameters_->Add(parameter->Copy({}, false));
 }
 
 void SQLAgent::CloseResultset() noexcept {
   CloseQuietly(resultset_);
   resultset_ = nullptr;
+  asyncFlag_ = false;
 }
 
 PropertiesDataPtr SQLAgent::PropertiesData() try {
@@ -87,6 +97,7 @@ PropertiesDataPtr SQLAgent::PropertiesData() try {
 
 std::int32_t SQLAgent::RowCount() try {
   if (!resultset_) CreateResultset();
+  if (resultset_->StillExecuting()) return -1;
   resultset_->MoveLast();
   return static_cast<std::int32_t>(resultset_->RowCount());
 } catch (...) { ReadFailed("RowCount (Get)"); }

@@ -14,15 +14,16 @@ namespace velmoria {
 
 struct ResultPage;
 
-/// The back-end for engines 2 to 5. It opens a read-only result, pages it forwards and carries changes back as
-/// statements of its own; the open result is kept between pages and closed once it has been read completely.
+/// The back-end for engines 2 to 5. It opens a read-only result, at once or while the caller goes on, reads it in pages
+/// either way, and carries changes back as statements of its own. The open result is kept between pages and closed once
+/// it has been read completely. A parameter that a statement or procedure does not declare filters its rows here.
 class SQLAgent final : public Agent, public Reporting {
  public:
   SQLAgent();
   ~SQLAgent() override;
   std::string_view ReportedType() const noexcept override { return "SQLAgent"; }
 
-  /// Sorts the parameters into those of the statement and those of the key. Raises 15160 and 15052.
+  /// Sorts the parameters into those of the statement, the key and the filter. Raises 15053, 15160 and 15052.
   void Initialize(const ClassPtr& classObject, const ActionPtr& action, const PropertiesPtr& parameters,
                   std::int32_t objectBuffer);
 
@@ -31,13 +32,24 @@ class SQLAgent final : public Agent, public Reporting {
   SourcePtr Source() const override;
   std::int32_t ObjectBuffer() const override { return objectBuffer_; }
   std::string Details() const override;
-  /// Moves the open result to its end. Raises as GetRecordset.
+  /// Moves the open result to its end; filters do not count. Raises as GetRecordset.
   std::int32_t RowCount() override;
   PropertiesDataPtr PropertiesData() override;
-  /// Raises 15053, 15119, 15180, 15120, 15121 or 15123 when the result cannot be opened, 15099 when its cursor cannot
-  /// move as pages need it, 15130 for anything else.
+  /// None while the result is being opened. Raises 15053, 15078, 15119, 15180 or 15120 to 15123 when it cannot be
+  /// opened, 15096 for a filter, 15099 when its cursor cannot move as pages need it, 15130 for anything else.
   RecordsetPtr GetRecordset(const DatabaseAgentPtr& agent, const RecordsetPtr& previous, bool keepOpen) override;
-  /// Raises 15119, 15180 and what the database refuses. A parameter that a statement does not declare is left out: only
+
+  void LoadPersistentProperties() override;
+  void Cancel() override;
+  bool AsyncFlag() const override { return asyncFlag_; }
+  bool StillExecuting() override;
+  RecordsetPtr GetAsyncRecordset(const DatabaseAgentPtr& agent) override;
+
+  /// Raises 15130.
+  Variant GetBLOBFieldValue(const Variant& index, const PropertiesPtr& properties) override;
+
+  /// Output values arrive in the parameters that Initialize got; one that is not among them raises 15072. Raises 15078,
+  /// 15119, 15180 and what the database refuses. A parameter that a statement does not declare is left out: only
   /// reading would filter by it.
   void Execute() override;
   /// Raises 15110, or 15179 when the statement should return a counter value and returns none.
@@ -54,7 +66,12 @@ class SQLAgent final : public Agent, public Reporting {
   void SortParameters();
   const PropertiesPtr& KeyParameters();
 
-  void CreateResultset();
+  bool IsFiltered() const;
+  bool IsProcedure() const;
+  void SortUndeclared(const PropertyPtr& parameter);
+
+  void CreateResultset(bool async = false);
+  void DescribeResultset();
   void CloseResultset() noexcept;
   bool NeedsStatement() const;
   rdoQueryPtr CreateStatement(const std::string& sql) const;
@@ -62,12 +79,16 @@ class SQLAgent final : public Agent, public Reporting {
   void CheckSourceType(const char* routine) const;
   void CheckRequiredValues() const;
   void CheckDirections() const;
+  PropertyPtr ParameterFor(const rdoParameter& marker, std::int32_t position) const;
   void BindParameters(rdoQuery& query) const;
+  void CheckParameterOrder(const rdoQuery& query) const;
+  void TakeOutputs(const rdoQuery& query) const;
   void LogStatement(const char* routine, const rdoQuery& query) const;
 
-  ResultPage ReadPage(const RecordsetPtr& previous);
-  RecordsetPtr MakeRecordset(const DatabaseAgentPtr& agent, const RecordsetPtr& previous, ResultPage page) const;
-  std::int32_t FirstNumber(const RecordsetPtr& previous) const;
+  RecordsetPtr ReadPage(const DatabaseAgentPtr& agent, const RecordsetPtr& previous);
+  RecordsetPtr MakeRecordset(const DatabaseAgentPtr& agent, const RecordsetPtr& previous, ResultPage page,
+                             StatisticsPtr statistics) const;
+  std::int32_t FirstNumber(const RecordsetPtr& previous, const Variant& next) const;
   [[noreturn]] void ReadFailed(const char* routine);
 
   void InsertRow(const PropertiesPtr& properties, const PropertiesPtr& parameters, bool identityRequired);
@@ -82,8 +103,9 @@ class SQLAgent final : public Agent, public Reporting {
   PropertiesPtr parameters_;
   PropertiesPtr statementParameters_;
   PropertiesPtr keyParameters_;  // until it is needed, the Identifier stands for it
-  std::string undeclared_;       // names of parameters that a statement does not declare
+  PropertiesPtr filterParameters_;
   rdoResultsetPtr resultset_;
+  bool asyncFlag_ = false;
   std::int32_t objectBuffer_ = 0;
 };
 

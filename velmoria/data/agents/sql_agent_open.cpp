@@ -1,7 +1,9 @@
+#include "velmoria/brokering/identifier.h"
 #include "velmoria/core/apartment_impl.h"
 #include "velmoria/core/display.h"
 #include "velmoria/core/globals.h"
 #include "velmoria/core/messages.h"
+#include "velmoria/core/profile.h"
 #include "velmoria/core/type_codes.h"
 #include "velmoria/data/agents/sql_agent_impl.h"
 #include "velmoria/data/connection.h"
@@ -14,6 +16,7 @@
 #include "velmoria/platform/rdo/rdo_resultset.h"
 #include "velmoria/platform/rdo/rdo_table.h"
 #include "velmoria/platform/rdo/rdo_tables.h"
+#include "velmoria/properties/attribute.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/properties_data.h"
 #include "velmoria/properties/property.h"
@@ -60,6 +63,23 @@ void Bind(rdoParameter& marker, const Property& property) {
   if (!property.EmptyValue() && has(property.Flags(), pfInput)) marker.SetValue(property.Value());
 }
 
+/// A setting of the machine, not set at first.
+bool EnforcesOrder() {
+  const auto profile = Apartment().Profile;
+  const auto setting =
+      profile
+          ? profile->Item({.Index = "EnforceActionParameterOrder", .DefaultValue = false, .DefaultDataType = dtBoolean})
+          : AttributePtr();
+  return setting && setting->Value().AsBoolean();
+}
+
+/// As a procedure's own text declares it, less brackets and signs.
+std::string ParameterName(const rdoParameter& parameter) {
+  auto name = parameter.Name();
+  std::erase_if(name, [](char letter) { return letter == '[' || letter == ']' || letter == '@'; });
+  return name;
+}
+
 void AppendParameter(std::string& text, const rdoParameter& parameter) {
   text += "\r\n    Name: " + Quoted(parameter.Name()) + "  Type: " + NumberText(parameter.Type()) +
           "  Direction: " + NumberText(parameter.Direction()) + "  Value: ";
@@ -81,19 +101,28 @@ void SQLAgent::CheckSourceType(const char* routine) const {
 }
 
 bool SQLAgent::NeedsStatement() const {
-  return source_->SourceType() == stSQL || !statementParameters_->EmptyValues() ||
+  return source_->SourceType() == stSQL || IsProcedure() || !statementParameters_->EmptyValues() ||
          statementParameters_->RequiresValues();
 }
 
-void SQLAgent::CreateResultset() try {
+void SQLAgent::CreateResultset(bool async) try {
   CheckSourceType("CreateResultset");
   const auto connection = action_->Connection();
-  const OpenResultsetArguments how{.Type = ResultsetType(connection->CursorType())};
-  auto resultset = NeedsStatement()
-                       ? CreatePreparedStatement()->OpenResultset(how)
-                       : connection->GetConnection()->rdoTables()->Item(source_->SourceText())->OpenResultset(how);
-  propertiesData_ = action_->RDOCreatePropertiesData(*resultset);
-  resultset_ = std::move(resultset);
+  const OpenResultsetArguments how{.Type = ResultsetType(connection->CursorType()),
+                                   .Options = async ? rdAsyncEnable : 0};
+  resultset_ = NeedsStatement()
+                   ? CreatePreparedStatement()->OpenResultset(how)
+                   : connection->GetConnection()->rdoTables()->Item(source_->SourceText())->OpenResultset(how);
+  asyncFlag_ = async;
+  if (!async) DescribeResultset();
+} catch (...) {
+  CloseResultset();
+  Failed("CreateResultset", SourceFailure(source_->SourceType()), {source_->SourceText()});
+}
+
+/// The columns of a result that is being opened are known when it is open.
+void SQLAgent::DescribeResultset() try {
+  if (!propertiesData_) propertiesData_ = action_->RDOCreatePropertiesData(*resultset_);
 } catch (...) { Failed("CreateResultset", SourceFailure(source_->SourceType()), {source_->SourceText()}); }
 
 rdoQueryPtr SQLAgent::CreateStatement(const std::string& sql) const {
@@ -111,6 +140,7 @@ rdoQueryPtr SQLAgent::CreatePreparedStatement() const try {
   else
     CheckDirections();
   LogStatement("CreatePreparedStatement", *query);
+  CheckParameterOrder(*query);
   return query;
 } catch (...) { Failed("CreatePreparedStatement"); }
 
@@ -127,10 +157,41 @@ void SQLAgent::CheckDirections() const {
       Raise(errRDO_PassThru_Output_Parameters, "CreatePreparedStatement", {parameter->Name()});
 }
 
-/// Markers have no names in a statement, so they go by their order.
+/// A procedure's markers go by their names, those of a statement, which have none, by their order. None for a name that
+/// was not passed.
+PropertyPtr SQLAgent::ParameterFor(const rdoParameter& marker, std::int32_t position) const {
+  if (!IsProcedure() || !marker.IsNamed()) return statementParameters_->Item(position);
+  const Suspension quiet{"SQLAgent.CreatePreparedStatement"};
+  return statementParameters_->Find({.Index = ParameterName(marker)});
+}
+
 void SQLAgent::BindParameters(rdoQuery& query) const {
   std::int32_t position = 0;
-  for (const auto& marker : query.rdoParameters()) Bind(*marker, *statementParameters_->Item(++position));
+  for (const auto& marker : query.rdoParameters())
+    if (const auto parameter = ParameterFor(*marker, ++position)) Bind(*marker, *parameter);
+}
+
+void SQLAgent::CheckParameterOrder(const rdoQuery& query) const {
+  if (!IsProcedure() || !EnforcesOrder()) return;
+  std::size_t place = 0;
+  for (const auto& parameter : action_->CreateParameters()) {
+    const auto& markers = query.rdoParameters();
+    const auto name = place < markers.size() ? ParameterName(*markers[place]) : std::string();
+    ++place;
+    if (EqualFolded(name, parameter->Name()) || EqualFolded(name, parameter->SourceName())) continue;
+    Raise(errMismatch_Parameters, "CreatePreparedStatement",
+          {NumberText(static_cast<long long>(place)), parameter->Name(), parameter->SourceName(), name});
+  }
+}
+
+void SQLAgent::TakeOutputs(const rdoQuery& query) const {
+  std::int32_t position = 0;
+  for (const auto& marker : query.rdoParameters()) {
+    ++position;
+    if (marker->Direction() == rdParamInput) continue;
+    const auto name = marker->IsNamed() ? ParameterName(*marker) : statementParameters_->Item(position)->Name();
+    parameters_->Item(name)->SetValue(marker->Value());
+  }
 }
 
 void SQLAgent::LogStatement(const char* routine, const rdoQuery& query) const {

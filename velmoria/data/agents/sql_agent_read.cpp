@@ -2,6 +2,7 @@
 
 #include "velmoria/core/now.h"
 #include "velmoria/core/statistics.h"
+#include "velmoria/data/agents/result_page_impl.h"
 #include "velmoria/data/agents/sql_agent_impl.h"
 #include "velmoria/data/connection.h"
 #include "velmoria/data/database_agent_impl.h"
@@ -18,98 +19,58 @@
 
 namespace velmoria {
 
-/// One page as it comes from the result: its rows, the positions around it, and its measurement.
-struct ResultPage {
-  Variant Prev{};
-  Variant First{};
-  Variant Last{};
-  Variant Next{};
-  RowBlock Rows{};
-  StatisticsPtr Statistics{};
-};
-
-namespace {
-
-/// Empty at both ends of the result.
-Variant PositionOf(const rdoResultset& result) {
-  return result.AtBOF() || result.AtEOF() ? Variant() : result.Bookmark();
-}
-
-bool IsUsable(const Variant& position) { return !position.IsEmpty() && !position.IsNull(); }
-
-/// Reads the rows and then the positions behind and at the last of them.
-void Fetch(rdoResultset& result, long long rows, ResultPage& page) {
-  page.Rows = result.GetRows(rows);
-  page.Next = PositionOf(result);
-  result.MovePrevious();
-  const auto last = PositionOf(result);
-  if (IsUsable(last)) page.Last = last;
-}
-
-// The result keeps what it has fetched: the way to its end and back is one pass over the rows.
-void FetchAll(rdoResultset& result, const RecordsetPtr& previous, ResultPage& page) {
-  result.MoveLast();
-  const auto rows = result.RowCount();
-  if (rows == 0) return;
-  if (previous && IsUsable(previous->NextBookmark())) {
-    result.SetBookmark(previous->NextBookmark());
-    page.First = PositionOf(result);
-    if (!result.AtBOF()) result.MovePrevious();
-    page.Prev = PositionOf(result);
-    result.SetBookmark(page.First);
-  } else {
-    result.MoveFirst();
-    page.First = PositionOf(result);
-  }
-  Fetch(result, rows, page);
-}
-
-void FetchNext(rdoResultset& result, long long rows, const RecordsetPtr& previous, ResultPage& page) {
-  if (previous) {
-    page.Prev = previous->LastBookmark();
-    page.First = previous->NextBookmark();
-    if (IsUsable(page.First)) result.SetBookmark(page.First);
-  } else {
-    result.MoveFirst();
-    page.First = PositionOf(result);
-  }
-  Fetch(result, rows, page);
-}
-
-}  // namespace
-
 RecordsetPtr SQLAgent::GetRecordset(const DatabaseAgentPtr& agent, const RecordsetPtr& previous, bool keepOpen) try {
-  if (!undeclared_.empty())
-    Fail(RuntimeFailure::InvalidArgument, "The Source does not declare these parameters: " + undeclared_);
-  auto recordset = MakeRecordset(agent, previous, ReadPage(previous));
-  if (objectBuffer_ == 0 && !keepOpen) CloseResultset();
+  auto recordset = ReadPage(agent, previous);
+  if (recordset && objectBuffer_ == 0 && !keepOpen) CloseResultset();
   return recordset;
-} catch (...) { ReadFailed("GetRecordsetChunk_Client"); }
+} catch (...) { ReadFailed(IsFiltered() ? "GetRecordsetStep_Client" : "GetRecordsetChunk_Client"); }
 
-ResultPage SQLAgent::ReadPage(const RecordsetPtr& previous) {
-  ResultPage page{.Statistics = Make<velmoria::Statistics>()};
-  const auto statistic = page.Statistics->SetupItem(
-      {.Name = "Read " + Quoted(action_->DatabaseName()) + " Rows", .SubjectLabel = "Row", .StartTime = Now()});
+RecordsetPtr SQLAgent::ReadPage(const DatabaseAgentPtr& agent, const RecordsetPtr& previous) {
+  auto statistics = Make<velmoria::Statistics>();
+  const auto statistic = statistics->SetupItem(
+      {.Name = "Read " + Quoted(action_->DatabaseName()) + " Rows" + (IsFiltered() ? " with Filter" : ""),
+       .SubjectLabel = "Row",
+       .StartTime = Now()});
   if (!resultset_) CreateResultset();
-  if (objectBuffer_ < 0) Fail(RuntimeFailure::InvalidArgument, "Pages can only be read forwards");
-  if (objectBuffer_ == 0)
-    FetchAll(*resultset_, previous, page);
-  else
-    FetchNext(*resultset_, objectBuffer_, previous, page);
+  if (resultset_->StillExecuting()) return {};
+  DescribeResultset();
+  auto page = IsFiltered() ? ReadMatches(*resultset_, filterParameters_, objectBuffer_, previous)
+                           : ReadChunk(*resultset_, objectBuffer_, previous);
   statistic->SetSubjectCount(static_cast<std::int32_t>(page.Rows.Rows()));
   statistic->SetEndTime(Now());
   propertiesData_->Statistics()->Add(statistic);
-  return page;
+  return MakeRecordset(agent, previous, std::move(page), std::move(statistics));
 }
+
+void SQLAgent::LoadPersistentProperties() try {
+  if (!resultset_) CreateResultset(true);
+} catch (...) { Failed("LoadPersistentProperties"); }
+
+bool SQLAgent::StillExecuting() { return resultset_ && resultset_->StillExecuting(); }
+
+RecordsetPtr SQLAgent::GetAsyncRecordset(const DatabaseAgentPtr& agent) {
+  if (!asyncFlag_ || StillExecuting()) return {};
+  auto recordset = GetRecordset(agent, nullptr, false);
+  asyncFlag_ = false;
+  return recordset;
+}
+
+void SQLAgent::Cancel() try {
+  if (!resultset_) return;
+  resultset_->Cancel();
+  CloseResultset();
+} catch (...) { Failed("Cancel"); }
 
 // Pages follow one another without a gap, their numbers fall one short for each.
-std::int32_t SQLAgent::FirstNumber(const RecordsetPtr& previous) const {
+std::int32_t SQLAgent::FirstNumber(const RecordsetPtr& previous, const Variant& next) const {
   if (previous) return previous->VirtualFirstNumber() + objectBuffer_ - 1;
-  return objectBuffer_ == 0 ? -1 : 0;
+  const bool isWhole = IsFiltered() ? next.IsEmpty() : objectBuffer_ == 0;
+  return isWhole ? -1 : 0;
 }
 
-RecordsetPtr SQLAgent::MakeRecordset(const DatabaseAgentPtr& agent, const RecordsetPtr& previous,
-                                     ResultPage page) const {
+RecordsetPtr SQLAgent::MakeRecordset(const DatabaseAgentPtr& agent, const RecordsetPtr& previous, ResultPage page,
+                                     StatisticsPtr statistics) const {
+  const auto firstNumber = FirstNumber(previous, page.Next);
   auto recordset = Make<Recordset>();
   recordset->Initialize(agent, {.Columns = propertiesData_,
                                 .PrevBookmark = std::move(page.Prev),
@@ -117,8 +78,8 @@ RecordsetPtr SQLAgent::MakeRecordset(const DatabaseAgentPtr& agent, const Record
                                 .LastBookmark = std::move(page.Last),
                                 .NextBookmark = std::move(page.Next),
                                 .Rows = std::move(page.Rows),
-                                .Statistics = std::move(page.Statistics),
-                                .VirtualFirstNumber = FirstNumber(previous),
+                                .Statistics = std::move(statistics),
+                                .VirtualFirstNumber = firstNumber,
                                 .Engine = action_->Connection()->Engine()});
   return recordset;
 }

@@ -6,6 +6,7 @@
 #include "velmoria/design/class.h"
 #include "velmoria/design/source.h"
 #include "velmoria/platform/rdo/rdo_column.h"
+#include "velmoria/platform/rdo/rdo_parameter.h"
 #include "velmoria/platform/rdo/rdo_query.h"
 #include "velmoria/platform/rdo/rdo_resultset.h"
 #include "velmoria/properties/properties.h"
@@ -29,6 +30,19 @@ std::vector<CounterValue> FirstRow(const rdoResultset& result) {
   return values;
 }
 
+/// The markers that a text has for long values take them in the order of the columns.
+void BindLongValues(const rdoQuery& query, const Properties& properties) {
+  std::size_t next = 0;
+  for (const auto& property : properties) {
+    if (next == query.rdoParameters().size()) return;
+    const auto type = property->SourceDataType();
+    if (type > dtRDOLONGVARCHAR || type < dtRDOLongVarBinary) continue;
+    const auto& marker = query.rdoParameters()[next++];
+    marker->SetDirection(rdParamInput);
+    marker->SetValue(property->Value());
+  }
+}
+
 void Refresh(Properties& properties, const std::vector<CounterValue>& values) {
   if (properties.IsBound()) return properties.Recordset()->RefreshCounterFields(values, properties.Row());
   for (const auto& value : values) properties.Item(value.Name)->SetValue(value.Value);
@@ -46,6 +60,7 @@ void SQLAgent::ExecuteLogged(const char* routine, const std::string& sql) const 
 void SQLAgent::Execute() try {
   const auto query = CreatePreparedStatement();
   query->Execute();
+  TakeOutputs(*query);
   query->Close();
 } catch (...) { Failed("Execute"); }
 
@@ -56,10 +71,13 @@ void SQLAgent::InsertPersistentProperties(const PropertiesPtr& properties) try {
 void SQLAgent::InsertRow(const PropertiesPtr& properties, const PropertiesPtr& parameters, bool identityRequired) {
   bool returnsIdentity = false;
   const auto sql = source_->SQLInsert(properties, returnsIdentity, parameters);
-  if (!returnsIdentity) return ExecuteLogged("InsertPersistentProperties", sql);
   const auto query = CreateStatement(sql);
+  BindLongValues(*query, *properties);
   LogStatement("InsertPersistentProperties", *query);
-  ReadIdentity(*query, properties, identityRequired);
+  if (returnsIdentity)
+    ReadIdentity(*query, properties, identityRequired);
+  else
+    query->Execute();
   query->Close();
 }
 
@@ -90,5 +108,21 @@ void SQLAgent::DeletePersistentProperties(const PropertiesPtr& properties) try {
   ExecuteLogged("DeletePersistentProperties", source_->SQLDelete(properties, keys));
   if (properties->IsBound()) properties->Recordset()->FlagDeleted(properties->Row());
 } catch (...) { Failed("DeletePersistentProperties", errPersistence_Delete, {source_->SourceText()}); }
+
+// By a statement of its own, which finds the row by its present key.
+Variant SQLAgent::GetBLOBFieldValue(const Variant& index, const PropertiesPtr& properties) try {
+  const auto property = properties->Item(index);
+  const auto& keys = KeyParameters();
+  keys->PrepareValues({.Properties = properties});
+  const auto query = CreateStatement(source_->SQLSelect(keys));
+  LogStatement("GetBLOBFieldValue", *query);
+  const auto result = query->OpenResultset();
+  const auto column = result->rdoColumns().At(Variant(property->Name()));
+  const auto size = result->AtEOF() ? 0 : column->ColumnSize();
+  const auto value = size < 1 ? Variant() : column->GetChunk(size);
+  result->Close();
+  query->Close();
+  return value;
+} catch (...) { Failed("GetBLOBFieldValue", errRDO_Resultset, {source_->SourceTypeName(), source_->SourceText()}); }
 
 }  // namespace velmoria

@@ -94,15 +94,6 @@ TEST_F(SQLAgentExecuteTest, PassThroughExecutesDirectlyAndTakesNoOutputParameter
   ExpectRaised(errRDO_PassThru_Output_Parameters, [&] { Execute(); }, {.Text = "'Id'"});
 }
 
-TEST_F(SQLAgentExecuteTest, OutputParameterOfAStatementIsRefused) {
-  Design();
-  design_->Source->Parameters()->Item("Id")->SetFlags(pfOutput);
-  parameters_ = design_->Action->CreateParameters();
-  const auto error = Thrown([&] { Execute(); });
-  ASSERT_TRUE(error);
-  EXPECT_NE(error->Description().find("The parameter 'Param2' is no input parameter."), std::string::npos);
-}
-
 TEST_F(SQLAgentExecuteTest, WhatTheDatabaseRefusesIsReportedInItsOwnWords) {
   Design();
   driver_->FailName = "Execute";

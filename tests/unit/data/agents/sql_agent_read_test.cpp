@@ -5,9 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
-#include "tests/support/fake_odbc.h"
-#include "tests/support/one_action.h"
-#include "tests/support/scoped_apartment.h"
+#include "tests/unit/data/agents/read_over_fake.h"
 #include "velmoria/brokering/identifier.h"
 #include "velmoria/core/messages.h"
 #include "velmoria/core/profile.h"
@@ -30,43 +28,7 @@ namespace velmoria::test {
 
 namespace {
 
-constexpr short kInteger = 4;
-constexpr short kVarchar = 12;
-
-class SQLAgentReadTest : public testing::Test {
- protected:
-  SQLAgentReadTest() {
-    scope_.State().Platform.Odbc = driver_;
-    driver_->Columns = {{"Id", kInteger}, {"Name", kVarchar, 40}};
-    SetRows(25);
-  }
-
-  void SetRows(int count) {
-    driver_->Rows.clear();
-    for (int number = 1; number <= count; ++number)
-      driver_->Rows.push_back({std::to_string(number), "n" + std::to_string(number)});
-  }
-  void Design(const OneActionFields& fields) { design_ = std::make_unique<OneAction>(fields); }
-  static std::int32_t IdAt(const RecordsetPtr& page, std::int32_t row) {
-    return page->Values(row, *page->Columns()->Item("Id")).AsLong();
-  }
-  static PropertiesPtr Parameter(const PropertyFields& fields) {
-    auto parameters = Make<Properties>();
-    parameters->SetupItem(fields);
-    return parameters;
-  }
-  /// A statement with a marker for each of the declared parameters.
-  void DesignStatement(const std::string& text, const std::vector<PropertyFields>& declared,
-                       zOptionFlags options = ofNone) {
-    Design({.SourceType = stSQL, .SourceText = text, .OptionFlags = options});
-    for (const auto& fields : declared) design_->Source->Parameters()->SetupItem(fields);
-  }
-  std::string Logged() { return scope_.Messages().Item("15129")->ExtraText(); }
-
-  ScopedApartment scope_;
-  std::shared_ptr<FakeOdbc> driver_ = std::make_shared<FakeOdbc>();
-  std::unique_ptr<OneAction> design_;
-};
+class SQLAgentReadTest : public ReadOverFake {};
 
 TEST_F(SQLAgentReadTest, EverythingIsOnePageAndTheResultIsClosed) {
   Design({});
@@ -214,16 +176,6 @@ TEST_F(SQLAgentReadTest, ACursorThatOnlyGoesForwardsIsRefused) {
     ExpectRaised(errNotSupported_Cursor, [&] { design_->Read(); },
                  {.Text = "CursorDriver: 'Client Side (ODBC)'  CursorType: '(None)'  Engine: 'Generic ODBC'"});
   }
-}
-
-TEST_F(SQLAgentReadTest, PagesAreNotReadBackwards) {
-  Design({.ObjectBuffer = -10});
-  ExpectRaised(errRDO_Resultset, [&] { design_->Read(); }, {.Text = "SourceText: 'orders'"});
-}
-
-TEST_F(SQLAgentReadTest, AStoredProcedureIsNotReadYet) {
-  Design({.SourceType = stStoredProcedure, .SourceText = "p"});
-  ExpectRaised(errInvalid_SourceType, [&] { design_->Read(); });
 }
 
 TEST_F(SQLAgentReadTest, AResultThatBreaksOffIsRaisedWithTheDriversWordsAndTheNextReadWorks) {

@@ -211,12 +211,6 @@ TEST_F(SQLAgentTest, APassThroughStatementTakesNoOutputParameters) {
   }
 }
 
-TEST_F(SQLAgentTest, AParameterThatTheStatementDoesNotDeclareIsNotPassedOver) {
-  Design({.SourceType = stSQL, .SourceText = "SELECT 1"});
-  ExpectRaised(errRDO_Resultset, [&] { MakeAgent(Parameter("Year", 1998)).GetRecordset(nullptr, nullptr, false); });
-  EXPECT_TRUE(driver_->Texts.empty());
-}
-
 TEST_F(SQLAgentTest, AnUndeclaredParameterWithoutValueIsPassedOver) {
   Design({.SourceType = stSQL, .SourceText = "SELECT 1"});
   const auto error = Thrown([&] { MakeAgent(Parameter("Year", {})).GetRecordset(nullptr, nullptr, false); });
