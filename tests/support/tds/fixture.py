@@ -10,7 +10,7 @@ from server import Server
 class ServerTest(unittest.TestCase):
     def setUp(self):
         self.folder = tempfile.TemporaryDirectory()
-        self.server = Server(0, self.folder.name, ["test", "other"], "sa", "x")
+        self.server = Server(0, self.folder.name, ["test", "other"], "sa", "x", lock_seconds=1)
         self.port = self.server.server_address[1]
         self.thread = threading.Thread(target=self.server.serve_forever, kwargs={"poll_interval": 0.01})
         self.thread.start()

@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Runs the server's own tests: tests/support/tds/selftest.py [unittest's arguments]"""
 import sys
 

@@ -1,9 +1,10 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """A T-SQL server for tests: TDS 7.1 on loopback, SQLite underneath.
 
-    server.py --folder FOLDER [--port N] [--database NAME ...] [--user NAME] [--password TEXT]
+    server.py --folder FOLDER [--port N] [--database NAME ...] [--user NAME] [--password TEXT] [--lock-seconds N]
 
 The folder holds a file for each database. Port 0 is any free one; the port is printed when the server listens.
+A database has one writer at a time: another waits so many seconds for the end of its transaction, then fails with 1205.
 """
 import sys
 
@@ -33,7 +34,7 @@ class Client(socketserver.BaseRequestHandler):
     def handle(self):
         self.request.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
         self.connection = Connection(self.request)
-        self.session = Session(self.server.databases, self.connection, next(numbers))
+        self.session = Session(self.server.databases, self.connection, next(numbers), self.server.lock_seconds)
         self.executor = Executor(self.session)
         self.calls = Calls(self.session, self.executor)
         try:
@@ -109,7 +110,8 @@ class Server(socketserver.ThreadingMixIn, socketserver.TCPServer):
     allow_reuse_address = True
     request_queue_size = 64
 
-    def __init__(self, port, folder, databases, user, password):
+    def __init__(self, port, folder, databases, user, password, lock_seconds):
+        self.lock_seconds = lock_seconds
         self.user = user
         self.password = password
         self.first = databases[0]
@@ -126,8 +128,10 @@ def main():
     parser.add_argument("--database", action="append")
     parser.add_argument("--user", default="sa")
     parser.add_argument("--password", default="x")
+    parser.add_argument("--lock-seconds", type=float, default=30)
     options = parser.parse_args()
-    with Server(options.port, options.folder, options.database or ["test"], options.user, options.password) as server:
+    with Server(options.port, options.folder, options.database or ["test"], options.user, options.password,
+                options.lock_seconds) as server:
         print(server.server_address[1], flush=True)
         server.serve_forever()
 

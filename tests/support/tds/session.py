@@ -9,7 +9,6 @@ from datatypes import parse_type
 from errors import Interrupted, SqlError, failure, from_sqlite
 from translate import Translator, quoted
 
-BUSY_SECONDS = 2
 STEPS_BETWEEN_POLLS = 20000     # of SQLite's machine, between two looks for an ATTENTION
 ROWS_AT_ONCE = 500
 
@@ -87,8 +86,9 @@ class Bindings(dict):
 
 
 class Session:
-    def __init__(self, databases, connection, number):
+    def __init__(self, databases, connection, number, lock_seconds):
         self.databases = databases        # name in small letters: file
+        self.lock_seconds = lock_seconds  # how long a change waits for another's transaction
         self.connection = connection
         self.database = None
         self.db = None
@@ -111,7 +111,7 @@ class Session:
             return True
         self.close()
         self.database = name.lower()
-        self.db = sqlite3.connect(path, isolation_level=None, timeout=BUSY_SECONDS, cached_statements=256)
+        self.db = sqlite3.connect(path, isolation_level=None, timeout=self.lock_seconds, cached_statements=256)
         functions.install(self.db, self.note)
         self.db.create_function("row_version", 0, lambda: struct.pack(">Q", next(versions)))
         self.db.create_function("object_id", -1, self.object_id)
