@@ -1,0 +1,39 @@
+# Sourced by scripts/test: our own T-SQL server on loopback, over a temporary folder, gone at the end.
+#
+# tds_start exports
+#   VELMORIA_TEST_TDS         complete connect string of an empty database
+#   VELMORIA_TEST_TDS_SERVER  the same without user and password
+#   VELMORIA_TEST_TDS_UID     the only user
+#   VELMORIA_TEST_TDS_PWD     the right password
+source scripts/lib/server.sh
+tds_dir=""
+tds_pid=""
+
+tds_start() {
+  local port="" tick
+  export VELMORIA_TEST_TDS_UID=velmoria VELMORIA_TEST_TDS_PWD=velmoria
+  server_folder tds_dir tds "$(id -un)" tds_stop
+  /usr/bin/python3 -B tests/support/tds/server.py --folder "$tds_dir" --database velmoria \
+    --user "$VELMORIA_TEST_TDS_UID" --password "$VELMORIA_TEST_TDS_PWD" \
+    </dev/null >"$tds_dir/port" 2>"$tds_dir/server.log" &
+  tds_pid=$!
+  for tick in {1..300}; do
+    port=$(cat "$tds_dir/port")
+    [ -z "$port" ] || break
+    kill -0 "$tds_pid" 2>/dev/null || break
+    sleep 0.1
+  done
+  [ -n "$port" ] || server_failed "$tds_dir"
+
+  export VELMORIA_TEST_TDS_SERVER="Driver=FreeTDS;Server=127.0.0.1;Port=$port;TDS_Version=7.1;ClientCharset=UTF-8;Database=velmoria"
+  export VELMORIA_TEST_TDS="$VELMORIA_TEST_TDS_SERVER;UID=$VELMORIA_TEST_TDS_UID;PWD=$VELMORIA_TEST_TDS_PWD"
+  echo "The T-SQL server listens on 127.0.0.1:$port"
+}
+
+tds_stop() {
+  [ -n "$tds_dir" ] || return 0
+  cat "$tds_dir/server.log"
+  [ -z "$tds_pid" ] || { kill "$tds_pid" && wait "$tds_pid"; } 2>/dev/null || true
+  rm -rf "$tds_dir"
+  tds_dir=""
+}
