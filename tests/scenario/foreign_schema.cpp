@@ -31,10 +31,10 @@ create view "Crew List" as select c.Land, c.badge, c.region, c.No, s."Full Name"
   from "Order Crew" c join STAFF s on s.Land = c.Land and s.badge = c.badge;
 create table "Odd Types" (Id integer not null primary key, Flag boolean, Tiny tinyint, Small smallint, Big bigint,
                           Price numeric(12, 4), Share real, Day date, Hour time, Moment timestamp, Code char(3),
-                          Untyped, Shape geometry, Cash money);
+                          Untyped, Shape geometry, Cash money, Words text, Data blob);
 insert into "Odd Types" values
   (1, 1, 200, -5, 9007199254740993, 1234.5678, 1.5, '2026-11-22', '13:14:15', '2026-11-22 13:14:15', 'ab', 'any',
-   'POINT(1 2)', 12.5);
+   'POINT(1 2)', 12.5, 'two of them', x'00ff27');
 insert into "Odd Types" (Id) values (2);
 commit;
 )sql";
