@@ -63,14 +63,16 @@ TEST_F(RelationshipParametersTest, LinkWithoutAPropertyFindsItsSourceThroughTheP
   EXPECT_EQ(Ids(*context->GetBusinessObjects()), "2,3");
 }
 
-TEST_F(RelationshipParametersTest, LinkToAnUnknownParameterAddsAnInputOfThatNameWhichLimitsTheRows) {
-  AddLink(Relate(shop_.Design.Order), "Id", "OrderId");
-  const auto context = Select(Order(1));
-  const auto added = context->Parameters()->Item("OrderId");
+TEST_F(RelationshipParametersTest, LinkToAnUnknownParameterAddsAnInputOfThatNameOverTheColumnOfTheProperty) {
+  AddLink(Relate(shop_.Design.Order, "Order", "Detail"), "Id", "Owner");
+  const auto context = Select(Order(2));
+  const auto added = context->Parameters()->Item("Owner");
+  EXPECT_EQ(Names(*context->Parameters()), "Owner=2;");
   EXPECT_EQ(added->Flags(), pfInput);
-  EXPECT_EQ(added->DataType(), Order(1)->FindProperty("Id")->DataType());
-  EXPECT_EQ(added->Value(), Variant(1));
-  EXPECT_EQ(Names(*context->Parameters()), "OrderId=1;");
+  EXPECT_EQ(added->DataType(), Order(2)->FindProperty("Id")->DataType());
+  EXPECT_EQ(added->SourceColumn(), "Id");
+  EXPECT_EQ(context->GetBusinessObjects()->Count(), 2);
+  EXPECT_EQ(apartment_.Messages().Item("15129")->ExtraText(), "SELECT * FROM details WHERE Id = 2");
 }
 
 TEST_F(RelationshipParametersTest, LinkWhosePropertyIsNowhereIsReportedWithItsNamesAndTheStepInHand) {
