@@ -1,0 +1,69 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/bound_orders.h"
+#include "tests/support/expect_raised.h"
+#include "tests/unit/brokering/broker_fixture.h"
+
+namespace velmoria::test {
+namespace {
+
+/// Requests whose result the driver opens in the background.
+class BackgroundRequestTest : public BrokerTest {
+ protected:
+  BackgroundRequestTest() { Design(3); }
+  ~BackgroundRequestTest() override { driver_->Release(); }
+  IBusinessObjectsPtr Get(bool asyncFlag = true) {
+    return context_->GetBusinessObjects({.ClassName = "Order", .AsyncFlag = asyncFlag});
+  }
+  static bool IsAwaited(IBusinessObjects& orders) { return orders.Details().starts_with("Business Object Count -1"); }
+};
+
+TEST_F(BackgroundRequestTest, CollectionIsThereWhileTheDatabaseIsAtWork) {
+  driver_->Hold();
+  const auto orders = Get();
+  EXPECT_TRUE(IsAwaited(*orders));
+  driver_->Release();
+  EXPECT_EQ(Ids(*orders), "1,2,3");
+  EXPECT_EQ(Statements(), 1U);
+}
+
+TEST_F(BackgroundRequestTest, LoadedCollectionIsHeldAtOnceAndAskedForOnce) {
+  driver_->Hold();
+  const GetBusinessObjectsArguments asked{.ClassName = "Order", .AsyncFlag = true, .Name = "Mine"};
+  const auto orders = context_->LoadBusinessObjects(asked);
+  EXPECT_EQ(context_->LoadBusinessObjects(asked), orders);
+  EXPECT_EQ(context_->Item("Mine"), orders);
+  driver_->Release();
+  EXPECT_EQ(orders->Count(), 3);
+  EXPECT_EQ(Statements(), 1U);
+}
+
+TEST_F(BackgroundRequestTest, SingleObjectAndNewOnesAreFetchedAtOnceWhateverTheFlagSays) {
+  driver_->Rows.resize(1);
+  EXPECT_EQ(IdOf(*context_->GetBusinessObject({.ClassName = "Order", .KeyValue1 = 1, .AsyncFlag = true})), 1);
+  context_->Execute({.ClassName = "Order", .AsyncFlag = true});
+  EXPECT_EQ(driver_->Misuses, 0);
+}
+
+TEST_F(BackgroundRequestTest, FailureOfTheDatabaseIsMetWhereRowsAreNeededAndTheContextStaysUsable) {
+  driver_->Hold();
+  driver_->FailName = "ExecDirect";
+  const auto orders = Get();
+  driver_->Release();
+  const auto failed = Thrown([&] { orders->Count(); });
+  driver_->FailName.clear();
+  ASSERT_TRUE(failed);
+  apartment_.Messages().Clear();
+  EXPECT_EQ(Ids(*Get(false)), "1,2,3");
+}
+
+TEST_F(BackgroundRequestTest, CollectionThatNobodyWaitsForIsLetGoOfQuietly) {
+  driver_->Hold();
+  Get().reset();
+  driver_->Release();
+  EXPECT_EQ(Ids(*Get()), "1,2,3");
+  EXPECT_EQ(driver_->Misuses, 0);
+}
+
+}  // namespace
+}  // namespace velmoria::test
