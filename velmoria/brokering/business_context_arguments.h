@@ -55,8 +55,8 @@ struct GetBusinessObjectsArguments {
   zObjectTypes ObjectType = otDefault;
   zCollectionTypes CollectionType = cltDefault;
   std::int32_t ObjectBuffer = -1;  // accepted, and without effect: Action.ObjectBuffer rules
-  /// The result is opened while the caller goes on, where the database can; the collection is there at once and waits
-  /// for it when rows are first needed.
+  /// The result is opened while the caller goes on, where the database can. What needs rows first waits for it, and
+  /// meets the failure of the opening unless the request has met it already.
   bool AsyncFlag = false;
   KeyFormatPtr KeyFormat{};
   std::string Name{};
