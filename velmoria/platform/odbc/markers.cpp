@@ -19,6 +19,7 @@ constexpr std::array kPassages = {
 
 // The place of the next such sign outside all passages, from `at` on.
 std::size_t FindOutside(std::string_view sql, char sign, std::size_t at) noexcept {
+  if (sql.find(sign, at) == std::string_view::npos) return std::string_view::npos;
   while (at < sql.size()) {
     const std::string_view rest = sql.substr(at);
     const auto passage =
