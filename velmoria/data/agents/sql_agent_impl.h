@@ -74,6 +74,7 @@ class SQLAgent final : public Agent, public Reporting {
   void DescribeResultset();
   void CloseResultset() noexcept;
   bool NeedsStatement() const;
+  bool OnlyReads() const;
   rdoQueryPtr CreateStatement(const std::string& sql) const;
   rdoQueryPtr CreatePreparedStatement() const;
   void CheckSourceType(const char* routine) const;

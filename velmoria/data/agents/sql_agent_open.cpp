@@ -105,11 +105,14 @@ bool SQLAgent::NeedsStatement() const {
          statementParameters_->RequiresValues();
 }
 
+/// What a procedure or a text of the host's own does when it is run again, nobody knows.
+bool SQLAgent::OnlyReads() const { return source_->SourceType() == stTable || source_->SourceType() == stView; }
+
 void SQLAgent::CreateResultset(bool async) try {
   CheckSourceType("CreateResultset");
   const auto connection = action_->Connection();
-  const OpenResultsetArguments how{.Type = ResultsetType(connection->CursorType()),
-                                   .Options = async ? rdAsyncEnable : 0};
+  const OpenResultsetArguments how{
+      .Type = ResultsetType(connection->CursorType()), .Options = async ? rdAsyncEnable : 0, .Repeatable = OnlyReads()};
   resultset_ = NeedsStatement()
                    ? CreatePreparedStatement()->OpenResultset(how)
                    : connection->GetConnection()->rdoTables()->Item(source_->SourceText())->OpenResultset(how);

@@ -18,7 +18,8 @@ constexpr std::size_t kBlockBytes = std::size_t{4} << 20;
 
 }  // namespace
 
-BlockFetch::BlockFetch(Statement& statement, const std::vector<ColumnInfo>& columns) : statement_(statement) {
+BlockFetch::BlockFetch(Statement& statement, const std::vector<ColumnInfo>& columns, Overflow overflow)
+    : statement_(statement), isStream_(!statement.Scrolls()) {
   landings_.reserve(columns.size());
   bool canOverflow = false;
   for (const auto& column : columns) {
@@ -26,13 +27,22 @@ BlockFetch::BlockFetch(Statement& statement, const std::vector<ColumnInfo>& colu
     rowBytes_ += landing.RowBytes();
     canOverflow = canOverflow || landing.CanOverflow();
   }
-  const bool isStream = !statement_.Scrolls();
-  firstAlone_ = isStream && std::ranges::any_of(columns, &ColumnInfo::IsLong);
-  rowByRow_ = isStream && (canOverflow || firstAlone_);
+  firstAlone_ = isStream_ && std::ranges::any_of(columns, &ColumnInfo::IsLong);
+  rowByRow_ = isStream_ && overflow == Overflow::ReadRowByRow && (canOverflow || firstAlone_);
+}
+
+void BlockFetch::Skip(std::size_t rows) {
+  for (skipped_ = 0; skipped_ < rows; ++skipped_) {
+    const Code code = statement_.Calls().Fetch(statement_.Get());
+    if (code == SQL_NO_DATA) break;
+    statement_.Check(code);
+  }
+  ended_ = skipped_ < rows;
+  rowsBefore_ = skipped_;
 }
 
 std::size_t BlockFetch::RowsOfBlock() const noexcept {
-  if (firstAlone_ && rowsBefore_ == 0) return 1;
+  if (firstAlone_ && rowsBefore_ == skipped_) return 1;
   const std::size_t most = rowsBefore_ == 0 ? kFirstBlock : kWholeBlock;
   return std::clamp<std::size_t>(kBlockBytes / std::max<std::size_t>(rowBytes_, 1), 1, most);
 }
@@ -93,6 +103,7 @@ void BlockFetch::RefuseFailedRows() const {
 }
 
 void BlockFetch::CompleteLongValues(std::size_t rows, bool informed) {
+  if (isStream_) throw ValueCut{};
   statement_.UnbindColumns();
   SetArraySize(1);
   repositioned_ = true;
@@ -112,8 +123,9 @@ void BlockFetch::CompleteLongValues(std::size_t rows, bool informed) {
 
 std::optional<std::string> BlockFetch::ReadLong(std::size_t row, Word column, bool isText) {
   statement_.AwaitTurn();
-  if (rowByRow_) {
-    if (row != 1 || rowsBefore_ != 1 || ended_) throw Error(rdErrForwardOnly, "A forward-only result cannot go back.");
+  if (isStream_) {
+    const bool isThere = row == skipped_ + 1 && rowsBefore_ == row && !ended_;
+    if (!isThere) throw Error(rdErrForwardOnly, "A forward-only result cannot go back.");
   } else {
     statement_.UnbindColumns();
     SetArraySize(1);

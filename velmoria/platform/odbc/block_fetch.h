@@ -17,20 +17,29 @@ namespace velmoria::odbc {
 /// the chunk's own buffers; texts in slots that are used again for every block, then run together.
 ///
 /// A slot is as wide as the driver says the column can be, up to a limit, and no size is trusted: of a value that is
-/// longer, the row is fetched once more by itself and the value read whole. A cursor that cannot go back to a row is
-/// read row by row, unless no column of it can be longer than its slot.
+/// longer, the row is fetched once more by itself and the value read whole. What becomes of one in a cursor that cannot
+/// go back to a row, the caller says.
 class BlockFetch {
  public:
+  /// Of a cursor that cannot go back to a row.
+  enum class Overflow {
+    ReadRowByRow,  // rows are read one by one, unless no column can be longer than its slot
+    Tell           // Next throws ValueCut, and the rows are lost
+  };
+  struct ValueCut {};
+
   /// The statement has to outlive this.
-  BlockFetch(Statement& statement, const std::vector<ColumnInfo>& columns);
+  BlockFetch(Statement& statement, const std::vector<ColumnInfo>& columns, Overflow overflow = Overflow::ReadRowByRow);
   BlockFetch(const BlockFetch&) = delete;
   BlockFetch& operator=(const BlockFetch&) = delete;
 
   /// The next rows, or null after the last one. After a failure it must not be called again.
   std::shared_ptr<const RowChunk> Next();
+  /// Passes over rows ahead of the first Next.
+  void Skip(std::size_t rows);
   /// Reads a long column of the row, both from 1, whatever its length; none for a Null. Raises 40088 when the row
-  /// cannot be gone back to: of a cursor that does not scroll, only the first row can be read before the second is
-  /// fetched.
+  /// cannot be gone back to: of a cursor that does not scroll, only the first row fetched can be read before the
+  /// second is.
   std::optional<std::string> ReadLong(std::size_t row, Word column, bool isText);
   /// Whether the last row has been given out.
   bool HasEnded() const noexcept { return ended_; }
@@ -48,13 +57,15 @@ class BlockFetch {
   Statement& statement_;
   std::vector<Landing> landings_;
   std::size_t rowBytes_ = 0;
+  bool isStream_ = false;
   bool rowByRow_ = false;
   bool firstAlone_ = false;    // the first row is fetched by itself, so that its long columns can be read
   bool repositioned_ = false;  // the cursor stands on a single row, not on the block
   bool ended_ = false;
   std::size_t capacity_ = 0;   // rows that the landings hold
   std::size_t arraySize_ = 0;  // rows that the driver is told to fetch
-  std::size_t rowsBefore_ = 0;
+  std::size_t skipped_ = 0;
+  std::size_t rowsBefore_ = 0;  // those skipped included
   ULength fetched_ = 0;
   std::vector<Word> status_;
 };

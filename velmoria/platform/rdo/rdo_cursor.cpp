@@ -10,6 +10,14 @@
 
 namespace velmoria {
 
+using Overflow = odbc::BlockFetch::Overflow;
+
+namespace {
+
+constexpr std::size_t kKeptBytes = std::size_t{4} << 20;
+
+}  // namespace
+
 RdoCursor::RdoCursor(rdoConnectionPtr connection, std::unique_ptr<odbc::Statement> statement,
                      std::unique_ptr<odbc::ParameterValues> values, bool forwardOnly)
     : engine_(connection->Engine()),
@@ -20,7 +28,9 @@ RdoCursor::RdoCursor(rdoConnectionPtr connection, std::unique_ptr<odbc::Statemen
   connection_->Enter(this);
 }
 
-RdoCursor::~RdoCursor() { EndStatement(); }
+RdoCursor::~RdoCursor() { Close(); }
+
+void RdoCursor::LetRunAgain(std::string sql, bool prepared) { recipe_ = Recipe{std::move(sql), prepared}; }
 
 const std::vector<odbc::ColumnInfo>& RdoCursor::Open() {
   if (closed_ && failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
@@ -29,14 +39,13 @@ const std::vector<odbc::ColumnInfo>& RdoCursor::Open() {
   engine_->rdoErrors().clear();
   try {
     statement_->FinishExecution();
-    bool hasColumns = statement_->Columns() > 0;
-    while (!hasColumns && statement_->MoreResults()) hasColumns = statement_->Columns() > 0;
-    if (hasColumns) columns_ = odbc::DescribeColumns(*statement_);
-    ended_ = !hasColumns;
+    ended_ = !OpenResult();
     if (ended_) {
       EndStatement();
     } else {
-      fetch_ = std::make_unique<odbc::BlockFetch>(*statement_, columns_);
+      columns_ = odbc::DescribeColumns(*statement_);
+      const auto overflow = recipe_ ? Overflow::Tell : Overflow::ReadRowByRow;
+      fetch_ = std::make_unique<odbc::BlockFetch>(*statement_, columns_, overflow);
       FetchMore();
     }
   } catch (...) {
@@ -44,6 +53,55 @@ const std::vector<odbc::ColumnInfo>& RdoCursor::Open() {
     throw;
   }
   return columns_;
+}
+
+/// Goes to the first result that has columns.
+bool RdoCursor::OpenResult() {
+  bool hasColumns = statement_->Columns() > 0;
+  while (!hasColumns && statement_->MoreResults()) hasColumns = statement_->Columns() > 0;
+  return hasColumns;
+}
+
+void RdoCursor::RunAgain(Overflow overflow, long long skipped) {
+  fetch_.reset();
+  statement_.reset();
+  connection_->Leave(this);
+  connection_->MakeRoom();
+  connection_->Enter(this);
+  statement_ = std::make_unique<odbc::Statement>(connection_->Handle());
+  if (recipe_->Prepared) statement_->Prepare(recipe_->Sql);
+  values_->BindTo(*statement_);
+  recipe_->Prepared ? statement_->Execute() : statement_->ExecuteDirect(recipe_->Sql);
+  if (!OpenResult()) odbc::FailClosed("The statement gives no result any more.");
+  fetch_ = std::make_unique<odbc::BlockFetch>(*statement_, columns_, overflow);
+  fetch_->Skip(static_cast<std::size_t>(skipped));
+}
+
+/// Brings back the rows from the first on.
+void RdoCursor::Rewind() {
+  engine_->rdoErrors().clear();
+  RunAgain(Overflow::Tell, 0);
+  rows_ = {};
+  keptBytes_ = 0;
+  dropped_ = 0;
+  ended_ = false;
+  FetchMore();
+}
+
+/// Lets go of what lies far behind the position.
+void RdoCursor::LetGo() {
+  if (!recipe_) return;
+  std::size_t rows = 0;
+  const std::size_t here = Place(std::max(position_ - 1, dropped_ + 1));
+  for (const auto& chunk : rows_.Chunks()) {
+    const auto bytes = chunk->HeapBytes();
+    if (rows + chunk->Rows() > here || keptBytes_ < kKeptBytes + bytes) break;
+    keptBytes_ -= bytes;
+    rows += chunk->Rows();
+  }
+  if (rows == 0) return;
+  rows_ = rows_.Slice(rows, rows_.Rows() - rows);
+  dropped_ += static_cast<long long>(rows);
 }
 
 void RdoCursor::Cancel() noexcept {
@@ -72,13 +130,23 @@ bool RdoCursor::FetchMore() {
   engine_->rdoErrors().clear();
   if (failed_ || !statement_ || !statement_->IsOpen()) odbc::FailClosed("The result could not be read to its end.");
   failed_ = true;
-  auto chunk = fetch_->Next();
+  auto chunk = NextChunk();
   failed_ = false;
   ended_ = fetch_->HasEnded();
   if (ended_ && std::ranges::none_of(columns_, &odbc::ColumnInfo::IsLong)) EndStatement();
   if (!chunk) return false;
+  keptBytes_ += chunk->HeapBytes();
   rows_.Append(std::move(chunk));
   return true;
+}
+
+// A value that a driver announced shorter than it is takes the rows from there on one by one.
+std::shared_ptr<const RowChunk> RdoCursor::NextChunk() {
+  try {
+    return fetch_->Next();
+  } catch (const odbc::BlockFetch::ValueCut&) {}
+  RunAgain(Overflow::ReadRowByRow, Fetched());
+  return fetch_->Next();
 }
 
 bool RdoCursor::Reach(long long position) {
@@ -91,6 +159,7 @@ void RdoCursor::GoTo(long long position) {
   if (Fetched() == 0) return;
   const long long target = std::max(position, 0LL);
   if (forwardOnly_ && target < position_) throw Error(rdErrForwardOnly, "A forward-only result cannot go back.");
+  if (target >= 1 && target <= dropped_) Rewind();
   position_ = Reach(target) ? target : Fetched() + 1;
 }
 
@@ -107,16 +176,19 @@ RowBlock RdoCursor::Take(long long rows) {
   if (rows < 0) Fail(RuntimeFailure::InvalidArgument);
   if (Fetched() == 0) return {};
   const long long first = std::max(position_, 1LL);
+  if (first <= dropped_) Rewind();
   // One row more, to know whether the result goes on behind the last one.
   Reach(first + std::min(rows, std::numeric_limits<long long>::max() - first));
   const long long count = std::min(rows, Fetched() - first + 1);
+  auto taken = rows_.Slice(Place(first), static_cast<std::size_t>(count));
   position_ = first + count;
-  return rows_.Slice(static_cast<std::size_t>(first - 1), static_cast<std::size_t>(count));
+  LetGo();
+  return taken;
 }
 
 Variant RdoCursor::Value(std::size_t column) const {
   RequireRow();
-  return rows_.Value(column, static_cast<std::size_t>(position_ - 1));
+  return rows_.Value(column, Place(position_));
 }
 
 const std::optional<std::string>& RdoCursor::LongValue(std::size_t column) {
@@ -130,15 +202,19 @@ const std::optional<std::string>& RdoCursor::LongValue(std::size_t column) {
   return long_->Bytes;
 }
 
+// What has let go of rows needs the connection for them; what has them all needs it no more.
 void RdoCursor::EndStatement() noexcept {
   fetch_.reset();
   statement_.reset();
-  values_.reset();
   if (connection_) connection_->Leave(this);
+  if (recipe_ && dropped_ > 0) return;
+  recipe_.reset();
+  values_.reset();
   connection_ = nullptr;
 }
 
 void RdoCursor::Close() noexcept {
+  recipe_.reset();
   EndStatement();
   failure_ = nullptr;
   rows_ = {};

@@ -19,7 +19,8 @@ namespace velmoria {
 /// share. Positions count from 1; 0 is before the first row, one more than the number of rows is after the last.
 ///
 /// It owns the statement, and keeps the connection alive while it needs the driver: until the last row has been
-/// fetched, or until Close where there are long columns, which are not fetched with their row.
+/// fetched, or until Close where there are long columns, which are not fetched with their row, or rows that it has let
+/// go of.
 class RdoCursor : public Object {
  public:
   /// Takes over a statement that has been executed, or that is being executed in the background, and what is bound to
@@ -27,6 +28,9 @@ class RdoCursor : public Object {
   RdoCursor(rdoConnectionPtr connection, std::unique_ptr<odbc::Statement> statement,
             std::unique_ptr<odbc::ParameterValues> values, bool forwardOnly);
   ~RdoCursor() override;
+  /// The text only reads: rows far behind the position need not be kept, since running it again brings them back. They
+  /// are then as the database has them by that time.
+  void LetRunAgain(std::string sql, bool prepared);
 
   /// Whether the execution in the background goes on; a flag is looked at.
   bool IsExecuting() const noexcept { return statement_ && statement_->IsExecuting(); }
@@ -62,12 +66,23 @@ class RdoCursor : public Object {
     std::optional<std::string> Bytes{};
   };
 
+  struct Recipe {
+    std::string Sql;
+    bool Prepared;
+  };
+
   bool FetchMore();
+  std::shared_ptr<const RowChunk> NextChunk();
+  bool OpenResult();
+  void RunAgain(odbc::BlockFetch::Overflow overflow, long long skipped);
+  void Rewind();
+  void LetGo();
   /// Fetches until the position is known to exist or the end is reached.
   bool Reach(long long position);
   void RequireRow() const;
   void EndStatement() noexcept;
-  long long Fetched() const noexcept { return static_cast<long long>(rows_.Rows()); }
+  long long Fetched() const noexcept { return dropped_ + static_cast<long long>(rows_.Rows()); }
+  std::size_t Place(long long position) const noexcept { return static_cast<std::size_t>(position - dropped_ - 1); }
 
   rdoEnginePtr engine_;
   rdoConnectionPtr connection_;  // none once the statement has ended
@@ -76,7 +91,10 @@ class RdoCursor : public Object {
   std::vector<odbc::ColumnInfo> columns_;
   std::unique_ptr<odbc::BlockFetch> fetch_;
   std::exception_ptr failure_;  // of FetchRest
+  std::optional<Recipe> recipe_;
   RowBlock rows_;
+  long long dropped_ = 0;      // rows ahead of those that are kept
+  std::size_t keptBytes_ = 0;  // of rows_
   std::unique_ptr<Long> long_;
   long long position_ = 1;
   bool forwardOnly_;

@@ -8,6 +8,7 @@
 #include "velmoria/platform/odbc/markers.h"
 #include "velmoria/platform/odbc/procedure.h"
 #include "velmoria/platform/rdo/rdo_connection.h"
+#include "velmoria/platform/rdo/rdo_cursor.h"
 #include "velmoria/platform/rdo/rdo_engine.h"
 #include "velmoria/platform/rdo/rdo_parameter.h"
 #include "velmoria/platform/rdo/rdo_resultset.h"
@@ -118,7 +119,8 @@ rdoResultsetPtr rdoQuery::OpenResultset(const OpenResultsetArguments& arguments)
   connection_->MakeRoom();
   connection_->Engine()->rdoErrors().clear();
   auto statement = std::make_unique<odbc::Statement>(connection_->Handle());
-  if (arguments.Type != rdOpenForwardOnly) statement->AskForScrolling();
+  const bool repeats = arguments.Repeatable && arguments.Type != rdOpenStatic;
+  if (arguments.Type != rdOpenForwardOnly && !repeats) statement->AskForScrolling();
   const bool background = (arguments.Options & rdAsyncEnable) != 0 && !connection_->NeedsThisThread(sql_);
   if (Prepares() && !background) statement->Prepare(sql_);
   auto values = Bind(*statement);
@@ -127,7 +129,10 @@ rdoResultsetPtr rdoQuery::OpenResultset(const OpenResultsetArguments& arguments)
   } else {
     Prepares() ? statement->Execute() : statement->ExecuteDirect(sql_);
   }
-  return Make<rdoResultset>(connection_, std::move(statement), std::move(values), arguments.Type);
+  auto cursor =
+      Make<RdoCursor>(connection_, std::move(statement), std::move(values), arguments.Type == rdOpenForwardOnly);
+  if (repeats) cursor->LetRunAgain(sql_, Prepares());
+  return Make<rdoResultset>(connection_->Engine(), std::move(cursor), arguments.Type);
 }
 
 void rdoQuery::Close() {

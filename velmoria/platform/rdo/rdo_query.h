@@ -17,6 +17,9 @@ struct OpenResultsetArguments {
   rdoNumber Type = rdOpenForwardOnly;
   rdoNumber LockType = rdConcurReadOnly;
   rdoNumber Options = 0;
+  /// The text only reads, so it may be run again for rows that are not kept: a result other than rdOpenStatic then
+  /// keeps a few megabytes behind its position, however large it is.
+  bool Repeatable = false;
 };
 
 /// A statement text with its parameters, run as often as wanted. Results opened from it are independent of it and of

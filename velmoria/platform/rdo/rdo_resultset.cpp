@@ -3,20 +3,15 @@
 #include <limits>
 
 #include "velmoria/platform/rdo/rdo_column.h"
-#include "velmoria/platform/rdo/rdo_connection.h"
 #include "velmoria/platform/rdo/rdo_cursor.h"
 #include "velmoria/platform/rdo/rdo_engine.h"
 #include "velmoria/runtime/error.h"
 
 namespace velmoria {
 
-rdoResultset::rdoResultset(const rdoConnectionPtr& connection, std::unique_ptr<odbc::Statement> statement,
-                           std::unique_ptr<odbc::ParameterValues> values, rdoNumber type)
-    : engine_(connection->Engine()), type_(type) {
-  const bool isExecuting = statement->IsExecuting();
-  const bool forwardOnly = type == rdOpenForwardOnly;
-  cursor_ = Make<RdoCursor>(connection, std::move(statement), std::move(values), forwardOnly);
-  if (!isExecuting) Describe();
+rdoResultset::rdoResultset(rdoEnginePtr engine, RdoCursorPtr cursor, rdoNumber type)
+    : engine_(std::move(engine)), type_(type), cursor_(std::move(cursor)) {
+  if (!cursor_->IsExecuting()) Describe();
 }
 
 rdoResultset::~rdoResultset() = default;

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <memory>
 #include <string_view>
 
-#include "velmoria/platform/odbc/parameters.h"
 #include "velmoria/platform/rdo/constants.h"
 #include "velmoria/platform/rdo/fwd.h"
 #include "velmoria/runtime/keyed_list.h"
@@ -24,9 +22,7 @@ namespace velmoria {
 /// the statement.
 class rdoResultset : public Object {
  public:
-  /// Takes over an executed statement, or one that is being executed in the background, and what is bound to it.
-  rdoResultset(const rdoConnectionPtr& connection, std::unique_ptr<odbc::Statement> statement,
-               std::unique_ptr<odbc::ParameterValues> values, rdoNumber type);
+  rdoResultset(rdoEnginePtr engine, RdoCursorPtr cursor, rdoNumber type);
   ~rdoResultset() override;
   std::string_view ReportedType() const noexcept override;
 
