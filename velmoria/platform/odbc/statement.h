@@ -35,6 +35,8 @@ class Statement {
   /// Prepares and executes, or executes directly, on a thread of its own. What is bound has to stay until
   /// FinishExecution or Close. The connection does nothing else meanwhile: whatever needs it waits.
   void ExecuteInBackground(const std::string& text, bool prepared);
+  /// Whether what was begun in the background has not been finished or cancelled here, ended or not.
+  bool IsUnfinished() const noexcept { return execution_ != nullptr; }
   bool IsExecuting() const noexcept { return execution_ && execution_->IsRunning(); }
   /// Waits for an execution in the background and raises its failure; does nothing without one.
   void FinishExecution();

@@ -34,6 +34,8 @@ class RdoCursor : public Object {
 
   /// Whether the execution in the background goes on; a flag is looked at.
   bool IsExecuting() const noexcept { return statement_ && statement_->IsExecuting(); }
+  /// Whether it was begun in the background and has not been opened: a failure is the caller's who looks at the result.
+  bool IsUnfinished() const noexcept { return statement_ && statement_->IsUnfinished(); }
   /// Waits for the execution, then opens its first result that has columns; a second time it gives the same. A failure
   /// is raised once, and the cursor is closed by it.
   const std::vector<odbc::ColumnInfo>& Open();

@@ -11,7 +11,7 @@ namespace velmoria {
 
 rdoResultset::rdoResultset(rdoEnginePtr engine, RdoCursorPtr cursor, rdoNumber type)
     : engine_(std::move(engine)), type_(type), cursor_(std::move(cursor)) {
-  if (!cursor_->IsExecuting()) Describe();
+  if (!cursor_->IsUnfinished()) Describe();
 }
 
 rdoResultset::~rdoResultset() = default;
