@@ -75,8 +75,11 @@ class Connection:
         return part
 
     def poll_attention(self, seconds=0):
-        """Whether the client asked to end what runs; it sends nothing else before it has the whole reply."""
-        if not self.attention and select.select([self.channel], [], [], seconds)[0]:
+        """Whether the client asked to end what runs; it sends nothing else before it has the whole reply.
+
+        The packet may have come together with the request, and then waits here already.
+        """
+        if not self.attention and (self.received or select.select([self.channel], [], [], seconds)[0]):
             kind, _ = self.receive_message()
             if kind is None:
                 raise ConnectionResetError
