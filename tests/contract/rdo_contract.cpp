@@ -14,7 +14,7 @@ RdoProfile Sqlite() {
   return {.Name = "SQLite",
           .Connect = "Driver=SQLite3;Database={folder}/x.db",
           .Kinds =
-              "CREATE TABLE kinds ( id integer PRIMARY KEY AUTOINCREMENT, i int, s smallint, b bigint, d double,"
+              "CREATE TABLE {t}kinds ( id integer PRIMARY KEY AUTOINCREMENT, i int, s smallint, b bigint, d double,"
               " n numeric(12,3), v varchar(12) NOT NULL, da date, ti time, ts timestamp, f bit, y tinyint, l text,"
               " x blob )",
           .KindTypes = {4, 4, 5, -5, 8, 8, 12, 9, 10, 11, -7, -6, -1, -2},
@@ -43,7 +43,7 @@ RdoProfile Postgres() {
                           "DROP FUNCTION IF EXISTS {own}_rows"},
           .Begin = {"SET search_path TO pg_temp, public"},
           .Kinds =
-              "CREATE TABLE kinds ( id serial PRIMARY KEY, i int, s smallint, b bigint, d double precision,"
+              "CREATE TABLE {t}kinds ( id serial PRIMARY KEY, i int, s smallint, b bigint, d double precision,"
               " n numeric(12,3), v varchar(12) NOT NULL, da date, ti time, ts timestamp, f boolean, y smallint,"
               " l text, x bytea )",
           .KindTypes = {4, 4, 5, -5, 6, 2, 12, 9, 10, 11, 12, 5, -1, -4},
@@ -69,7 +69,7 @@ RdoProfile MariaDb() {
           .OpenServer = {"CREATE DATABASE {own}"},
           .CloseServer = {"DROP DATABASE {own}"},
           .Kinds =
-              "CREATE TABLE kinds ( id int PRIMARY KEY AUTO_INCREMENT, i int, s smallint, b bigint, d double,"
+              "CREATE TABLE {t}kinds ( id int PRIMARY KEY AUTO_INCREMENT, i int, s smallint, b bigint, d double,"
               " n numeric(12,3), v varchar(12) NOT NULL, da date, ti time, ts datetime, f boolean,"
               " y tinyint unsigned, l longtext, x longblob )",
           .KindTypes = {4, 4, 5, -5, 8, 3, 12, 9, 10, 11, -6, -6, -1, -4},
@@ -90,6 +90,50 @@ RdoProfile MariaDb() {
           .WhyNoReturnValues = "Does not apply: the MariaDB driver does not know a call that returns a value"};
 }
 
+RdoProfile FreeTds() {
+  return {.Name = "FreeTDS",
+          .CloseServer = {"IF OBJECT_ID('{own}_add') IS NOT NULL DROP PROCEDURE {own}_add",
+                          "IF OBJECT_ID('{own}_double') IS NOT NULL DROP PROCEDURE {own}_double",
+                          "IF OBJECT_ID('{own}_rows') IS NOT NULL DROP PROCEDURE {own}_rows"},
+          .Begin = {"CREATE TABLE #digits ( d int )",
+                    "INSERT INTO #digits SELECT 0 UNION ALL SELECT 1 UNION ALL SELECT 2 UNION ALL SELECT 3 UNION ALL"
+                    " SELECT 4 UNION ALL SELECT 5 UNION ALL SELECT 6 UNION ALL SELECT 7 UNION ALL SELECT 8 UNION ALL"
+                    " SELECT 9",
+                    "CREATE TABLE #numbers ( n int PRIMARY KEY )",
+                    "INSERT INTO #numbers SELECT 1 + a.d + 10 * b.d + 100 * c.d + 1000 * e.d"
+                    " FROM #digits a, #digits b, #digits c, #digits e"},
+          .Kinds =
+              "CREATE TABLE {t}kinds ( id int IDENTITY PRIMARY KEY, i int, s smallint, b bigint, d float,"
+              " n numeric(12,3), v varchar(12) NOT NULL, da datetime, ti datetime, ts datetime, f bit, y tinyint,"
+              " l text, x image )",
+          .KindTypes = {4, 4, 5, -5, 8, 2, 12, 11, 11, 11, -7, -6, -1, -4},
+          .TrueValue = true,
+          .TimeValue = Date::From(1900, 1, 1, 14, 3, 5),
+          .Numbers = "SELECT n FROM #numbers WHERE n <= {count}",
+          .UnicodeText = "nvarchar",
+          .TextLength = "datalength",
+          .ByteLength = "datalength",
+          .SharedTable = "{own}",
+          .TimeType = rdTypeTIMESTAMP,  // a time becomes one of today
+          .JoinsLines = true,
+          .TablePrefix = "#",
+          .SyntaxError = 2812,
+          .NoTableError = 208,
+          .NoTableErrorBehind = 208,
+          .Unreachable = "{connect};Port=1;PWD=secret",
+          .UnreachableFailure = {20009, "08S01: "},
+          .WrongUser = "{connect};UID=nobody_here;PWD=secret",
+          .WrongUserFailure = {18456, "42000: "},
+          .Endless = "WITH g (n) AS ( SELECT 1 UNION ALL SELECT n + 1 FROM g ) SELECT COUNT(*) AS n FROM g",
+          .MakeAdd = {"CREATE PROCEDURE {own}_add @a int, @b int OUTPUT, @c varchar(40) OUTPUT AS SET @b = @a + @b"
+                      " SET @c = 'sum ' + CAST(@b AS varchar(20))"},
+          .MakeReturning = {"CREATE PROCEDURE {own}_double @a int AS RETURN 2 * @a"},
+          .MakeRows = {"CREATE PROCEDURE {own}_rows @a int AS SELECT n FROM #numbers WHERE n <= @a"},
+          .OutputDirection = rdParamInputOutput,
+          .WhyNothingTooLarge = "Does not apply: a T-SQL server keeps to what is declared",
+          .WhyNoBackslashes = "Does not apply: T-SQL knows no escapes"};
+}
+
 struct Server {
   const char* Variable;
   RdoProfile (*Profile)();
@@ -99,6 +143,7 @@ struct Server {
 constexpr std::array kServers = {
     Server{"VELMORIA_TEST_PG", Postgres, ";MaxVarcharSize=8000"},
     Server{"VELMORIA_TEST_MARIADB", MariaDb, ""},
+    Server{"VELMORIA_TEST_TDS", FreeTds, ""},
 };
 
 std::string NewFolder() {
@@ -163,6 +208,7 @@ std::string RdoContract::Numbers(int count) const {
 
 std::string RdoContract::Filled(std::string text) const {
   text = Replaced(std::move(text), "{folder}", folder);
+  text = Replaced(std::move(text), "{t}", Profile().TablePrefix);
   text = Replaced(std::move(text), "{own}", "velmoria_" + std::to_string(getpid()));
   return Replaced(std::move(text), "{connect}", connectText);
 }

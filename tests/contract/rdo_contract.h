@@ -16,7 +16,8 @@ struct RdoFailure {
 };
 
 /// A driver that the suite runs over, and everything in which it differs from the others. A "{folder}" in a text is the
-/// test's own folder, "{count}" a number, "{own}" a name that no other test has, "{connect}" the connect string.
+/// test's own folder, "{t}" the prefix of its tables, "{count}" a number, "{own}" a name that no other test has,
+/// "{connect}" the connect string.
 ///
 /// A question that begins with "Why" is empty where the tests behind it apply; otherwise it is why they do not.
 struct RdoProfile {
@@ -30,11 +31,17 @@ struct RdoProfile {
   std::vector<int> KindTypes{};
   Variant NumericValue = Decimal::Parse("12345.678");
   Variant TrueValue = Byte{1};
+  Variant TimeValue = Date::From(1899, 12, 30, 14, 3, 5);
   std::string Numbers{};  // rows 1 to {count} of "n"
   std::string LongestText = "varchar(8000)";
+  std::string UnicodeText = "varchar";
+  std::string TextLength = "length";
   std::string ByteLength = "octet_length";
   std::string SharedTable = "velmoria_contract";  // a table that other connections see
 
+  rdoNumber TimeType = rdTypeTIME;  // of a parameter that is a time of day
+  bool JoinsLines = false;          // a line of a literal that ends in a backslash goes on, and nothing turns that off
+  std::string TablePrefix{};        // of tables that only the test's connection sees
   std::int32_t SyntaxError = 1;
   std::int32_t NoTableError = 1;
   std::int32_t NoTableErrorBehind = 1;  // in a statement that is not the text's first
@@ -43,11 +50,12 @@ struct RdoProfile {
   std::string WrongUser{};
   RdoFailure WrongUserFailure{};
 
-  std::string Endless{};                     // a query that ends by being stopped only
-  std::vector<std::string> MakeAdd{};        // "{own}_add" with a in, b in and out, c out
-  std::vector<std::string> MakeReturning{};  // "{own}_double" that returns twice its a
-  std::vector<std::string> MakeRows{};       // "{own}_rows" that gives rows 1 to its a
-  std::string ForBatches{};                  // what the connect string needs for several statements in one text
+  std::string Endless{};                      // a query that ends by being stopped only
+  std::vector<std::string> MakeAdd{};         // "{own}_add" with a in, b in and out, c out
+  std::vector<std::string> MakeReturning{};   // "{own}_double" that returns twice its a
+  std::vector<std::string> MakeRows{};        // "{own}_rows" that gives rows 1 to its a
+  rdoNumber OutputDirection = rdParamOutput;  // of a parameter that takes nothing in, by the catalogue
+  std::string ForBatches{};                   // what the connect string needs for several statements in one text
   std::string WithBackslashes{};  // what makes the server give backslashes a meaning, unless it does by itself
 
   std::string WhyNoUsers{};
@@ -73,11 +81,12 @@ class RdoContract : public ::testing::TestWithParam<RdoProfile> {
   }
   rdoConnectionPtr ConnectForBatches();
   void RunAll(const std::vector<std::string>& texts) {
-    for (const auto& text : texts) Run(Filled(text));
+    for (const auto& text : texts) Run(text);
   }
-  void Run(const std::string& sql) { connection->CreateQuery("", sql)->Execute(); }
+  rdoQueryPtr Query(const std::string& sql) { return connection->CreateQuery("", Filled(sql)); }
+  void Run(const std::string& sql) { Query(sql)->Execute(); }
   rdoResultsetPtr Rows(const std::string& sql, rdoNumber type = rdOpenKeyset) {
-    return connection->CreateQuery("", sql)->OpenResultset({.Type = type});
+    return Query(sql)->OpenResultset({.Type = type});
   }
   /// The first value of the first row.
   Variant Value(const std::string& sql) { return Rows(sql)->GetRows(1).Value(0, 0); }
@@ -97,7 +106,8 @@ class RdoContract : public ::testing::TestWithParam<RdoProfile> {
   void RunOverServer(const std::vector<std::string>& texts);
 };
 
-/// SQLite always; PostgreSQL and MariaDB when VELMORIA_TEST_PG and VELMORIA_TEST_MARIADB hold connect strings.
+/// SQLite always; PostgreSQL, MariaDB and FreeTDS when VELMORIA_TEST_PG, VELMORIA_TEST_MARIADB and VELMORIA_TEST_TDS
+/// hold connect strings.
 std::vector<RdoProfile> RdoProfiles();
 
 }  // namespace velmoria::test

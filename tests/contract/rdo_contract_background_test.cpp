@@ -21,7 +21,7 @@ class Background {
 TEST_P(RdoContract, ResultOpenedInTheBackgroundHasTheRowsOfOneOpenedAtOnce) {
   for (const bool prepared : {true, false}) {
     for (const rdoNumber type : {rdOpenForwardOnly, rdOpenKeyset, rdOpenStatic}) {
-      const auto query = connection->CreateQuery("", Numbers(3000));
+      const auto query = Query(Numbers(3000));
       query->SetPrepared(prepared);
       const Background background(query, type);
       background.Poll();
@@ -32,7 +32,7 @@ TEST_P(RdoContract, ResultOpenedInTheBackgroundHasTheRowsOfOneOpenedAtOnce) {
 }
 
 TEST_P(RdoContract, ParametersOfAResultOpenedInTheBackgroundMayChangeAtOnce) {
-  const auto query = connection->CreateQuery("", "SELECT * FROM ( " + Numbers(100) + " ) AS t WHERE n > ?");
+  const auto query = Query("SELECT * FROM ( " + Numbers(100) + " ) AS t WHERE n > ?");
   query->rdoParameters()[0]->SetValue(98);
   const Background background(query);
   query->rdoParameters()[0]->SetValue("another value, which is longer");
@@ -41,7 +41,7 @@ TEST_P(RdoContract, ParametersOfAResultOpenedInTheBackgroundMayChangeAtOnce) {
 
 TEST_P(RdoContract, FailureInTheBackgroundIsRaisedByTheResult) {
   for (const bool prepared : {true, false}) {
-    const auto query = connection->CreateQuery("", "nonsense");
+    const auto query = Query("nonsense");
     query->SetPrepared(prepared);
     const Background background(query);
     background.Poll();
@@ -54,7 +54,7 @@ TEST_P(RdoContract, FailureInTheBackgroundIsRaisedByTheResult) {
 }
 
 TEST_P(RdoContract, EndlessStatementIsStillExecutingUntilItIsCancelled) {
-  const Background background(connection->CreateQuery("", Profile().Endless));
+  const Background background(Query(Profile().Endless));
   EXPECT_TRUE(background.result->StillExecuting());
   background.result->Cancel();
   EXPECT_FALSE(background.result->StillExecuting());
@@ -63,18 +63,18 @@ TEST_P(RdoContract, EndlessStatementIsStillExecutingUntilItIsCancelled) {
 }
 
 TEST_P(RdoContract, StatementThatIsCancelledAtOnceEndsEveryTime) {
-  for (int time = 0; time < 20; ++time) Background(connection->CreateQuery("", Profile().Endless)).result->Cancel();
+  for (int time = 0; time < 20; ++time) Background(Query(Profile().Endless)).result->Cancel();
   EXPECT_EQ(Value("SELECT 1 AS a"), Variant(1));
 }
 
 TEST_P(RdoContract, EndOfAResultStopsItsStatement) {
-  Background(connection->CreateQuery("", Profile().Endless)).result->Close();
-  { const Background background(connection->CreateQuery("", Profile().Endless)); }
+  Background(Query(Profile().Endless)).result->Close();
+  { const Background background(Query(Profile().Endless)); }
   EXPECT_EQ(Value("SELECT 1 AS a"), Variant(1));
 }
 
 TEST_P(RdoContract, EndOfAConnectionStopsWhatItRuns) {
-  const Background background(connection->CreateQuery("", Profile().Endless));
+  const Background background(Query(Profile().Endless));
   connection->Close();
   EXPECT_FALSE(background.result->StillExecuting());
   ExpectFailure(rdErrClosed, "closed", [&] { background.result->MoveFirst(); });
@@ -82,20 +82,20 @@ TEST_P(RdoContract, EndOfAConnectionStopsWhatItRuns) {
 
 TEST_P(RdoContract, OtherConnectionWorksWhileOneIsBusy) {
   const auto other = Connect();
-  const Background background(connection->CreateQuery("", Profile().Endless));
+  const Background background(Query(Profile().Endless));
   EXPECT_EQ(other->CreateQuery("", "SELECT 1 AS a")->OpenResultset()->GetRows(1).Value(0, 0), Variant(1));
   EXPECT_TRUE(background.result->StillExecuting());
 }
 
 TEST_P(RdoContract, NextStatementOfTheConnectionWaitsForTheOneInTheBackground) {
-  const Background background(connection->CreateQuery("", Numbers(3000)));
+  const Background background(Query(Numbers(3000)));
   EXPECT_EQ(Value("SELECT 1 AS a"), Variant(1));
   EXPECT_EQ(background.result->GetRows(5000).Rows(), 3000U);
 }
 
 TEST_P(RdoContract, RefusedTextOfSeveralStatementsLeavesTheConnectionUsable) {
   for (const bool prepared : {true, false}) {
-    const auto query = connection->CreateQuery("", "SELECT 1 AS a; SELECT 2 AS b");
+    const auto query = Query("SELECT 1 AS a; SELECT 2 AS b");
     query->SetPrepared(prepared);
     try {
       const Background background(query);

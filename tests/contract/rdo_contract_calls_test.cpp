@@ -8,9 +8,9 @@ namespace {
 TEST_P(RdoContract, ProceduresParametersAreThoseOfTheCatalogue) {
   if (!Profile().WhyNoProcedures.empty()) GTEST_SKIP() << Profile().WhyNoProcedures;
   RunAll(Profile().MakeAdd);
-  const auto query = connection->CreateQuery("", Filled("{ Call {own}_add (?, ?, ?) }"));
+  const auto query = Query("{ Call {own}_add (?, ?, ?) }");
   const std::vector<std::pair<std::string, rdoNumber>> expected = {
-      {"a", rdParamInput}, {"b", rdParamInputOutput}, {"c", rdParamOutput}};
+      {"a", rdParamInput}, {"b", rdParamInputOutput}, {"c", Profile().OutputDirection}};
   ASSERT_EQ(query->rdoParameters().size(), expected.size());
   for (std::size_t place = 0; place < expected.size(); ++place) {
     EXPECT_EQ(query->rdoParameters()[place]->Name(), expected[place].first);
@@ -22,7 +22,7 @@ TEST_P(RdoContract, ProceduresParametersAreThoseOfTheCatalogue) {
 TEST_P(RdoContract, ProcedureGivesItsOutputsBack) {
   if (!Profile().WhyNoProcedures.empty()) GTEST_SKIP() << Profile().WhyNoProcedures;
   RunAll(Profile().MakeAdd);
-  const auto query = connection->CreateQuery("", Filled("{ Call {own}_add (?, ?, ?) }"));
+  const auto query = Query("{ Call {own}_add (?, ?, ?) }");
   for (const int given : {3, 30}) {
     query->rdoParameters()[0]->SetValue(2);
     query->rdoParameters()[1]->SetValue(given);
@@ -35,7 +35,7 @@ TEST_P(RdoContract, ProcedureGivesItsOutputsBack) {
 TEST_P(RdoContract, ProcedureReturnsAValue) {
   if (!Profile().WhyNoReturnValues.empty()) GTEST_SKIP() << Profile().WhyNoReturnValues;
   RunAll(Profile().MakeReturning);
-  const auto query = connection->CreateQuery("", Filled("{? = Call {own}_double (?) }"));
+  const auto query = Query("{? = Call {own}_double (?) }");
   ASSERT_EQ(query->rdoParameters().size(), 2U);
   EXPECT_EQ(query->rdoParameters()[0]->Name(), "RETURN_VALUE");
   EXPECT_EQ(query->rdoParameters()[0]->Direction(), rdParamReturnValue);
@@ -48,7 +48,7 @@ TEST_P(RdoContract, ProcedureReturnsAValue) {
 TEST_P(RdoContract, ProcedureGivesRows) {
   if (!Profile().WhyNoProcedures.empty()) GTEST_SKIP() << Profile().WhyNoProcedures;
   RunAll(Profile().MakeRows);
-  const auto query = connection->CreateQuery("", Filled("{ Call {own}_rows (?) }"));
+  const auto query = Query("{ Call {own}_rows (?) }");
   query->rdoParameters()[0]->SetValue(200);
   for (const rdoNumber type : {rdOpenForwardOnly, rdOpenKeyset}) {
     const auto block = query->OpenResultset({.Type = type})->GetRows(1000);
@@ -60,28 +60,28 @@ TEST_P(RdoContract, ProcedureGivesRows) {
 TEST_P(RdoContract, FirstResultWithColumnsIsOpened) {
   if (!Profile().WhyNoBatches.empty()) GTEST_SKIP() << Profile().WhyNoBatches;
   connection = ConnectForBatches();
-  Run("CREATE TABLE words ( w varchar(10) )");
+  Run("CREATE TABLE {t}words ( w varchar(10) )");
   for (const bool prepared : {true, false}) {
-    const auto query = connection->CreateQuery("", "INSERT INTO words VALUES ('x'); SELECT 7 AS n");
+    const auto query = Query("INSERT INTO {t}words VALUES ('x'); SELECT 7 AS n");
     query->SetPrepared(prepared);
     EXPECT_EQ(query->OpenResultset({.Type = rdOpenKeyset})->GetRows(5).Value(0, 0), Variant(7));
   }
-  EXPECT_EQ(Value("SELECT count(*) AS n FROM words").AsLong(), 2);
+  EXPECT_EQ(Value("SELECT count(*) AS n FROM {t}words").AsLong(), 2);
 }
 
 TEST_P(RdoContract, TextWithoutAnyResultOpensAResultWithoutColumns) {
-  Run("CREATE TABLE words ( w varchar(10) )");
-  const auto result = Rows("INSERT INTO words VALUES ('x')");
+  Run("CREATE TABLE {t}words ( w varchar(10) )");
+  const auto result = Rows("INSERT INTO {t}words VALUES ('x')");
   EXPECT_EQ(result->rdoColumns().Count(), 0U);
   EXPECT_TRUE(result->AtEOF());
-  EXPECT_EQ(Value("SELECT count(*) AS n FROM words").AsLong(), 1);
+  EXPECT_EQ(Value("SELECT count(*) AS n FROM {t}words").AsLong(), 1);
 }
 
 TEST_P(RdoContract, FailureBehindTheFirstResultIsRaised) {
   if (!Profile().WhyNoBatches.empty()) GTEST_SKIP() << Profile().WhyNoBatches;
   connection = ConnectForBatches();
-  Run("CREATE TABLE words ( w varchar(10) )");
-  const auto query = connection->CreateQuery("", "INSERT INTO words VALUES ('x'); INSERT INTO not_here VALUES (1)");
+  Run("CREATE TABLE {t}words ( w varchar(10) )");
+  const auto query = Query("INSERT INTO {t}words VALUES ('x'); INSERT INTO not_here VALUES (1)");
   for (const bool prepared : {true, false}) {
     query->SetPrepared(prepared);
     ExpectFailure(Profile().NoTableErrorBehind, "not_here", [&] { query->Execute(); });
@@ -91,7 +91,7 @@ TEST_P(RdoContract, FailureBehindTheFirstResultIsRaised) {
 
 TEST_P(RdoContract, LongValuesAreReadWholeWhateverTheirLength) {
   MakeKinds();
-  const auto query = connection->CreateQuery("", "INSERT INTO kinds (v, l, x) VALUES ('long', ?, ?)");
+  const auto query = Query("INSERT INTO {t}kinds (v, l, x) VALUES ('long', ?, ?)");
   const std::string text(300000, 'x');
   std::vector<Byte> bytes(200001);
   for (std::size_t place = 0; place < bytes.size(); ++place) bytes[place] = static_cast<Byte>(place % 256);
@@ -99,7 +99,7 @@ TEST_P(RdoContract, LongValuesAreReadWholeWhateverTheirLength) {
   query->rdoParameters()[1]->SetValue(bytes);
   query->Execute();
   for (const rdoNumber type : {rdOpenForwardOnly, rdOpenKeyset, rdOpenStatic}) {
-    const auto result = Rows("SELECT l, v, x FROM kinds", type);
+    const auto result = Rows("SELECT l, v, x FROM {t}kinds", type);
     const auto l = result->rdoColumns().At("l");
     const auto x = result->rdoColumns().At("x");
     EXPECT_EQ(x->ColumnSize(), 200001);
@@ -113,8 +113,8 @@ TEST_P(RdoContract, LongValuesAreReadWholeWhateverTheirLength) {
 
 TEST_P(RdoContract, EmptyAndNullLongValues) {
   MakeKinds();
-  Run("INSERT INTO kinds (v, l) VALUES ('short', '')");
-  const auto result = Rows("SELECT l, x FROM kinds");
+  Run("INSERT INTO {t}kinds (v, l) VALUES ('short', '')");
+  const auto result = Rows("SELECT l, x FROM {t}kinds");
   EXPECT_EQ(result->rdoColumns().At("l")->ColumnSize(), 0);
   EXPECT_EQ(result->rdoColumns().At("x")->ColumnSize(), -1);
   EXPECT_TRUE(result->rdoColumns().At("x")->GetChunk(9).IsNull());
@@ -123,9 +123,9 @@ TEST_P(RdoContract, EmptyAndNullLongValues) {
 TEST_P(RdoContract, LongValuesOfAScrollingResultAreReadInAnyOrder) {
   MakeKinds();
   for (const std::string word : {"one", "two", "three"}) {
-    Run("INSERT INTO kinds (v, l) VALUES ('" + word + "', 'long " + word + "')");
+    Run("INSERT INTO {t}kinds (v, l) VALUES ('" + word + "', 'long " + word + "')");
   }
-  const auto result = Rows("SELECT l, v FROM kinds ORDER BY id", rdOpenStatic);
+  const auto result = Rows("SELECT l, v FROM {t}kinds ORDER BY id", rdOpenStatic);
   const auto l = result->rdoColumns().At("l");
   const auto chunk = [&] {
     const auto value = l->GetChunk(100);
