@@ -7,6 +7,7 @@
 #include "velmoria/brokering/key_format.h"
 #include "velmoria/brokering/model.h"
 #include "velmoria/core/apartment_impl.h"
+#include "velmoria/core/asking_state_impl.h"
 #include "velmoria/core/display.h"
 #include "velmoria/core/statistics.h"
 #include "velmoria/data/database_agent_impl.h"
@@ -61,6 +62,8 @@ void BusinessObjects::SetName(std::string value) try {
 
 std::int32_t BusinessObjects::Count() try {
   if (transient_) return static_cast<std::int32_t>(members_.Count());
+  // A report waits for no result and reads none to its end.
+  if (IsAskingState() && (!recordset_ || recordset_->VirtualFirstNumber() != -1)) return -1;
   auto& rows = Awaited();
   return rows.VirtualFirstNumber() != -1 ? rows.VirtualCount() : rows.Count();
 } catch (...) { Failed("IBusinessObjects_Count (Get)"); }

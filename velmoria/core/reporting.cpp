@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "velmoria/core/apartment_impl.h"
+#include "velmoria/core/asking_state_impl.h"
 #include "velmoria/core/errors_ignored_impl.h"
 #include "velmoria/core/messages.h"
 #include "velmoria/runtime/error.h"
@@ -31,10 +32,11 @@ MessagesPtr RecordingMessages() noexcept {
   return messages;
 }
 
+thread_local bool isAsking = false;
+
 // A report must not start another one, and asking an object for its state must leave no trace.
 template <class Ask>
 std::string AskState(std::string_view type, Ask ask) noexcept {
-  thread_local bool isAsking = false;
   if (isAsking) return {};
   isAsking = true;
   auto state = TextOrNone([&] {
@@ -85,6 +87,8 @@ MessageArguments CaughtArguments(const Error& caught, zSeverityFlags severity) {
 }  // namespace
 
 Reporting::~Reporting() = default;
+
+bool IsAskingState() noexcept { return isAsking; }
 
 std::string Reporting::StateDetails() const { return {}; }
 

@@ -60,5 +60,23 @@ TEST_F(BackgroundRequestTest, CollectionThatNobodyWaitsForIsLetGoOfQuietly) {
   EXPECT_EQ(driver_->Misuses, 0);
 }
 
+TEST_F(BackgroundRequestTest, ReportOfAContextWaitsForNothing) {
+  driver_->Hold();
+  context_->LoadBusinessObjects({.ClassName = "Order", .AsyncFlag = true, .Name = "Mine"});
+  ExpectRaised(errItem_BusinessObjects, [&] { context_->Item("Other"); }, {.Text = "'Other'"});
+  driver_->Release();
+  EXPECT_EQ(context_->Item("Mine")->Count(), 3);
+}
+
+TEST_F(BackgroundRequestTest, ReportOfAContextReadsNoResultToItsEnd) {
+  design_->Action->SetObjectBuffer(1);
+  driver_->Rows.resize(1);
+  for (int number = 2; number <= 5000; ++number) driver_->Rows.push_back({std::to_string(number), "x"});
+  context_->LoadBusinessObjects({.ClassName = "Order", .Name = "Mine"});
+  const auto fetches = driver_->CallsOf["FetchScroll"];
+  ExpectRaised(errItem_BusinessObjects, [&] { context_->Item("Other"); });
+  EXPECT_EQ(driver_->CallsOf["FetchScroll"], fetches);
+}
+
 }  // namespace
 }  // namespace velmoria::test
