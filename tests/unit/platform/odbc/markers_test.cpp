@@ -29,5 +29,20 @@ TEST(MarkersTest, OnlyMarkersOutsideQuotesAndCommentsCount) {
   for (const auto& [text, markers] : texts) EXPECT_EQ(CountMarkers(text), markers) << text;
 }
 
+TEST(MarkersTest, SeveralStatementsAreThoseWithOneBehindAnEnd) {
+  const std::vector<std::pair<std::string, bool>> texts = {
+      {"", false},
+      {"SELECT 1", false},
+      {"SELECT 1;", false},
+      {"SELECT 1 ; ;\n", false},
+      {"SELECT ';' AS a", false},
+      {"SELECT 1 /* ; */ + 2", false},
+      {"SELECT 1; SELECT 2", true},
+      {";SELECT 1", true},
+      {"INSERT INTO t VALUES ( ';' );SELECT 1", true},
+  };
+  for (const auto& [text, several] : texts) EXPECT_EQ(HasSeveralStatements(text), several) << text;
+}
+
 }  // namespace
 }  // namespace velmoria::odbc
