@@ -13,6 +13,7 @@ tds_start() {
   local port="" tick
   export VELMORIA_TEST_TDS_UID=velmoria VELMORIA_TEST_TDS_PWD=velmoria
   server_folder tds_dir tds "$(id -un)" tds_stop
+  touch "$tds_dir/port"
   /usr/bin/python3 -B tests/support/tds/server.py --folder "$tds_dir" --database velmoria \
     --user "$VELMORIA_TEST_TDS_UID" --password "$VELMORIA_TEST_TDS_PWD" \
     </dev/null >"$tds_dir/port" 2>"$tds_dir/server.log" &

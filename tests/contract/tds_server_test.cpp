@@ -190,7 +190,8 @@ TEST_F(TdsServerTest, ValuesOfEveryTypeComeBack) {
 
 TEST_F(TdsServerTest, LongValuesGoInAndOut) {
   client->RunAll({"CREATE TABLE #t (b image, t text, n ntext)"});
-  std::string bytes(20'000'000, '\0');
+  std::string bytes;
+  bytes.resize(20'000'000);
   for (std::size_t place = 0; place < bytes.size(); ++place) bytes[place] = static_cast<char>(place * 7);
   std::string narrow(100'000, 'x');
   std::string wide = narrow + "\xD0\x96";
@@ -334,6 +335,12 @@ TEST_F(TdsServerTest, ScrollingCursorsMoveInBlocks) {
     EXPECT_EQ(cursor.Move(SQL_FETCH_FIRST), (Numbers{1, 2, 3}));
     EXPECT_EQ(cursor.Move(SQL_FETCH_PRIOR), Numbers{});
   }
+}
+
+TEST_F(TdsServerTest, CursorWithoutATableHidesItsOwnColumn) {
+  TdsCursor cursor(client->Connection(), SQL_CURSOR_STATIC, "SELECT 5 AS a");
+  EXPECT_EQ(cursor.Columns(), 1);
+  EXPECT_EQ(cursor.Move(SQL_FETCH_FIRST), std::vector<int>{5});
 }
 
 TEST_F(TdsServerTest, KeysetShowsChangesAndStaticDoesNot) {

@@ -90,10 +90,11 @@ def literal_type(item, variables):
     kind = item.kind
     if kind == "number":
         return number_type(item.text)
-    if kind == "string":
-        return SqlType("varchar" if is_narrow(item.text) else "nvarchar", min(max(1, len(item.text)), 4000))
-    if kind == "nstring":
-        return SqlType("nvarchar", min(max(1, len(item.text)), 4000))
+    if kind == "string" and is_narrow(item.text):
+        return SqlType("varchar", max(1, len(item.text))) if len(item.text) <= 8000 else SqlType("text")
+    if kind in ("string", "nstring"):
+        size = len(item.text.encode("utf-16le", "surrogatepass")) // 2
+        return SqlType("nvarchar", max(1, size)) if size <= 4000 else SqlType("ntext")
     if kind == "binary":
         return SqlType("varbinary", max(1, len(item.text) // 2 - 1))
     if kind == "variable":

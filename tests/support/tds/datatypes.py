@@ -140,14 +140,19 @@ def type_of_value(values):
         return SqlType("int" if small else "bigint")
     if found <= {int, float}:
         return SqlType("float")
-    lengths = [len(value) if isinstance(value, (str, bytes)) else 30 for value in values if value is not None]
-    longest = max(1, *lengths)
+    longest = max([1] + [length_of(value) for value in values if value is not None])
     if found <= {bytes}:
         return SqlType("varbinary", longest) if longest <= 8000 else SqlType("image")
     narrow = all(not isinstance(value, str) or is_narrow(value) for value in values)
     if narrow:
         return SqlType("varchar", longest) if longest <= 8000 else SqlType("text")
+    longest = max(len(str(value).encode("utf-16le", "surrogatepass")) // 2 for value in values if value is not None)
     return SqlType("nvarchar", longest) if longest <= 4000 else SqlType("ntext")
+
+
+def length_of(value):
+    """Characters or bytes; room enough for the text of a number."""
+    return len(value) if isinstance(value, (str, bytes)) else 30
 
 
 def is_narrow(text):

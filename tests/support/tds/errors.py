@@ -83,7 +83,7 @@ MEANINGS = [(re.compile(pattern, re.DOTALL), number) for pattern, number in [
     (r"database (?:table )?is locked.*", 1205),
     (r'near "(.*)": syntax error', 102),
     (r"unrecognized token: \"(.*)\"", 105),
-    (r"(incomplete input)", 102),
+    (r"incomplete input()", 102),
     (r"(?:table|view|index) \[?\"?(.*?)\"?\]? already exists.*", 2714),
     (r"there is already (?:a table|an index|another table or index with this name:?) ?(?:named )?(.*)", 2714),
     (r"table .* has \d+ columns but \d+ values were supplied", 213),

@@ -188,6 +188,15 @@ class LanguageTest(ServerTest):
         self.run_all("UPDATE v SET a = 2")
         self.assertLess(first, self.client.batch("SELECT stamp FROM v").value())
 
+    def test_long_literals_come_back_whole(self):
+        for text in ["x" * 9000, "\u20ac" * 5000, "\u0416" * 5000]:
+            self.assertEqual(self.text(f"SELECT N'{text}'"), text)
+            self.assertEqual(self.text(f"SELECT '{text}' + ''"), text)
+
+    def test_objects_are_listed(self):
+        self.assertEqual(self.text("SELECT name FROM sysobjects WHERE type = 'U' AND name = 'T'"), "t")
+        self.assertIsNone(self.number("SELECT OBJECT_ID('none')"))
+
     def test_select_into_views_and_temporary_tables(self):
         self.run_all("SELECT a, b INTO #mine FROM t", "CREATE VIEW big AS SELECT a, d FROM t WHERE a > 1")
         self.assertEqual(self.number("SELECT COUNT(*) FROM #mine"), 2)

@@ -172,6 +172,12 @@ class CallsTest(ServerTest):
                      "EXEC @r = inner_one @x OUTPUT SELECT @x + @r")
         self.assertEqual(self.number("EXEC outer_one"), 9)
 
+    def test_parameter_may_have_a_default(self):
+        self.run_all("CREATE PROCEDURE p @a int = 3, @b varchar(5) = NULL AS SELECT @a")
+        self.assertEqual((self.number("EXEC p"), self.number("EXEC p @b = x"), self.number("EXEC p 4")), (3, 3, 4))
+        self.run_all("ALTER PROCEDURE p AS SELECT 5")
+        self.assertEqual(self.number("EXEC p"), 5)
+
     def test_malformed_call_is_refused(self):
         self.assertEqual(self.client.call("p", ("", 0, b"")).errors[0][0], 8009)
         self.assertEqual(self.number("SELECT 1"), 1)

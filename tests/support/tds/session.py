@@ -22,8 +22,9 @@ OWN_OF_CONNECTION = """
 CREATE TEMP TABLE sys_identities (table_name PRIMARY KEY COLLATE NOCASE, column_name, type);
 CREATE TEMP TABLE sys_keys (table_name PRIMARY KEY COLLATE NOCASE, column_names);
 CREATE TEMP VIEW sysobjects AS
-  SELECT rowid AS id, name, CASE type WHEN 'view' THEN 'V ' ELSE 'U ' END AS xtype,
-         CASE type WHEN 'view' THEN 'V ' ELSE 'U ' END AS type
+  SELECT rowid AS id, name COLLATE tsql_text AS name,
+         CASE type WHEN 'view' THEN 'V ' ELSE 'U ' END COLLATE tsql_text AS xtype,
+         CASE type WHEN 'view' THEN 'V ' ELSE 'U ' END COLLATE tsql_text AS type
   FROM sqlite_master WHERE type IN ('table', 'view') AND name NOT LIKE 'sys[_]%' AND name NOT LIKE 'sqlite[_]%'
   UNION ALL SELECT rowid + 1000000, name, 'P ', 'P ' FROM main.sys_procedures;
 """

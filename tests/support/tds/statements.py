@@ -206,7 +206,9 @@ class Parser:
             raise failure(102, "procedure")
         items = nest(self.tokens[head:self.at])
         length = name_length(items)
-        rest = [item for item in items[length:] if item.low != ";" and item.kind != "number"]
+        rest = items[length:]
+        if rest and rest[0].low == ";":      # the number of a group: name;1
+            rest = rest[2:]
         if rest and rest[0].kind == "group":
             rest = list(rest[0])
         parameters = [declaration(part) for part in split_at(rest)]

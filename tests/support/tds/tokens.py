@@ -53,9 +53,9 @@ def column_metadata(columns):
 
 
 def browse_information(columns):
-    """TABNAME and COLINFO: the tables, and the columns' own names where they differ; nothing without a table."""
+    """TABNAME and COLINFO: the tables, the columns' own names where they differ, and which are hidden."""
     tables = list(dict.fromkeys(column.table for column in columns if column.table))
-    if not tables:
+    if not tables and not any(column.hidden for column in columns):
         return b""
     names = b"".join(b"\x01" + long_text(table) for table in tables)
     body = b""
@@ -66,7 +66,7 @@ def browse_information(columns):
             body += short_text(column.base) if renamed else b""
         else:
             body += bytes([number & 0xFF, 0, OF_EXPRESSION | (HIDDEN if column.hidden else 0)])
-    return sized(0xA4, names) + sized(0xA5, body)
+    return (sized(0xA4, names) if tables else b"") + sized(0xA5, body)
 
 
 class Reply:
