@@ -3,7 +3,7 @@
 #include <string>
 
 #include "tests/scenario/orders_over_sqlite.h"
-#include "tests/support/expect_raised.h"
+#include "tests/support/refusal.h"
 #include "velmoria/core/messages.h"
 #include "velmoria/data/connection.h"
 #include "velmoria/data/connection_context.h"
@@ -38,7 +38,7 @@ void ExpectDriverFailure(zErrors number, const std::string& words, Call call, co
   CheckRaised(number, error, expected, {file, line});
 }
 
-class BadInput : public OrdersOverSqlite {
+class BadInputTest : public OrdersOverSqlite {
  protected:
   void ExpectTheNextCallWorks() {
     scope_.Messages().Clear();
@@ -53,29 +53,27 @@ class BadInput : public OrdersOverSqlite {
   }
 };
 
-TEST_F(BadInput, AnUnknownDriver) {
+TEST_F(BadInputTest, UnknownDriverIsReportedAndTheNextCallWorks) {
   Design({.ConnectString = "Driver=NoSuchDriver;Database=x"});
-  EXPECT_TRUE(Thrown([&] { Read(); }));
-  EXPECT_TRUE(WarnedOf("NoSuchDriver"));
-  scope_.Messages().Clear();
-  ExpectRaised(errRDO_Connection, [&] { Read(); }, {.Text = "Database: 'Shop'  Engine: 'Generic ODBC'"});
+  ExpectDriverFailure(errRDO_Connection, "NoSuchDriver", [&] { Read(); },
+                      {.Text = "Database: 'Shop'  Engine: 'Generic ODBC'"});
   ExpectTheNextCallWorks();
 }
 
-TEST_F(BadInput, ADataSourceThatIsNotThere) {
+TEST_F(BadInputTest, MissingDataSourceIsReportedAndTheNextCallWorks) {
   Design({.ConnectString = "DSN=velmoria_no_such_source"});
   ExpectDriverFailure(errRDO_Connection, "IM002", [&] { Read(); }, {.Text = "Examine your ConnectionString"});
   ExpectTheNextCallWorks();
 }
 
-TEST_F(BadInput, AFolderThatIsNotThere) {
+TEST_F(BadInputTest, MissingFolderIsReportedAndNotMade) {
   Design({.ConnectString = "Driver=SQLite3;Database=" + file_.Path() + ".d/x.db"});
   ExpectDriverFailure(errRDO_Connection, "connect failed", [&] { Read(); });
   EXPECT_FALSE(std::filesystem::exists(file_.Path() + ".d"));
   ExpectTheNextCallWorks();
 }
 
-TEST_F(BadInput, AFileThatIsNotThere) {
+TEST_F(BadInputTest, MissingFileIsReportedAndNotMadeAndFoundOnceItIsThere) {
   const std::string missing = file_.Path() + ".missing";
   Design({.ConnectString = "Driver=SQLite3;NoCreat=Yes;Database=" + missing});
   ExpectDriverFailure(errRDO_Connection, "connect failed", [&] { Read(); }, {.Text = "Database: 'Shop'"});
@@ -86,48 +84,42 @@ TEST_F(BadInput, AFileThatIsNotThere) {
   std::filesystem::remove(missing);
 }
 
-TEST_F(BadInput, AFileThatIsNoDatabase) {
+TEST_F(BadInputTest, FileThatIsNoDatabaseIsReportedAndTheNextCallWorks) {
   WriteText(file_.Path() + ".txt", std::string(4096, 'x'));
   Design({.ConnectString = "Driver=SQLite3;Database=" + file_.Path() + ".txt"});
   ExpectDriverFailure(errRDO_Table, "not a database", [&] { Read(); });
   ExpectTheNextCallWorks();
 }
 
-TEST_F(BadInput, ATableThatIsNotThere) {
+TEST_F(BadInputTest, MissingTableIsReportedAndAnotherIsRead) {
   Design({.SourceText = "no_such_table"});
-  EXPECT_TRUE(Thrown([&] { Read(); }));
-  EXPECT_TRUE(WarnedOf("no such table"));
-  scope_.Messages().Clear();
-  ExpectRaised(errRDO_Table, [&] { Read(); }, {.Text = "SQL/Name: no_such_table"});
+  ExpectDriverFailure(errRDO_Table, "no such table", [&] { Read(); }, {.Text = "SQL/Name: no_such_table"});
   design_->Source->SetSourceText("orders");
   EXPECT_EQ(Read()->Count(), 25);
 }
 
-TEST_F(BadInput, AViewThatIsNotThere) {
+TEST_F(BadInputTest, MissingViewIsReportedAndAnotherIsRead) {
   Design({.SourceType = stView, .SourceText = "no_such_view"});
   ExpectDriverFailure(errRDO_View, "no such table", [&] { Read(); }, {.Text = "SQL/Name: no_such_view"});
   design_->Source->SetSourceText("big_orders");
   EXPECT_EQ(Read()->Count(), 5);
 }
 
-TEST_F(BadInput, AStatementThatDoesNotParse) {
+TEST_F(BadInputTest, StatementThatDoesNotParseIsReportedAndAnotherIsRun) {
   Design({.SourceType = stSQL, .SourceText = "SELECT FROM WHERE"});
-  EXPECT_TRUE(Thrown([&] { Read(); }));
-  EXPECT_TRUE(WarnedOf("syntax error"));
-  scope_.Messages().Clear();
-  ExpectRaised(errRDO_SQL, [&] { Read(); }, {.Text = "SQL: SELECT FROM WHERE"});
+  ExpectDriverFailure(errRDO_SQL, "syntax error", [&] { Read(); }, {.Text = "SQL: SELECT FROM WHERE"});
   design_->Source->SetSourceText("SELECT * FROM orders");
   EXPECT_EQ(Read()->Count(), 25);
 }
 
-TEST_F(BadInput, AColumnThatIsNotThere) {
+TEST_F(BadInputTest, MissingKeyColumnIsReportedAndTheTableStaysReadable) {
   Design();
   design_->Class->Properties()->Item("Id")->SetSourceColumn("nowhere");
   ExpectDriverFailure(errRDO_Table, "no such column", [&] { Read(design_->Key(1)); });
   EXPECT_EQ(Read()->Count(), 25);
 }
 
-TEST_F(BadInput, AStoredNumberThatItsColumnCannotHold) {
+TEST_F(BadInputTest, StoredNumberThatItsColumnCannotHoldIsReportedUntilItIsPutRight) {
   file_.Run("CREATE TABLE big (Id INTEGER NOT NULL PRIMARY KEY, Counted INTEGER)");
   file_.Run("INSERT INTO big VALUES (1, 2), (2, 5000000000)");
   Design({.SourceText = "big"});
@@ -136,7 +128,7 @@ TEST_F(BadInput, AStoredNumberThatItsColumnCannotHold) {
   EXPECT_EQ(Read()->Count(), 2);
 }
 
-TEST_F(BadInput, AValueThatDoesNotConvert) {
+TEST_F(BadInputTest, ValueThatDoesNotConvertIsRefusedAndNothingIsWritten) {
   Design();
   const auto order = Order(7);
   ExpectRaised(errProperty_DataType, [&] { order->Item("Placed")->SetValue("yesterday"); });
@@ -145,7 +137,7 @@ TEST_F(BadInput, AValueThatDoesNotConvert) {
   EXPECT_EQ(Stored("Placed", "Id = 7"), "1998-06-01 09:14:02");
 }
 
-TEST_F(BadInput, ADatabaseThatIsLockedByAnother) {
+TEST_F(BadInputTest, DatabaseThatAnotherLocksRefusesTheUpdateUntilItIsFree) {
   Design({.ConnectString = file_.ConnectString() + ";Timeout=50"});
   const auto order = Order(7);
   file_.Run("BEGIN EXCLUSIVE");
@@ -157,7 +149,7 @@ TEST_F(BadInput, ADatabaseThatIsLockedByAnother) {
   EXPECT_EQ(Stored("Customer", "Id = 7"), "x");
 }
 
-class BadInputOnPostgres : public testing::Test {
+class BadInputOnPostgresTest : public testing::Test {
  protected:
   void SetUp() override {
     if (!std::getenv("VELMORIA_TEST_PG")) GTEST_SKIP() << "VELMORIA_TEST_PG names no server";
@@ -170,7 +162,7 @@ class BadInputOnPostgres : public testing::Test {
   ScopedApartment scope_;
 };
 
-TEST_F(BadInputOnPostgres, AWrongPassword) {
+TEST_F(BadInputOnPostgresTest, WrongPasswordIsReportedAndShownNowhere) {
   const auto connection =
       Apartment().ConnectionContext->SetupConnection({.DatabaseName = "Shop",
                                                       .Engine = engODBC,
@@ -195,7 +187,7 @@ TEST_F(BadInputOnPostgres, AWrongPassword) {
   EXPECT_TRUE(good->ConnectionOpen());
 }
 
-TEST_F(BadInputOnPostgres, AServerThatGoesAwayBetweenTwoPages) {
+TEST_F(BadInputOnPostgresTest, ServerThatGoesAwayBetweenTwoPagesIsReportedAndTheNextPageIsRead) {
   const auto text = Text("VELMORIA_TEST_PG");
   const OneAction design({.SourceType = stSQL,
                           .SourceText = "SELECT i AS \"Id\", pg_backend_pid() AS pid FROM generate_series(1, 50000) i",
@@ -222,7 +214,7 @@ TEST_F(BadInputOnPostgres, AServerThatGoesAwayBetweenTwoPages) {
   EXPECT_EQ(design.Read()->Count(), 100);
 }
 
-TEST_F(BadInputOnPostgres, AServerThatGoesAwayWithATransactionIsNotReplacedUnnoticed) {
+TEST_F(BadInputOnPostgresTest, ServerThatGoesAwayWithATransactionIsNotReplacedUnnoticed) {
   const auto text = Text("VELMORIA_TEST_PG");
   const OneAction design(
       {.SourceType = stSQL, .SourceText = "SELECT pg_backend_pid() AS \"Id\"", .ConnectString = text});
@@ -241,7 +233,7 @@ TEST_F(BadInputOnPostgres, AServerThatGoesAwayWithATransactionIsNotReplacedUnnot
   EXPECT_EQ(design.Read()->Count(), 1);
 }
 
-TEST_F(BadInputOnPostgres, AValueThatTheServerCannotConvert) {
+TEST_F(BadInputOnPostgresTest, ValueThatTheServerCannotConvertIsReportedAndAnotherIsRead) {
   const OneAction design({.SourceType = stSQL,
                           .SourceText = "SELECT CAST('abc' AS integer) AS \"Id\"",
                           .ConnectString = Text("VELMORIA_TEST_PG")});
@@ -250,7 +242,7 @@ TEST_F(BadInputOnPostgres, AValueThatTheServerCannotConvert) {
   EXPECT_EQ(design.Read()->Count(), 1);
 }
 
-TEST_F(BadInputOnPostgres, AValueThatAColumnCannotTake) {
+TEST_F(BadInputOnPostgresTest, ValueThatAColumnCannotTakeIsReportedAndAnotherIsWritten) {
   const OneAction design({.SourceText = "bad_input", .ConnectString = Text("VELMORIA_TEST_PG")});
   for (const char* sql : {"CREATE TEMPORARY TABLE bad_input (Id integer PRIMARY KEY, Amount numeric(4,2))",
                           "INSERT INTO bad_input VALUES (1, 1.5)"})

@@ -89,13 +89,6 @@ TEST_F(GetBusinessObjectsTest, KeyFormatIsTheArgumentsOrACopyOfTheContexts) {
   EXPECT_EQ(context->GetBusinessObjects({.ClassName = "Line", .KeyFormat = given})->KeyFormat(), given);
 }
 
-TEST_F(GetBusinessObjectsTest, RowsBeyondEitherEndAreNotThere) {
-  const auto orders = Framework{}.GetBusinessObjects({.ClassName = "Order", .ActionName = "All"});
-  ExpectRaised(errPersistence_Row, [&] { orders->Item(0); }, {.Text = "Row: -1  Count: 3"});
-  ExpectRaised(errPersistence_Row, [&] { orders->Item(orders->Count() + 1); }, {.Text = "Row: 3  Count: 3"});
-  EXPECT_EQ(Ids(*orders), "1,2,3");
-}
-
 TEST_F(GetBusinessObjectsTest, DispatcherGivesAnotherObjectOfTheSameRowOnEveryPage) {
   shop_.AddOrders(25);
   shop_.OrderAction("All")->SetObjectBuffer(10);

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/scenario/brokering_fixture.h"
-#include "tests/support/expect_raised.h"
+#include "tests/support/refusal.h"
 
 namespace velmoria::test {
 namespace {
@@ -119,12 +119,7 @@ TEST_F(FailingDatabaseTest, MissingTableIsReportedWithTheDriversOwnWordsAndTheNe
   ASSERT_TRUE(error);
   EXPECT_NE(error->CatalogueNumber(), 0);
   EXPECT_NE(error->CatalogueNumber(), 15000);
-  bool told = false;
-  for (const auto& message : apartment_.Messages()) {
-    told = told || (message->SeverityFlags() == svfWarning &&
-                    message->Description().find("no such table") != std::string::npos);
-  }
-  EXPECT_TRUE(told) << apartment_.Messages().Details();
+  EXPECT_TRUE(WarnedOf("no such table")) << apartment_.Messages().Details();
   apartment_.Messages().Clear();
   shop_.File.Run("alter table hidden rename to orders");
   EXPECT_EQ(Order(1)->Key(), "1");

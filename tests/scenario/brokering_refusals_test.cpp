@@ -27,14 +27,10 @@ class RefusalTest : public BrokeringTest {
     shop_.Design.Order->SetActiveXClass("Order");
     shop_.Design.Order->SetActiveXCollection("Orders");
   }
-  void Check(const Case& each, const BusinessContextPtr& context) {
-    const auto error = Thrown([&] { each.Call(*context); });
-    const auto number = static_cast<std::int32_t>(each.Expected.Number);
-    if (const MessagePtr held = apartment_.Messages().Item(std::to_string(number))) state_ = held->StateDetails();
-    CheckRefusal(each.Expected, error, {__FILE__, __LINE__});
+  /// Expects the refusal; gives back the state that was held with it.
+  static std::string StateOf(const Case& each, const BusinessContextPtr& context) {
+    return ExpectRefusal(each.Expected, [&] { each.Call(*context); });
   }
-
-  std::string state_;  // that of the last refusal
 };
 
 constexpr const char* kLocked = "This property is locked and cannot be changed.";
@@ -96,8 +92,8 @@ TEST_F(RefusalTest, SelectionTellsItsNumbersWithTheStateOfTheContext) {
   };
   for (const Case& each : cases) {
     const auto context = NewContext();
-    Check(each, context);
-    EXPECT_EQ(state_, context->Details());
+    const auto state = StateOf(each, context);
+    EXPECT_EQ(state, context->Details());
   }
 }
 
@@ -150,8 +146,8 @@ TEST_F(RefusalTest, HeldCollectionsTellTheirNumbersWithTheStateOfTheContext) {
   shop_.Design.Order->SetActiveXCollection("");
   for (const Case& each : cases) {
     const auto context = NewContext();
-    Check(each, context);
-    EXPECT_EQ(state_, context->Details());
+    const auto state = StateOf(each, context);
+    EXPECT_EQ(state, context->Details());
   }
 }
 
@@ -214,8 +210,8 @@ TEST_F(RefusalTest, RequestsTellTheirNumbersWithTheStateOfTheContext) {
   };
   for (const Case& each : cases) {
     const auto context = NewContext();
-    Check(each, context);
-    EXPECT_EQ(state_, context->Details());
+    const auto state = StateOf(each, context);
+    EXPECT_EQ(state, context->Details());
   }
 }
 
@@ -247,8 +243,8 @@ TEST_F(RefusalTest, PropertiesTellTheirNumbersWithTheStateOfTheContext) {
   };
   for (const Case& each : cases) {
     const auto context = NewContext({.ClassName = "Order"});
-    Check(each, context);
-    EXPECT_EQ(state_, context->Details());
+    const auto state = StateOf(each, context);
+    EXPECT_EQ(state, context->Details());
   }
 }
 
@@ -268,22 +264,22 @@ TEST_F(RefusalTest, MissingRowIsToldWithTheParametersAsState) {
   };
   for (const Case& each : cases) {
     const auto context = NewContext({.ClassName = "Order", .ActionName = "Get", .ActionLocked = true});
-    Check(each, context);
-    EXPECT_EQ(state_, context->Parameters()->Details());
-    EXPECT_NE(state_.find("77"), std::string::npos);
+    const auto state = StateOf(each, context);
+    EXPECT_EQ(state, context->Parameters()->Details());
+    EXPECT_NE(state.find("77"), std::string::npos);
   }
 }
 
 TEST_F(RefusalTest, HostObjectThatIsNotMadeIsToldWithoutAState) {
-  Check({{.Number = errBusinessObject_Create,
-          .Place = "BusinessContext.CreateBusinessObject",
-          .Text = "Problem creating Line of Business object.  ActiveXBusinessClass: 'Sales.Order'  Identifier: '0'",
-          .Replaces = {"Sales.Order", "0"}},
-         [](BusinessContext& c) {
-           c.CreateBusinessObject({.ClassName = "Order", .ActionName = "Get", .ObjectType = otBusiness});
-         }},
-        NewContext());
-  EXPECT_EQ(state_, "");
+  const Case notMade{
+      {.Number = errBusinessObject_Create,
+       .Place = "BusinessContext.CreateBusinessObject",
+       .Text = "Problem creating Line of Business object.  ActiveXBusinessClass: 'Sales.Order'  Identifier: '0'",
+       .Replaces = {"Sales.Order", "0"}},
+      [](BusinessContext& c) {
+        c.CreateBusinessObject({.ClassName = "Order", .ActionName = "Get", .ObjectType = otBusiness});
+      }};
+  EXPECT_EQ(StateOf(notMade, NewContext()), "");
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
-#include <fstream>
-#include <iterator>
+#include <stdexcept>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -8,18 +7,14 @@
 #include "tests/scenario/orders_of_the_page.h"
 #include "tests/support/component_offer.h"
 #include "tests/support/expect_raised.h"
+#include "tests/support/temporary_folder.h"
 
 namespace velmoria::test {
 namespace {
 
-std::string TextOf(const std::string& path) {
-  std::ifstream file(std::string(VELMORIA_TESTS_DIR) + "/" + path);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// A header as the page shows it: without its first line, and without the header of another class of the page.
 std::string Shown(const std::string& path) {
-  std::string text = TextOf(path);
+  std::string text = ReadText(std::string(VELMORIA_TESTS_DIR) + "/" + path);
   for (const std::string left : {"#pragma once\n\n", "#include \"tests/scenario/order_of_the_page.h\"\n\n"})
     if (text.starts_with(left)) text.erase(0, left.size());
   return text;
@@ -50,7 +45,7 @@ class HostClassPageTest : public BrokeringTest {
 };
 
 TEST_F(HostClassPageTest, PageShowsTheVeryClassesThatAreTestedHere) {
-  const std::string page = TextOf("../docs/host_classes.md");
+  const std::string page = ReadText(VELMORIA_TESTS_DIR "/../docs/host_classes.md");
   for (const auto* header : {"scenario/order_of_the_page.h", "scenario/orders_of_the_page.h"}) {
     const std::string shown = Shown(header);
     ASSERT_NE(shown, "");

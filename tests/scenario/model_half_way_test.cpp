@@ -12,13 +12,7 @@ namespace {
 class HalfWrittenModelTest : public BrokeringTest {
  protected:
   HalfWrittenModelTest() {
-    shop_.Design.Line->Actions()->Item("Get")->Sources()->Item()->Parameters()->SetupItem(
-        {.Name = "OrderId", .DataType = dtLongInteger, .SourceColumn = "OrderId", .Flags = pfInput});
-    const RelationshipPtr lines = shop_.Design.Order->Relationships()->SetupItem(
-        {.Name = "Lines", .RelatedServerName = "Sales", .RelatedClassName = "Line", .RelatedActionName = "Get"});
-    const LinkPtr link = lines->Links()->SetupItem({.Name = "Order"});
-    link->Property()->SetName("Id");
-    link->Parameter()->SetName("OrderId");
+    shop_.RelateLines();
     lines_ = order_->BusinessObjects("Lines");
     order_->BeforeUpdate += [this](bool&) { heard_ += "< "; };
     order_->AfterUpdate += [this] { heard_ += "> "; };

@@ -1,9 +1,8 @@
-#include <functional>
 #include <string>
 
 #include "tests/scenario/brokering_fixture.h"
 #include "tests/support/component_offer.h"
-#include "tests/support/expect_raised.h"
+#include "tests/support/refusal.h"
 
 namespace velmoria::test {
 namespace {
@@ -11,33 +10,10 @@ namespace {
 /// Orders and their lines in a real database, where every write is seen by a connection that is not the library's.
 class StoredModelTest : public BrokeringTest {
  protected:
-  StoredModelTest() {
-    shop_.Design.Line->Actions()->Item("Get")->Sources()->Item()->Parameters()->SetupItem(
-        {.Name = "OrderId", .DataType = dtLongInteger, .SourceColumn = "OrderId", .Flags = pfInput});
-    const RelationshipPtr lines = shop_.Design.Order->Relationships()->SetupItem(
-        {.Name = "Lines", .RelatedServerName = "Sales", .RelatedClassName = "Line", .RelatedActionName = "Get"});
-    const LinkPtr link = lines->Links()->SetupItem({.Name = "OrderId"});
-    link->Property()->SetName("Id");
-    link->Parameter()->SetName("OrderId");
-  }
+  StoredModelTest() { shop_.RelateLines(); }
   std::string Stored(const char* column, const char* table) {
     return shop_.File.Column(std::string("select ") + column + " from " + table);
   }
-  /// Number, class, routine, values of the placeholders and extra text of the failure, as it stands in the messages.
-  std::string Told(zErrors number, const std::function<void()>& call) {
-    apartment_.Messages().Clear();
-    const auto error = Thrown(call);
-    const auto wanted = static_cast<std::int32_t>(number);
-    const MessagePtr message = apartment_.Messages().Item(std::to_string(wanted));
-    if (!error || error->CatalogueNumber() != wanted || !message) return "(something else)";
-    state_ = message->StateDetails();
-    EXPECT_NE(error->Description().find(message->Description()), std::string::npos);
-    return message->TypeName() + "." + message->RoutineName() + ": " + message->Description() + " <" +
-           message->Replace1() + "|" + message->Replace2() + "|" + message->Replace3() + "|" + message->Replace4() +
-           "> [" + message->ExtraText() + "]";
-  }
-
-  std::string state_;
 };
 
 TEST_F(StoredModelTest, RelatedCollectionIsLoadedOnFirstUseAndFoundInTheContextOnTheSecond) {
@@ -146,35 +122,46 @@ TEST_F(StoredModelTest, DetailsTellTheRowAndWhatHangsOnIt) {
 
 TEST_F(StoredModelTest, MissingCollectionIsToldWithItsIndexAndTheDetailsOfTheObject) {
   const auto order = Order(1);
-  const std::string text = "Model.BusinessObjects: Problem finding business objects in BusinessContext.  Index: ";
-  EXPECT_EQ(Told(errItem_BusinessObjects, [&] { order->BusinessObjects("Parts"); }), text + "'Parts' <'Parts'|||> []");
-  EXPECT_EQ(state_, order->Details());
-  EXPECT_EQ(Told(errItem_BusinessObjects, [&] { order->BusinessObjects(3); }), text + "3 <3|||> []");
-  EXPECT_EQ(Told(errItem_BusinessObjects, [&] { order->BusinessObjects(order->Identifier()); }),
-            text + "(Identifier) <(Identifier)|||> []");
+  const auto missing = [](const std::string& index) {
+    return Refusal{errItem_BusinessObjects,
+                   "Model.BusinessObjects",
+                   "Problem finding business objects in BusinessContext.  Index: " + index,
+                   {index}};
+  };
+  const auto state = ExpectRefusal(missing("'Parts'"), [&] { order->BusinessObjects("Parts"); });
+  EXPECT_EQ(state, order->Details());
+  ExpectRefusal(missing("3"), [&] { order->BusinessObjects(3); });
+  ExpectRefusal(missing("(Identifier)"), [&] { order->BusinessObjects(order->Identifier()); });
 }
 
 TEST_F(StoredModelTest, MissingPropertiesAreToldWithTheirIndexAndTheDetailsOfTheObject) {
   const auto order = Order(1);
-  const std::string text = "Model.Properties: Problem finding Properties in PropertyContext. Index: ";
-  EXPECT_EQ(Told(errItem_Properties, [&] { order->Properties("Note"); }), text + "'Note' <'Note'|||> []");
-  EXPECT_EQ(state_, order->Details());
-  EXPECT_EQ(Told(errItem_Properties, [&] { order->Properties(2); }), text + "2 <2|||> []");
-  EXPECT_EQ(Told(errItem_Properties, [&] { order->Properties(Variant::Null()); }), text + "(Null) <(Null)|||> []");
+  const auto missing = [](const std::string& index) {
+    return Refusal{errItem_Properties,
+                   "Model.Properties",
+                   "Problem finding Properties in PropertyContext. Index: " + index,
+                   {index}};
+  };
+  const auto state = ExpectRefusal(missing("'Note'"), [&] { order->Properties("Note"); });
+  EXPECT_EQ(state, order->Details());
+  ExpectRefusal(missing("2"), [&] { order->Properties(2); });
+  ExpectRefusal(missing("(Null)"), [&] { order->Properties(Variant::Null()); });
 }
 
 TEST_F(StoredModelTest, MissingPropertyIsToldWithItsIndexAndParameterAndTheDetailsOfTheObject) {
   const auto order = Order(1);
+  const auto missing = [](const std::string& index, const std::string& parameter = "(Nothing)") {
+    return Refusal{
+        errItem_Property,
+        "Model.FindProperty",
+        "Problem finding Property.  Index: " + index + "  SourceName: ''  SourceKey: ''  Parameter: " + parameter,
+        {index, "", "", parameter}};
+  };
+  const auto state = ExpectRefusal(missing("'Colour'"), [&] { order->FindProperty("Colour"); });
+  EXPECT_EQ(state, order->Details());
+  ExpectRefusal(missing("4"), [&] { order->FindProperty(4); });
   const PropertyPtr like = Framework{}.CreateProperty({.Name = "Colour", .DataType = dtString});
-  const std::string text = "Model.FindProperty: Problem finding Property.  Index: ";
-  EXPECT_EQ(Told(errItem_Property, [&] { order->FindProperty("Colour"); }),
-            text + "'Colour'  SourceName: ''  SourceKey: ''  Parameter: (Nothing) <'Colour'|||(Nothing)> []");
-  EXPECT_EQ(state_, order->Details());
-  EXPECT_EQ(Told(errItem_Property, [&] { order->FindProperty(4); }),
-            text + "4  SourceName: ''  SourceKey: ''  Parameter: (Nothing) <4|||(Nothing)> []");
-  EXPECT_EQ(Told(errItem_Property, [&] { order->FindProperty(Variant::Missing(), like); }),
-            text + "'Error'  SourceName: ''  SourceKey: ''  Parameter: " + like->Details() + " <'Error'|||" +
-                like->Details() + "> []");
+  ExpectRefusal(missing("'Error'", like->Details()), [&] { order->FindProperty(Variant::Missing(), like); });
 }
 
 /// The shop with a class of the host for orders.
@@ -200,15 +187,21 @@ using KeptHandshakeTest = StoredHostObjectTest<HostOrder>;
 
 TEST_F(RefusedHandshakeTest, EveryRoutineThatMakesAnObjectTellsTheRefusalWithItsKey) {
   const auto orders = Framework{}.GetBusinessObjects({.ClassName = "Order"});
-  const std::string text = ": Problem initializing Line of Business object with a Model.  Identifier: ";
-  EXPECT_EQ(Told(errBusinessObject_Initialize, [&] { orders->Item(2); }),
-            "BusinessObjects.IBusinessObjects_Item" + text + "'2' <2|||> []");
-  EXPECT_EQ(Told(errBusinessObject_Initialize, [&] { orders->SetupItem(); }),
-            "BusinessObjects.IBusinessObjects_SetupItem" + text + "'0' <0|||> []");
-  EXPECT_EQ(Told(errBusinessObject_Initialize,
-                 [] { Framework{}.CreateBusinessObject({.ClassName = "Order", .ActionName = "Get"}); }),
-            "BusinessContext.CreateBusinessObject" + text + "'0' <0|||> []");
-  EXPECT_EQ(apartment_.Messages().Item("5")->SeverityFlags(), svfWarning) << "what the host said stands beside it";
+  const auto refused = [](const char* place, const std::string& key) {
+    return Refusal{errBusinessObject_Initialize,
+                   place,
+                   "Problem initializing Line of Business object with a Model.  Identifier: '" + key + "'",
+                   {key}};
+  };
+  ExpectRefusal(refused("BusinessObjects.IBusinessObjects_Item", "2"), [&] { orders->Item(2); });
+  ExpectRefusal(refused("BusinessObjects.IBusinessObjects_SetupItem", "0"), [&] { orders->SetupItem(); });
+  ExpectRefusal(refused("BusinessContext.CreateBusinessObject", "0"),
+                [] { Framework{}.CreateBusinessObject({.ClassName = "Order", .ActionName = "Get"}); });
+}
+
+TEST_F(RefusedHandshakeTest, WhatTheHostSaidStandsBesideTheRefusalAsAWarning) {
+  EXPECT_TRUE(Thrown([&] { Order(2); }));
+  EXPECT_TRUE(WarnedOf("no thanks")) << apartment_.Messages().Details();
 }
 
 TEST_F(ForgottenHandshakeTest, ObjectThatDidNotKeepItsModelHasNoWayToItsRow) {
@@ -232,9 +225,10 @@ TEST_F(StoredModelTest, CollectionThatIsNoHostsOwnRefusesTheHandshakeOfOne) {
   const auto bound = Framework{}.GetBusinessObjects({.ClassName = "Order"});
   const auto free = Framework{}.CreateBusinessObjects({.Name = "Own"});
   for (const auto& collection : {bound, free}) {
-    EXPECT_EQ(Told(errVelmoria_Locked, [&] { collection->Setup({}); }),
-              "BusinessObjects.IBusinessObjects_Setup: This property is locked and cannot be changed. <|||> []");
-    EXPECT_EQ(state_, collection->Details());
+    const auto state = ExpectRefusal({errVelmoria_Locked, "BusinessObjects.IBusinessObjects_Setup",
+                                      "This property is locked and cannot be changed."},
+                                     [&] { collection->Setup({}); });
+    EXPECT_EQ(state, collection->Details());
   }
 }
 

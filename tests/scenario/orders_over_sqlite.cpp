@@ -1,6 +1,5 @@
 #include "tests/scenario/orders_over_sqlite.h"
 
-#include "velmoria/core/messages.h"
 #include "velmoria/data/recordset_impl.h"
 #include "velmoria/design/action.h"
 #include "velmoria/design/class.h"
@@ -39,12 +38,6 @@ void OrdersOverSqlite::Design(OneActionFields fields) {
 
 PropertiesPtr OrdersOverSqlite::Order(std::int32_t id) {
   return Read(design_->Key(id))->GetPersistentProperties(0, "");
-}
-
-bool WarnedOf(const std::string& words) {
-  for (const auto& message : *Apartment().Messages)
-    if (message->SeverityFlags() == svfWarning && message->Description().find(words) != std::string::npos) return true;
-  return false;
 }
 
 }  // namespace velmoria::test

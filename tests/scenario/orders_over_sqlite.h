@@ -13,9 +13,6 @@
 
 namespace velmoria::test {
 
-/// Whether the driver's own words stand among the messages as a warning.
-bool WarnedOf(const std::string& words);
-
 /// Orders 1 to 25 in a real database, and an Action over them.
 class OrdersOverSqlite : public testing::Test {
  public:

@@ -38,7 +38,7 @@ class PersistenceRefusalsTest : public BrokeringTest {
 
 // Properties
 
-TEST_F(PersistenceRefusalsTest, UpdateAndDeleteOfACollectionWithoutAPlaceInADatabase) {
+TEST_F(PersistenceRefusalsTest, UpdateAndDeleteOfACollectionWithoutAPlaceInADatabaseAreRefused) {
   const auto free = Framework{}.CreateProperties();
   ExpectRefusal({errProperties_Update, "Properties.Update",
                  "A non-persistent Property collection does not support an Update operation."},
@@ -48,7 +48,7 @@ TEST_F(PersistenceRefusalsTest, UpdateAndDeleteOfACollectionWithoutAPlaceInAData
                 [&] { free->Delete(); });
 }
 
-TEST_F(PersistenceRefusalsTest, StateFlagsOfACollectionWithoutAPlaceInADatabase) {
+TEST_F(PersistenceRefusalsTest, StateFlagsOfACollectionWithoutAPlaceInADatabaseCannotBeSet) {
   const std::string why = "Changing StateFlags is only permitted with Action-bound Properties collections.";
   ExpectRefusal({errProperties_Transient,
                  "Properties.StateFlags (Let)",
@@ -57,7 +57,7 @@ TEST_F(PersistenceRefusalsTest, StateFlagsOfACollectionWithoutAPlaceInADatabase)
                 [] { Framework{}.CreateProperties()->SetStateFlags(sfpersistent); });
 }
 
-TEST_F(PersistenceRefusalsTest, InsertAndUpdateThatTheActionDoesNotAllow) {
+TEST_F(PersistenceRefusalsTest, InsertAndUpdateThatTheActionDoesNotAllowAreRefused) {
   const auto added = NewRow();
   shop_.OrderAction("All")->SetEditFlags(efUpdate | efDelete);
   ExpectRefusal({errNotSupported_Insert,
@@ -76,7 +76,7 @@ TEST_F(PersistenceRefusalsTest, InsertAndUpdateThatTheActionDoesNotAllow) {
                 [&] { changed->Update(); });
 }
 
-TEST_F(PersistenceRefusalsTest, DeleteUnderTheBareFlagOfDeletingInTheWordsForUpdating) {
+TEST_F(PersistenceRefusalsTest, DeleteUnderTheBareFlagOfDeletingIsRefusedInTheWordsForUpdating) {
   shop_.OrderAction("Get")->SetEditFlags(efDelete);
   const auto row = Row();
   row->Delete();
@@ -88,7 +88,7 @@ TEST_F(PersistenceRefusalsTest, DeleteUnderTheBareFlagOfDeletingInTheWordsForUpd
                 [&] { row->Update(); });
 }
 
-TEST_F(PersistenceRefusalsTest, WhateverIsAskedOfADeletedRowButItsDeletion) {
+TEST_F(PersistenceRefusalsTest, WhateverIsAskedOfADeletedRowButItsDeletionIsRefused) {
   const auto row = DeletedRow();
   const auto expected = [](const char* place) {
     return Refusal{
@@ -102,7 +102,7 @@ TEST_F(PersistenceRefusalsTest, WhateverIsAskedOfADeletedRowButItsDeletion) {
   EXPECT_EQ(apartment_.Messages().Count(), 0);
 }
 
-TEST_F(PersistenceRefusalsTest, WritesThatTheDatabaseRefuses) {
+TEST_F(PersistenceRefusalsTest, WritesThatTheDatabaseRefusesAreReportedUnderANumberForEachKind) {
   Guard("insert");
   ExpectRefusal(
       {errPersistence_Insert, "SQLAgent.InsertPersistentProperties", "Problem Inserting new persistent Properties."},
@@ -123,22 +123,13 @@ TEST_F(PersistenceRefusalsTest, WritesThatTheDatabaseRefuses) {
                 [&] { row->Update(); });
 }
 
-TEST_F(PersistenceRefusalsTest, RowBehindTheLast) {
-  const auto orders = Framework{}.GetBusinessObjects({.ClassName = "Order", .ActionName = "All"});
-  ExpectRefusal({errPersistence_Row,
-                 "Recordset.BuildProperties",
-                 "Problem building persistent Properties.  Row: 3  Count: 3",
-                 {"3", "3"}},
-                [&] { orders->Item(4); });
-}
-
-TEST_F(PersistenceRefusalsTest, PropertiesOfWhichThereIsNoRow) {
+TEST_F(PersistenceRefusalsTest, PropertiesOfWhichThereIsNoRowAreReported) {
   ExpectRefusal({errPersistence_Get, "BusinessContext.GetProperties",
                  "Problem getting persistent Properties from database Source."},
                 [&] { Order(3)->GetModel()->PropertyContext()->GetProperties("Detail"); });
 }
 
-TEST_F(PersistenceRefusalsTest, ParameterWithoutTheValueThatItRequires) {
+TEST_F(PersistenceRefusalsTest, ParameterWithoutTheValueThatItRequiresIsRefused) {
   shop_.OrderAction("Named")->Sources()->Item()->Parameters()->Item("Name")->SetFlags(pfInput | pfRequired);
   ExpectRefusal({errProperties_Required,
                  "SQLAgent.CreatePreparedStatement",
@@ -149,7 +140,7 @@ TEST_F(PersistenceRefusalsTest, ParameterWithoutTheValueThatItRequires) {
 
 // PropertyContext
 
-TEST_F(PersistenceRefusalsTest, SettingsOfALockedContext) {
+TEST_F(PersistenceRefusalsTest, SettingsOfALockedContextAreRefused) {
   const auto context = Context();
   context->SetLocked(true);
   const auto expected = [](const std::string& routine) {
@@ -161,7 +152,7 @@ TEST_F(PersistenceRefusalsTest, SettingsOfALockedContext) {
   ExpectRefusal(expected("Setup"), [&] { context->Setup(false, true, true); });
 }
 
-TEST_F(PersistenceRefusalsTest, ContextThatTakesNothingAndGivesNothing) {
+TEST_F(PersistenceRefusalsTest, ContextRefusesWhatItDoesNotSupport) {
   const auto context = Context();
   context->SetSupportsAdd(false);
   context->SetSupportsRemove(false);
@@ -178,7 +169,7 @@ TEST_F(PersistenceRefusalsTest, ContextThatTakesNothingAndGivesNothing) {
                 [&] { context->LoadNewProperties({.ActionName = "Detail"}); });
 }
 
-TEST_F(PersistenceRefusalsTest, BothPositionsInAContext) {
+TEST_F(PersistenceRefusalsTest, BothPositionsAreRefusedByAddAndByLoad) {
   const auto context = Context();
   const Refusal added{errAdd_Properties,
                       "PropertyContext.Add",
@@ -193,7 +184,7 @@ TEST_F(PersistenceRefusalsTest, BothPositionsInAContext) {
   ExpectRefusal(loaded, [&] { context->LoadProperties({.ActionName = "Detail"}, {.Before = 1, .After = "x"}); });
 }
 
-TEST_F(PersistenceRefusalsTest, CollectionThatAContextLacksOrWillNotLetGo) {
+TEST_F(PersistenceRefusalsTest, CollectionThatAContextLacksOrWillNotLetGoIsReported) {
   const auto context = Context();
   ExpectRefusal({errItem_Properties,
                  "PropertyContext.Item",
@@ -208,7 +199,7 @@ TEST_F(PersistenceRefusalsTest, CollectionThatAContextLacksOrWillNotLetGo) {
                 [&] { context->Remove(1); });
 }
 
-TEST_F(PersistenceRefusalsTest, PropertyThatNoCollectionOfAContextHas) {
+TEST_F(PersistenceRefusalsTest, PropertyThatNoCollectionOfAContextHasIsReported) {
   const auto expected = [](const std::string& index) {
     return Refusal{errItem_Property,
                    "PropertyContext.FindProperty",
@@ -225,7 +216,7 @@ TEST_F(PersistenceRefusalsTest, PropertyThatNoCollectionOfAContextHas) {
   ExpectRefusal(expected("4"), find(4));
 }
 
-TEST_F(PersistenceRefusalsTest, LoadingAndGettingOfATransientContext) {
+TEST_F(PersistenceRefusalsTest, LoadingAndGettingOfATransientContextAreRefused) {
   const auto context = Framework{}.CreatePropertyContext();
   context->SetSupportsLoad(true);
   const auto expected = [](const std::string& routine) {

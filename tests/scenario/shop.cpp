@@ -39,6 +39,16 @@ Shop::Shop() : File(kTables), Design(File.ConnectString()) {
   named->Parameters()->SetupItem({.Name = "Name", .DataType = dtString, .Size = 20});
 }
 
+void Shop::RelateLines() const {
+  Design.Line->Actions()->Item("Get")->Sources()->Item()->Parameters()->SetupItem(
+      {.Name = "OrderId", .DataType = dtLongInteger, .SourceColumn = "OrderId", .Flags = pfInput});
+  const RelationshipPtr lines = Design.Order->Relationships()->SetupItem(
+      {.Name = "Lines", .RelatedServerName = "Sales", .RelatedClassName = "Line", .RelatedActionName = "Get"});
+  const LinkPtr link = lines->Links()->SetupItem({.Name = "OrderId"});
+  link->Property()->SetName("Id");
+  link->Parameter()->SetName("OrderId");
+}
+
 void Shop::AddOrders(int last) {
   std::string script = "begin;";
   for (int id = 4; id <= last; ++id) {

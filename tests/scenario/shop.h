@@ -19,6 +19,8 @@ class Shop {
   SampleDesign Design;
 
   ActionPtr OrderAction(const std::string& name) const { return Design.Order->Actions()->Item(name); }
+  /// Relates each order to its lines as "Lines", by the parameter OrderId of their Action.
+  void RelateLines() const;
   /// Orders 4 to `last`.
   void AddOrders(int last);
   /// Notes from here on what is written to the orders.

@@ -2,6 +2,7 @@
 
 #include "tests/scenario/orders_over_sqlite.h"
 #include "tests/support/expect_raised.h"
+#include "tests/support/refusal.h"
 #include "velmoria/core/messages.h"
 #include "velmoria/data/connection.h"
 #include "velmoria/data/database_agent_impl.h"

@@ -29,9 +29,10 @@ void CheckThrown(const Error& error, const Refusal& expected) {
 
 }  // namespace
 
-void CheckRefusal(const Refusal& expected, const std::optional<Error>& error, CodePlace place) {
+std::string CheckRefusal(const Refusal& expected, const std::optional<Error>& error, CodePlace place) {
   const testing::ScopedTrace trace(place.File, place.Line, expected.Text);
   auto& messages = *Apartment().Messages;
+  std::string state;
   if (!error) {
     ADD_FAILURE() << "nothing was raised";
   } else {
@@ -39,10 +40,18 @@ void CheckRefusal(const Refusal& expected, const std::optional<Error>& error, Co
   }
   if (const auto held = messages.Item(NumberText(static_cast<std::int32_t>(expected.Number)))) {
     CheckHeld(*held, expected);
+    state = held->StateDetails();
   } else {
     ADD_FAILURE() << "no such message\n" << messages.Details();
   }
   messages.Clear();
+  return state;
+}
+
+bool WarnedOf(const std::string& words) {
+  for (const auto& message : *Apartment().Messages)
+    if (message->SeverityFlags() == svfWarning && message->Description().find(words) != std::string::npos) return true;
+  return false;
 }
 
 }  // namespace velmoria::test

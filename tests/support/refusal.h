@@ -18,13 +18,17 @@ struct Refusal {
   std::string ExtraText{};
 };
 
-void CheckRefusal(const Refusal& expected, const std::optional<Error>& error, CodePlace place);
+std::string CheckRefusal(const Refusal& expected, const std::optional<Error>& error, CodePlace place);
 
-/// Expects a catalogue error to the last field; the messages are cleared behind it.
+/// Expects a catalogue error to the last field; the messages are cleared behind it. Gives back the state that the
+/// message holds of the object, or "" without a message.
 template <class Routine>
-void ExpectRefusal(const Refusal& expected, Routine&& routine, const char* file = __builtin_FILE(),
-                   int line = __builtin_LINE()) {
-  CheckRefusal(expected, Thrown(std::forward<Routine>(routine)), {file, line});
+std::string ExpectRefusal(const Refusal& expected, Routine&& routine, const char* file = __builtin_FILE(),
+                          int line = __builtin_LINE()) {
+  return CheckRefusal(expected, Thrown(std::forward<Routine>(routine)), {file, line});
 }
+
+/// Whether such words, the driver's own for example, stand among the messages as a warning.
+bool WarnedOf(const std::string& words);
 
 }  // namespace velmoria::test
