@@ -15,11 +15,11 @@ namespace velmoria {
 
 namespace {
 
-constexpr std::initializer_list<VarType> PositionTypes = {VarType::Integer, VarType::Long, VarType::Double,
-                                                          VarType::Decimal, VarType::Byte};
+constexpr std::initializer_list<VarType> kPositionTypes = {VarType::Integer, VarType::Long, VarType::Double,
+                                                           VarType::Decimal, VarType::Byte};
 
 bool IsPosition(const Variant& index) {
-  return std::find(PositionTypes.begin(), PositionTypes.end(), index.Type()) != PositionTypes.end();
+  return std::find(kPositionTypes.begin(), kPositionTypes.end(), index.Type()) != kPositionTypes.end();
 }
 
 /// Whether a position fits 32 bits; what is no number is no position either.
@@ -31,7 +31,7 @@ bool IsLong(const Variant& position) {
 }  // namespace
 
 void BusinessObjects::RaiseNotFound(const Variant& index, std::string_view routine) {
-  Raise(errItem_BusinessObject, routine, {IndexText(index, PositionTypes)});
+  Raise(errItem_BusinessObject, routine, {IndexText(index, kPositionTypes)});
 }
 
 std::string BusinessObjects::KeyOf(const Variant& index) {
@@ -99,7 +99,7 @@ void BusinessObjects::Remove(const Variant& index) try {
   } else if (index.IsText() || index.AsObject<Identifier>()) {
     if (!members_.RemoveKey(KeyOf(index))) Fail(RuntimeFailure::InvalidArgument);
   } else {
-    Raise(errRemove_BusinessObject, "IBusinessObjects_Remove", {IndexText(index, PositionTypes)});
+    Raise(errRemove_BusinessObject, "IBusinessObjects_Remove", {IndexText(index, kPositionTypes)});
   }
   AfterRemove.Raise();
 } catch (...) { Failed("IBusinessObjects_Remove"); }

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <ostream>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -28,6 +29,8 @@ struct DirtyCase {
   Variant Present;
   bool Dirty;
 };
+
+void PrintTo(const DirtyCase& each, std::ostream* stream) { *stream << each.Name; }
 
 class DirtyValueTest : public PropertyDataValueTest, public testing::WithParamInterface<DirtyCase> {};
 

@@ -15,8 +15,8 @@ std::shared_ptr<const RowChunk> Chunk(int first, int rows) {
     if (number % 3 == 0)
       builder.AddRow({number, null, null, null, null, null});
     else
-      builder.AddRow(
-          {number, "text " + std::to_string(number), number / 2.0, number % 2 == 0, Decimal::From(std::int64_t{number}), Variant()});
+      builder.AddRow({number, "text " + std::to_string(number), number / 2.0, number % 2 == 0,
+                      Decimal::From(std::int64_t{number}), Variant()});
   }
   return builder.Build();
 }
