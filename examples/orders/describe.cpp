@@ -12,14 +12,17 @@ ActionFields Operation(const std::string& name, zObjectTypes objectType = otMode
   return {.Name = name, .DatabaseName = "Shop", .UsageFlags = ufAll, .EditFlags = efAll, .ObjectType = objectType};
 }
 
-SourcePtr AddOnTable(const ClassPtr& described, const ActionFields& operation, const std::string& table) {
+SourcePtr AddOn(const ClassPtr& described, const ActionFields& operation, zSourceTypes type, const std::string& text) {
   const ActionPtr action = described->Actions()->SetupItem(operation);
-  return action->Sources()->SetupItem({.Engine = engODBC, .SourceType = stTable, .SourceText = table});
+  return action->Sources()->SetupItem({.Engine = engODBC, .SourceType = type, .SourceText = text});
 }
 
-SourcePtr AddStatement(const ClassPtr& described, const ActionFields& operation, const std::string& text) {
-  const ActionPtr action = described->Actions()->SetupItem(operation);
-  return action->Sources()->SetupItem({.Engine = engODBC, .SourceType = stSQL, .SourceText = text});
+SourcePtr AddOnTable(const ClassPtr& described, const ActionFields& operation, const std::string& table) {
+  return AddOn(described, operation, stTable, table);
+}
+
+SourcePtr AddOnStatement(const ClassPtr& described, const ActionFields& operation, const std::string& statement) {
+  return AddOn(described, operation, stSQL, statement);
 }
 
 /// What an operation asks for. On a table, a parameter that is one of its columns becomes a criterion.
@@ -76,9 +79,9 @@ void DescribeOrders(const ServerPtr& sales) {
   check.ConnectionsName = "Check";  // a group of connections of its own
   AddOnTable(order, check, "orders");
 
-  AddParameter(
-      AddStatement(order, Operation("OfCustomer", otBusiness), "select * from orders where CustomerId = ? order by Id"),
-      "CustomerId");
+  AddParameter(AddOnStatement(order, Operation("OfCustomer", otBusiness),
+                              "select * from orders where CustomerId = ? order by Id"),
+               "CustomerId");
 
   Relate(order, {.Name = "Lines", .RelatedClassName = "OrderLine", .RelatedActionName = "OfOrder"}, "Id", "OrderId");
   Relate(order,
