@@ -77,7 +77,7 @@ std::int64_t ByRangeFor(IBusinessObjects& objects) {
 std::int64_t ByKey(IBusinessObjects& objects) {
   std::int64_t sum = 0;
   for (int request = 0; request < FewRows; ++request)
-    sum += ReadTwo(objects.Item(std::to_string(KeyOf(request, FewRows))));
+    sum += ReadTwo(objects.Item(std::to_string(Jump(request, FewRows))));
   return sum;
 }
 
@@ -90,7 +90,7 @@ std::int64_t InOrderPlainly(const PlainRows& rows) {
 std::int64_t ByKeyPlainly(const PlainRows& rows) {
   std::int64_t sum = 0;
   for (int request = 0; request < FewRows; ++request)
-    sum += ReadTwo(rows.InOrder[rows.Places.at(std::to_string(KeyOf(request, FewRows)))]);
+    sum += ReadTwo(rows.InOrder[rows.Places.at(std::to_string(Jump(request, FewRows)))]);
   return sum;
 }
 

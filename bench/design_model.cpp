@@ -1,10 +1,10 @@
 #include "design_model.h"
 
-#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 #include "measure.h"
 #include "velmoria/velmoria.h"
@@ -63,11 +63,6 @@ ServerPtr Build() {
   return server;
 }
 
-/// A number per step that jumps about, the same in every run.
-int Jump(int step, int count) {
-  return 1 + static_cast<int>(std::uint64_t{2654435761} * static_cast<unsigned>(step) % static_cast<unsigned>(count));
-}
-
 void FindPlainly(const PlainServer& server) {
   for (int step = 0; step < Finds; ++step) {
     const auto& found = *server.ClassesByName.at(ClassNameOf(Jump(step, ClassCount)))
@@ -84,41 +79,44 @@ void Find(const Classes& classes) {
   }
 }
 
-void PrintPerObject(const char* what, double seconds, double plain, double bytes) {
-  std::printf("%-52s %9.0f ns  ratio %5.2f   %6.0f bytes\n", what, seconds / ObjectCount * 1e9, seconds / plain, bytes);
+/// What one way to make the design takes: seconds of each round, and bytes for each object of the last.
+struct Making {
+  std::vector<double> Rounds;
+  double Bytes = 0;
+};
+
+void Measure(Making& making, auto&& make) {
+  const auto before = HeapBytes();
+  making.Rounds.push_back(Seconds(make));
+  making.Bytes = static_cast<double>(HeapBytes() - before) / ObjectCount;
+}
+
+void PrintMaking(const char* what, const Making& making, const Making& plain) {
+  const double seconds = Median(making.Rounds);
+  std::printf("%-52s %9.0f ns  ratio %5.2f   %6.0f bytes\n", what, seconds / ObjectCount * 1e9,
+              seconds / Median(plain.Rounds), making.Bytes);
 }
 
 }  // namespace
 
 void BenchDesignModel() {
-  std::vector<double> plainBuild, build, copy, plainFind, find;
-  double plainBytes = 0;
-  double bytes = 0;
-  double copyBytes = 0;
+  Making plainBuild, build, copy;
+  std::vector<double> plainFind, find;
   for (int round = 0; round < Rounds; ++round) {
-    auto held = HeapBytes();
-    const auto taken = [&held](double& each) {
-      const auto now = HeapBytes();
-      each = static_cast<double>(now - held) / ObjectCount;
-      held = now;
-    };
     PlainServer plain;
-    plainBuild.push_back(Seconds([&] { plain = BuildPlain(); }));
-    taken(plainBytes);
+    Measure(plainBuild, [&] { plain = BuildPlain(); });
     ServerPtr server;
-    build.push_back(Seconds([&] { server = Build(); }));
-    taken(bytes);
+    Measure(build, [&] { server = Build(); });
     ServerPtr second;
-    copy.push_back(Seconds([&] { second = server->Copy(); }));
-    taken(copyBytes);
+    Measure(copy, [&] { second = server->Copy(); });
     plainFind.push_back(Seconds([&] { FindPlainly(plain); }));
     find.push_back(Seconds([&] { Find(*server->Classes()); }));
   }
   std::printf("one Server, %d Classes of %d Actions each: time and memory for each design object\n", ClassCount,
               ActionsEach);
-  PrintPerObject("plain structs in maps", Median(plainBuild), Median(plainBuild), plainBytes);
-  PrintPerObject("SetupItem", Median(build), Median(plainBuild), bytes);
-  PrintPerObject("recursive Copy", Median(copy), Median(plainBuild), copyBytes);
+  PrintMaking("plain structs in maps", plainBuild, plainBuild);
+  PrintMaking("SetupItem", build, plainBuild);
+  PrintMaking("recursive Copy", copy, plainBuild);
   std::printf("one Action by name among %d, %d times\n", ClassCount * ActionsEach, Finds);
   Print("plain maps", Median(plainFind), Median(plainFind), "1.00");
   Print("Item", Median(find), Median(plainFind), "-");

@@ -20,6 +20,9 @@ inline double Median(std::vector<double> values) {
   return values[values.size() / 2];
 }
 
+/// A number from 1 to count for each step: they jump about, the same in every run.
+constexpr int Jump(int step, int count) { return 1 + static_cast<int>(step * 37LL % count); }
+
 /// The bytes in use on the heap.
 inline std::size_t HeapBytes() { return mallinfo2().uordblks; }
 

@@ -1,7 +1,7 @@
 #include "plain_loop.h"
 
+#include "measure.h"
 #include "plain_odbc.h"
-#include "table.h"
 
 namespace {
 
@@ -49,7 +49,7 @@ void FetchByKeyPlainly(const std::string& connectString, const std::string& text
   const Connected connected(connectString);
   Block row(1);
   for (int request = 0; request < requests; ++request) {
-    const int key = KeyOf(request, rows);
+    const int key = Jump(request, rows);
     SQLHSTMT statement = connected.Statement();
     row.Bind(statement);
     Connected::Run(statement, text + std::to_string(key));

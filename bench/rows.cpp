@@ -39,7 +39,7 @@ std::size_t ReadEveryValue(Recordset& page) {
 void GetByKey() {
   Framework framework;
   for (int request = 0; request < Requests; ++request) {
-    const int key = KeyOf(request, Rows);
+    const int key = Jump(request, Rows);
     const auto row = framework.GetBusinessObject({.ClassName = "Row", .KeyValue1 = key});
     if (row->FindProperty("Id")->Value() != Variant(key)) std::abort();
   }

@@ -13,6 +13,3 @@ const std::string& BenchDatabase();
 /// Makes the database known to the framework: a class "Row" whose action "Get" finds one of "rows" by its Id, while
 /// "All" gives "few", and a class "HostRow" of the same with a host class around each object.
 void DescribeBenchDatabase();
-
-/// The key that a request asks for: they jump about, the same in every run.
-constexpr int KeyOf(int request, int rows) { return 1 + static_cast<int>(request * 37LL % rows); }
