@@ -1,17 +1,22 @@
 #include "velmoria/platform/odbc/execution.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
 
+#include <sql.h>
+
 #include "velmoria/platform/odbc/diagnostics.h"
 
 namespace velmoria::odbc {
 namespace {
 
-constexpr std::chrono::milliseconds kPatience{5};
+// A driver may lose a request that comes while another one is under way, so they come ever more slowly.
+constexpr std::chrono::milliseconds kFirstPatience{20};
+constexpr std::chrono::milliseconds kLastPatience{1000};
 
 }  // namespace
 
@@ -22,19 +27,34 @@ struct Execution::Job {
   bool Prepared;
   Code Result = 0;
   std::atomic<bool> Ended{false};
+  bool Executes = false;   // the driver is in the call that runs the statement, or about to be
+  bool Cancelled = false;  // before that: it is not made
   std::mutex Guard{};
-  std::condition_variable End{};
+  std::condition_variable Change{};
   std::thread Thread{};
 
   void Run() noexcept {
-    auto* const text = reinterpret_cast<Char*>(Text.data());
-    const auto length = static_cast<Number>(Text.size());
-    Code code = Prepared ? Calls->Prepare(Statement, text, length) : Calls->ExecDirect(Statement, text, length);
-    if (Prepared && Succeeded(code)) code = Calls->Execute(Statement);
+    const Code code = RunStatement();
     const std::lock_guard lock(Guard);
     Result = code;
     Ended = true;
-    End.notify_all();
+    Change.notify_all();
+  }
+
+  Code RunStatement() noexcept {
+    auto* const text = reinterpret_cast<Char*>(Text.data());
+    const auto length = static_cast<Number>(Text.size());
+    if (Prepared)
+      if (const Code code = Calls->Prepare(Statement, text, length); !Succeeded(code)) return code;
+    if (!Begin()) return SQL_ERROR;
+    return Prepared ? Calls->Execute(Statement) : Calls->ExecDirect(Statement, text, length);
+  }
+
+  bool Begin() noexcept {
+    const std::lock_guard lock(Guard);
+    Executes = !Cancelled;
+    Change.notify_all();
+    return Executes;
   }
 };
 
@@ -56,12 +76,17 @@ Code Execution::Wait() noexcept {
 }
 
 void Execution::Cancel() noexcept {
-  std::unique_lock lock(job_->Guard);
-  while (!job_->Ended) {
+  auto& job = *job_;
+  std::unique_lock lock(job.Guard);
+  job.Cancelled = true;
+  job.Change.wait(lock, [&] { return job.Executes || job.Ended; });
+  auto patience = kFirstPatience;
+  while (!job.Ended) {
     lock.unlock();
-    job_->Calls->Cancel(job_->Statement);
+    job.Calls->Cancel(job.Statement);
     lock.lock();
-    job_->End.wait_for(lock, kPatience, [this] { return job_->Ended.load(); });
+    job.Change.wait_for(lock, patience, [&] { return job.Ended.load(); });
+    patience = std::min(patience * 2, kLastPatience);
   }
 }
 
