@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/scenario/collection_model/collection_stage.h"
-#include "tests/unit/properties/state_model/shrink.h"
+#include "tests/support/shrink.h"
 #include "velmoria/velmoria.h"
 
 namespace velmoria::test {
@@ -19,13 +19,8 @@ namespace {
 std::optional<std::string> FindDifference(std::uint64_t seed, std::uint64_t count, const CollectionKind& kind,
                                           CollectionMistake wrong = CollectionMistake::None) {
   RowWorld world;
-  for (const auto last = seed + count; seed < last; ++seed) {
-    if (Play(world, DrawnCollectionSteps(seed), kind, wrong).empty()) continue;
-    const auto shorter =
-        Shrunk(DrawnCollectionSteps(seed), [&](const auto& steps) { return !Play(world, steps, kind, wrong).empty(); });
-    return Play(world, shorter, kind, wrong) + "\n" + Shown(shorter);
-  }
-  return std::nullopt;
+  return FirstDifference(seed, count, DrawnCollectionSteps,
+                         [&](const auto& steps) { return Play(world, steps, kind, wrong); });
 }
 
 struct Run {
@@ -61,7 +56,7 @@ INSTANTIATE_TEST_SUITE_P(Types, CollectionModelTest,
 
 class WrongCollectionModelTest : public testing::TestWithParam<CollectionMistake> {};
 
-TEST_P(WrongCollectionModelTest, AWrongModelIsFound) {
+TEST_P(WrongCollectionModelTest, MistakeOfTheModelIsFound) {
   EXPECT_TRUE(FindDifference(1, 1'000, {cltOptimized, otModel, 2}, GetParam()));
 }
 

@@ -290,15 +290,6 @@ constexpr CollectionAct kActs[] = {
      [](S& s, const Step&, auto&) { s.Mine->Undo(); }},
 };
 
-const CollectionAct& DrawnAct(Dice& dice) {
-  static const auto acts = [] {
-    std::vector<const CollectionAct*> all;
-    for (const auto& act : kActs) all.insert(all.end(), act.Weight, &act);
-    return all;
-  }();
-  return *dice.Of(acts);
-}
-
 // Most are short, for what matters takes few steps; some are long, for the states that many steps leave behind.
 std::size_t DrawnLength(Dice& dice) { return dice.OneIn(16) ? 16 + dice.Below(24) : 6 + dice.Below(6); }
 
@@ -308,7 +299,7 @@ std::vector<CollectionStep> DrawnCollectionSteps(std::uint64_t seed) {
   Dice dice(seed);
   std::vector<CollectionStep> steps(DrawnLength(dice));
   for (auto& step : steps) {
-    step.Act = &DrawnAct(dice);
+    step.Act = &dice.ByWeight(kActs);
     step.Object = dice.Below(16);
     step.Position = static_cast<std::int32_t>(dice.Below(10));
     step.Other = static_cast<std::int32_t>(dice.Below(4));

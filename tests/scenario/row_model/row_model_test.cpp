@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/scenario/row_model/row_stage.h"
-#include "tests/unit/properties/state_model/shrink.h"
+#include "tests/support/shrink.h"
 #include "velmoria/velmoria.h"
 
 namespace velmoria::test {
@@ -19,13 +19,8 @@ namespace {
 std::optional<std::string> FindDifference(std::uint64_t seed, std::uint64_t count, std::int32_t buffer,
                                           RowMistake wrong = RowMistake::None) {
   RowWorld world;
-  for (const auto last = seed + count; seed < last; ++seed) {
-    if (Play(world, DrawnRowSteps(seed), buffer, wrong).empty()) continue;
-    const auto shorter =
-        Shrunk(DrawnRowSteps(seed), [&](const auto& steps) { return !Play(world, steps, buffer, wrong).empty(); });
-    return Play(world, shorter, buffer, wrong) + "\n" + Shown(shorter);
-  }
-  return std::nullopt;
+  return FirstDifference(seed, count, DrawnRowSteps,
+                         [&](const auto& steps) { return Play(world, steps, buffer, wrong); });
 }
 
 struct Run {
@@ -53,7 +48,7 @@ INSTANTIATE_TEST_SUITE_P(Pages, RowModelTest,
 
 class WrongRowModelTest : public testing::TestWithParam<RowMistake> {};
 
-TEST_P(WrongRowModelTest, AWrongModelIsFound) { EXPECT_TRUE(FindDifference(1, 100, 0, GetParam())); }
+TEST_P(WrongRowModelTest, MistakeOfTheModelIsFound) { EXPECT_TRUE(FindDifference(1, 100, 0, GetParam())); }
 
 INSTANTIATE_TEST_SUITE_P(Table, WrongRowModelTest,
                          testing::Values(RowMistake::UndoPutsValuesBack, RowMistake::FailedWriteEndsClean,

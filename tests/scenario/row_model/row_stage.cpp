@@ -173,15 +173,6 @@ constexpr RowAct kActs[] = {
      [](S& s, const P&, const Step&) { s.WriteGuards(); }},
 };
 
-const RowAct& DrawnAct(Dice& dice) {
-  static const auto acts = [] {
-    std::vector<const RowAct*> all;
-    for (const auto& act : kActs) all.insert(all.end(), act.Weight, &act);
-    return all;
-  }();
-  return *dice.Of(acts);
-}
-
 // Most are short, for what matters takes few steps; some are long, for the states that many steps leave behind.
 std::size_t DrawnLength(Dice& dice) { return dice.OneIn(16) ? 12 + dice.Below(20) : 4 + dice.Below(6); }
 
@@ -191,7 +182,7 @@ std::vector<RowStep> DrawnRowSteps(std::uint64_t seed) {
   Dice dice(seed);
   std::vector<RowStep> steps(DrawnLength(dice));
   for (auto& step : steps) {
-    step.Act = &DrawnAct(dice);
+    step.Act = &dice.ByWeight(kActs);
     step.Row = dice.Below(8);
     step.Column = dice.OneIn(4) ? 0 : 1 + dice.Below(2);
     step.Value = DrawnCell(dice, step.Column);

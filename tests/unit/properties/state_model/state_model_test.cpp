@@ -14,7 +14,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/unit/properties/state_model/shrink.h"
+#include "tests/support/shrink.h"
 #include "tests/unit/properties/state_model/state_stage.h"
 #include "velmoria/velmoria.h"
 

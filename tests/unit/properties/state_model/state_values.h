@@ -2,29 +2,14 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <random>
 #include <string>
 #include <vector>
 
+#include "tests/support/dice.h"
 #include "velmoria/core/enumerations.h"
 #include "velmoria/runtime/variant.h"
 
 namespace velmoria::test {
-
-/// The raw numbers of a seeded engine, so that a seed means the same everywhere.
-class Dice {
- public:
-  explicit Dice(std::uint64_t seed) : engine_(seed) {}
-  std::size_t Below(std::size_t count) { return static_cast<std::size_t>(engine_() % count); }
-  bool OneIn(std::size_t count) { return Below(count) == 0; }
-  template <class Choices>
-  auto Of(const Choices& choices) {
-    return choices[Below(choices.size())];
-  }
-
- private:
-  std::mt19937_64 engine_;
-};
 
 /// A value of any storage, more often one that goes into the data type.
 Variant AnyValue(Dice& dice, zDataTypes dataType);

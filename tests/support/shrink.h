@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -28,6 +31,19 @@ std::vector<T> Shrunk(std::vector<T> steps, Fails fails) {
     if (length > 1) length /= 2;
   }
   return steps;
+}
+
+/// The first of so many sequences, each drawn from a seed, in which `play` finds a difference: cut down to what it
+/// takes, behind that difference.
+template <class Draw, class Play>
+std::optional<std::string> FirstDifference(std::uint64_t seed, std::uint64_t count, Draw draw, Play play) {
+  for (const auto last = seed + count; seed < last; ++seed) {
+    const auto steps = draw(seed);
+    if (play(steps).empty()) continue;
+    const auto shorter = Shrunk(steps, [&](const auto& rest) { return !play(rest).empty(); });
+    return play(shorter) + "\n" + Shown(shorter);
+  }
+  return std::nullopt;
 }
 
 }  // namespace velmoria::test
