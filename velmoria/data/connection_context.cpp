@@ -13,8 +13,10 @@ namespace {
 
 std::string ShownIndex(const Variant& index) { return IndexText(index, AnyNumberOrBoolean); }
 
+std::string ShownPlace(const Variant& place) { return place.IsGiven() ? ShownIndex(place) : PlaceText(place); }
+
 Replacements ShownForAdding(const std::string& name, const Position& position) {
-  return {name, ShownIndex(position.Before), ShownIndex(position.After)};
+  return {name, ShownPlace(position.Before), ShownPlace(position.After)};
 }
 
 }  // namespace
