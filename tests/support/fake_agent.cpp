@@ -29,8 +29,9 @@ std::int32_t FakeAgent::RowCount() {
 
 RecordsetPtr FakeAgent::GetRecordset(const DatabaseAgentPtr& agent, const RecordsetPtr& previous, bool) {
   constexpr int kEndless = 1000;
-  if (FailsReads) Fail(RuntimeFailure::DriverFailure);
   if (AsyncPolls > 0) return {};
+  AsyncPolls = -1;  // an opening is over once its page is asked for, whether it succeeded or failed
+  if (FailsReads) Fail(RuntimeFailure::DriverFailure);
   if (++Reads > kEndless) Fail(RuntimeFailure::InvalidArgument, "It reads without end.");
   const auto total = static_cast<std::int32_t>(Rows.Rows());
   std::int32_t first = 0;

@@ -17,10 +17,13 @@
 
 namespace velmoria {
 
+/// An opening that failed is told to whoever waited for it. After that nothing is being opened any more, and the next
+/// use asks for the first page anew.
 bool BusinessObjects::RecordsetReady() {
   if (recordset_) return true;
   if (databaseAgent_->StillExecuting()) return false;
   recordset_ = databaseAgent_->Recordset();
+  if (!recordset_) recordset_ = databaseAgent_->GetRecordset(0, {}, false);
   if (!recordset_) Fail(RuntimeFailure::ObjectNotSet);
   return true;
 }

@@ -52,6 +52,41 @@ TEST_F(BackgroundRequestTest, FailureOfTheDatabaseIsMetByTheRequestOrByWhoeverWa
   EXPECT_EQ(Ids(*Get()), "1,2,3");
 }
 
+TEST_F(BackgroundRequestTest, CollectionWhoseOpeningFailedTellsItOnceAndAsksAgainAtItsNextUse) {
+  driver_->Hold();
+  const auto orders = Get();
+  driver_->Cancel(nullptr);  // what is held fails
+  ExpectRaised(errRDO_Table, [&] { orders->Count(); }, {.Text = "orders"});
+  driver_->Release();
+  EXPECT_EQ(orders->Count(), 3);
+  EXPECT_EQ(Ids(*orders), "1,2,3");
+  EXPECT_EQ(Statements(), 2U);
+}
+
+TEST_F(BackgroundRequestTest, CollectionWhoseOpeningFailedIsReadInPagesAfterAll) {
+  design_->Action->SetObjectBuffer(2);
+  driver_->Hold();
+  const auto orders = Get();
+  driver_->Cancel(nullptr);
+  ExpectRaised(errRDO_Table, [&] { orders->Item(3); }, {.Text = "orders"});
+  driver_->Release();
+  EXPECT_EQ(IdOf(*orders->Item(3)), 3);
+  EXPECT_EQ(orders->Count(), 3);
+}
+
+TEST_F(BackgroundRequestTest, DatabaseThatStaysAwayIsToldByEveryUse) {
+  driver_->Hold();
+  const auto orders = Get();
+  driver_->FailName = "ExecDirect";
+  driver_->FailNameFrom = driver_->CallsOf["ExecDirect"] + 1;
+  driver_->Cancel(nullptr);
+  for (int use = 1; use <= 3; ++use) ExpectRaised(errRDO_Table, [&] { orders->Count(); }, {.Text = "orders"});
+  driver_->Release();
+  driver_->FailName.clear();
+  EXPECT_EQ(Ids(*orders), "1,2,3");
+  EXPECT_EQ(driver_->Misuses, 0);
+}
+
 TEST_F(BackgroundRequestTest, CollectionThatNobodyWaitsForIsLetGoOfQuietly) {
   driver_->Hold();
   Get().reset();

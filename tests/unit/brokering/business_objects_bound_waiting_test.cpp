@@ -95,9 +95,30 @@ TEST_F(WaitingTest, FailureOfTheOpeningIsMetByWhoeverWaitsAndTheNextCallAsksAgai
   EXPECT_EQ(orders->Count(), 3);
 }
 
-TEST_F(WaitingTest, AgentWithoutAResultToAwaitIsRefusedAtSetUp) {
-  ExpectReported(RuntimeFailure::ObjectNotSet, [&] { Waiting(-1); });
-  ExpectReported(RuntimeFailure::ObjectNotSet, [&] { Make<BusinessObjects>()->SetupBound({.ObjectType = otModel}); });
+TEST_F(WaitingTest, FailureOfTheOpeningIsToldToEveryCallUntilTheDatabaseIsBack) {
+  const auto orders = Waiting(2);
+  orders_.Database->FailsReads = true;
+  for (int use = 1; use <= 3; ++use) ExpectReported(RuntimeFailure::DriverFailure, [&] { orders->Item(1); });
+  EXPECT_EQ(orders->Details(), "Business Object Count -1\r\nFake agent");
+  orders_.Database->FailsReads = false;
+  EXPECT_EQ(Ids(*orders), "1,2,3");
+  EXPECT_EQ(orders_.Database->Reads, 1);
+}
+
+TEST_F(WaitingTest, AgentThatIsOpeningNothingIsAskedForTheFirstPageAtSetUp) {
+  const auto orders = Waiting(-1);
+  EXPECT_EQ(orders_.Database->Reads, 1);
+  EXPECT_EQ(Ids(*orders), "1,2,3");
+  EXPECT_EQ(Slept(), 0);
+}
+
+TEST_F(WaitingTest, CollectionThatCannotHaveAResultIsRefusedAtSetUp) {
+  const auto blind = Make<DatabaseAgent>();
+  blind->Initialize(orders_.Action, nullptr);
+  for (const auto& agent : {blind, DatabaseAgentPtr()}) {
+    ExpectReported(RuntimeFailure::ObjectNotSet,
+                   [&] { Make<BusinessObjects>()->SetupBound({.DatabaseAgent = agent, .ObjectType = otModel}); });
+  }
 }
 
 }  // namespace
