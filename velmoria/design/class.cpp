@@ -1,6 +1,7 @@
 #include "velmoria/design/class.h"
 
 #include "velmoria/brokering/identifier.h"
+#include "velmoria/core/quietly_impl.h"
 #include "velmoria/design/actions.h"
 #include "velmoria/design/class_data.h"
 #include "velmoria/design/design_object_impl.h"
@@ -68,7 +69,9 @@ IdentifierPtr Class::CreateIdentifier(const PropertiesPtr& properties) try {
 } catch (...) { Failed("CreateIdentifier"); }
 
 PropertyPtr Class::KeyPart(const PropertyData& definition, velmoria::Properties& given) const {
-  auto found = given.FindOrAsk({definition.Name(), definition.SourceName(), definition.SourceKey(), PropertyPtr()});
+  const PropertyKey key{definition.Name(), definition.SourceName(), definition.SourceKey(), PropertyPtr()};
+  const auto found =
+      QuietlyWhenHeard(given.ItemNotFound, "Class.CreateIdentifier", [&] { return given.FindOrAsk(key); });
   if (!found) Raise(errIdentifier_Property, "CreateIdentifier", {definition.Details(), Name()});
   found->Data()->SetFlags(found->Flags() | definition.Flags());
   return found;

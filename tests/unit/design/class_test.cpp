@@ -1,11 +1,15 @@
 #include "velmoria/design/class.h"
 
+#include <stdexcept>
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/design_kinds.h"
 #include "tests/support/expect_raised.h"
 #include "tests/support/scoped_apartment.h"
 #include "velmoria/brokering/identifier.h"
+#include "velmoria/core/messages.h"
 
 namespace velmoria::test {
 namespace {
@@ -152,6 +156,26 @@ TEST_F(ClassTest, AListenerMaySupplyAMissingIdentifierProperty) {
   const auto supplied = Row({"Number"})->Item(1);
   row->ItemNotFound += [&](const PropertyKey&, PropertyPtr& item) { item = supplied; };
   EXPECT_EQ(line->CreateIdentifier(row)->Properties()->Item(2), supplied);
+}
+
+TEST_F(ClassTest, AListenerThatThrowsSuppliesNoIdentifierProperty) {
+  const auto line = AddOrderLine();
+  const auto row = Row({"Order"});
+  row->ItemNotFound += [](const PropertyKey&, PropertyPtr&) { throw std::runtime_error("a listener's own trouble"); };
+  ExpectRaised(errIdentifier_Property, [&] { line->CreateIdentifier(row); }, {.Text = "Class: 'Line'", .Count = 1});
+}
+
+TEST_F(ClassTest, MessagingIsSuspendedWhileAListenerIsAskedForAnIdentifierProperty) {
+  const auto line = AddOrderLine();
+  const auto row = Row({"Order"});
+  std::string by;
+  row->ItemNotFound += [&](const PropertyKey&, PropertyPtr& item) {
+    by = apartment_.Messages().SuspendRoutine();
+    item = Row({"Number"})->Item(1);
+  };
+  line->CreateIdentifier(row);
+  EXPECT_EQ(by, "Class.CreateIdentifier");
+  EXPECT_EQ(apartment_.Messages().SuspendRoutine(), "");
 }
 
 TEST_F(ClassTest, ACopyHasTheIdentifierTwiceAndNotTheUserProperties) {
