@@ -104,12 +104,13 @@ IBusinessObjectsPtr BusinessContext::GetBusinessObjects(const GetBusinessObjects
 
 IBusinessObjectsPtr BusinessContext::WrapInHostCollection(BusinessObjectsPtr businessObjects,
                                                           const std::string& component) const {
-  const auto collection = CreateHostObject<IBusinessObjects>(component, "BusinessContext.GetBusinessObjects");
-  if (!collection) Raise(errBusinessCollection_Create, "GetBusinessObjects", {component});
+  const auto host = CreateHostObject<Object>(component, "BusinessContext.GetBusinessObjects");
+  if (!host) Raise(errBusinessCollection_Create, "GetBusinessObjects", {component});
   try {
+    auto collection = FaceOf<IBusinessObjects>(host);
     collection->Setup(std::move(businessObjects));
+    return collection;
   } catch (...) { Failed("GetBusinessObjects", errBusinessCollection_Setup, {component}); }
-  return collection;
 }
 
 IBusinessObjectsPtr BusinessContext::FindHeld(const GetBusinessObjectsArguments& arguments) {

@@ -21,4 +21,13 @@ Ref<Face> CreateHostObject(const std::string& component, std::string_view routin
   }
 }
 
+/// The face by which a host's object is spoken to: one that was made without it fails like a call of a member that is
+/// not there.
+template <class Face>
+Ref<Face> FaceOf(const Ref<Object>& component) {
+  auto* face = dynamic_cast<Face*>(component.get());
+  if (!face) Fail(RuntimeFailure::NoSuchMember);
+  return Ref<Face>(face);
+}
+
 }  // namespace velmoria

@@ -60,10 +60,9 @@ IBusinessObjectsPtr Framework::CreateBusinessObjects(const CreateBusinessObjects
   const auto host = CreateHostObject<Object>(component, "Framework.CreateBusinessObjects");
   if (!host) Raise(errBusinessCollection_Create, "CreateBusinessObjects", {hostName});
   try {
-    auto* face = dynamic_cast<IBusinessObjects*>(host.get());
-    if (!face) Fail(RuntimeFailure::NoSuchMember);
+    auto face = FaceOf<IBusinessObjects>(host);
     face->Setup(collection);
-    return IBusinessObjectsPtr(face);
+    return face;
   } catch (...) { Failed("CreateBusinessObjects", errBusinessCollection_Setup, {hostName}); }
 } catch (...) { Failed("CreateBusinessObjects"); }
 
