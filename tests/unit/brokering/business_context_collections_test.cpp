@@ -69,6 +69,21 @@ TEST_F(BusinessContextTest, RemoveTakesACollectionOut) {
   EXPECT_EQ(context->Count(), 0);
 }
 
+TEST_F(BusinessContextTest, RemoveIsHeardBeforeAndAfterAndNotAfterwardsWhenCancelled) {
+  const auto context = NewContext();
+  std::string heard;
+  bool cancels = true;
+  context->Add(Collection("A"));
+  context->BeforeRemove += [&](IBusinessObjects& item, bool& Cancel) { heard += "-" + item.Name(), Cancel = cancels; };
+  context->AfterRemove += [&](IBusinessObjects& item) { heard += item.Name() + std::to_string(context->Count()); };
+  context->Remove("A");
+  EXPECT_EQ(std::exchange(heard, {}), "-A");
+  EXPECT_EQ(context->Count(), 1);
+  cancels = false;
+  context->Remove("A");
+  EXPECT_EQ(heard, "-AA0");
+}
+
 TEST_F(BusinessContextTest, RemoveIsRefusedWhenNotSupported) {
   const auto context = NewContext({.SupportsRemove = false});
   ExpectRaised(errNotSupported_Remove, [&] { context->Remove(1); });
@@ -140,6 +155,33 @@ TEST_F(BusinessContextTest, LoadReturnsAHeldCollectionWithoutLookingAtTheArgumen
   context->Add(held);
   EXPECT_EQ(context->LoadBusinessObjects({.ClassName = "Nothing", .Name = "Orders"}), held);
   EXPECT_EQ(context->LoadBusinessObjects({.ActionName = "orders"}), held);
+}
+
+TEST_F(BusinessContextTest, MessagingIsSuspendedWhileAHeldCollectionIsLookedFor) {
+  const auto context = NewContext();
+  const auto supplied = Collection("Orders");
+  std::string told;
+  context->ItemNotFound += [&](const Variant& index, IBusinessObjectsPtr& Item) {
+    told += index.AsText() + ": " + apartment_.Messages().SuspendRoutine() + "\n";
+    if (index.AsText() == "Third") Item = supplied;
+  };
+  EXPECT_EQ(context->LoadBusinessObjects({.ActionName = "Third", .RelationshipName = "Second", .Name = "First"}),
+            supplied);
+  EXPECT_EQ(told,
+            "First: BusinessContext.LoadBusinessObjects\nSecond: BusinessContext.LoadBusinessObjects\n"
+            "Third: BusinessContext.LoadBusinessObjects\n");
+  EXPECT_EQ(apartment_.Messages().SuspendRoutine(), "");
+}
+
+TEST_F(BusinessContextTest, ListenerThatThrowsWhileAHeldCollectionIsLookedForSuppliesNone) {
+  const auto context = NewContext();
+  const auto supplied = Collection("Orders");
+  context->ItemNotFound += [&](const Variant& index, IBusinessObjectsPtr& Item) {
+    if (index.AsText() == "First") Framework{}.CreateIdentifier("Nothing");
+    Item = supplied;
+  };
+  EXPECT_EQ(context->LoadBusinessObjects({.ActionName = "Second", .Name = "First"}), supplied);
+  EXPECT_EQ(apartment_.Messages().Count(), 0);
 }
 
 }  // namespace

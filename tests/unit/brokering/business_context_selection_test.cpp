@@ -312,5 +312,29 @@ TEST_F(BusinessContextTest, DetailsTellTheSelectionAndItsLocks) {
             "''\r\nKeyValue1: '7'  KeyValue2: '2'");
 }
 
+TEST_F(BusinessContextTest, DetailsTellParametersThenIdentifierThenKeyValuesThenHeldCollections) {
+  const auto context = NewContext({.ServerName = "Sales",
+                                   .ServerLocked = true,
+                                   .ClassName = "Order",
+                                   .ClassLocked = true,
+                                   .ActionName = "Get",
+                                   .ActionLocked = true,
+                                   .CollectionType = cltOptimized});
+  context->SetKeyValue1(7);
+  const std::string parameters = context->Parameters()->Details();
+  const std::string identifier = context->Identifier()->Details();
+  context->Add(Collection("Lines"));
+  context->Add(Collection("Notes"));
+  EXPECT_TRUE(identifier.starts_with("Identifier for Server: 'Sales'  Class: 'Order'\r\n"));
+  EXPECT_NE(parameters.find("Properties Count 1"), std::string::npos) << parameters;
+  EXPECT_EQ(context->Details(),
+            "  Server: 'Sales' (Locked)  Class: 'Order' (Locked)  Action: 'Get' (Locked)  ObjectTypes: '(Default)'"
+            "  CollectionType: 'Optimized'\r\n" +
+                parameters + "\r\n" + identifier +
+                "\r\nKeyValue1: '7'"
+                "    Business Object Count 0 for Business Objects 'Lines'"
+                "    Business Object Count 0 for Business Objects 'Notes'");
+}
+
 }  // namespace
 }  // namespace velmoria::test

@@ -1,6 +1,8 @@
 #include "velmoria/brokering/business_objects.h"
 
 #include <stdexcept>
+#include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -72,6 +74,16 @@ TEST_F(BusinessObjectsTest, TransientCollectionTakesACopyOfTheDefaultFormat) {
   const auto people = NewCollection();
   people->KeyFormat()->SetSeparator("/");
   EXPECT_EQ(NewCollection()->KeyFormat()->Separator(), "");
+}
+
+TEST_F(BusinessObjectsTest, CopyOfTheDefaultFormatLeavesItsPropertiesBehind) {
+  const auto& standard = apartment_.State().DefaultKeyFormat;
+  standard->SetSeparator("/");
+  standard->Properties()->SetupItem({.Name = "Name"});
+  const auto format = NewCollection()->KeyFormat();
+  EXPECT_EQ(format->Separator(), "/");
+  EXPECT_EQ(format->Properties()->Count(), 0);
+  EXPECT_EQ(standard->Properties()->Count(), 1);
 }
 
 TEST_F(BusinessObjectsTest, MembersAreFoundByPositionAndKey) {
@@ -175,6 +187,24 @@ TEST_F(BusinessObjectsTest, CancelledAddAndRemoveChangeNothing) {
   people->Add(Named("b"));
   people->Remove(1);
   EXPECT_EQ(Keys(*people), "a");
+}
+
+TEST_F(BusinessObjectsTest, AddAndRemoveAreHeardBeforeAndAfterAndNotAfterwardsWhenCancelled) {
+  const auto people = NewCollection();
+  std::string heard;
+  bool cancels = false;
+  people->BeforeAdd += [&](IBusinessObject& item, bool& Cancel) { heard += "+" + item.Key(), Cancel = cancels; };
+  people->AfterAdd += [&] { heard += "(" + Keys(*people) + ")"; };
+  people->BeforeRemove += [&](IBusinessObject& item, bool& Cancel) { heard += "-" + item.Key(), Cancel = cancels; };
+  people->AfterRemove += [&] { heard += "(" + Keys(*people) + ")"; };
+  people->Add(Named("a"));
+  people->Add(Named("b"));
+  people->Remove("a");
+  EXPECT_EQ(std::exchange(heard, {}), "+a(a)+b(ab)-a(b)");
+  cancels = true;
+  people->Add(Named("c"));
+  people->Remove(1);
+  EXPECT_EQ(heard, "+c-b");
 }
 
 TEST_F(BusinessObjectsTest, RemoveTakesByPositionAndByKey) {
