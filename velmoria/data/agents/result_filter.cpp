@@ -1,5 +1,6 @@
+#include <algorithm>
+
 #include "velmoria/data/agents/result_filter_impl.h"
-#include "velmoria/data/sql_clauses_impl.h"
 #include "velmoria/platform/rdo/rdo_column.h"
 #include "velmoria/platform/rdo/rdo_resultset.h"
 #include "velmoria/properties/match_operator_impl.h"
@@ -19,14 +20,10 @@ const rdoColumn* FindSource(const rdoResultset& result, const std::string& sourc
 
 const rdoColumn* FindColumn(const rdoResultset& result, const Property& filter) {
   if (const auto* named = result.rdoColumns().FindKey(filter.Name())) return named->get();
-  if (const auto* named = result.rdoColumns().FindKey(filter.SourceName())) return named->get();
+  // An expression has no name, and no parameter means it.
+  const auto sourceName = filter.SourceName();
+  if (const auto* named = sourceName.empty() ? nullptr : result.rdoColumns().FindKey(sourceName)) return named->get();
   return FindSource(result, filter.SourceKey());
-}
-
-const MatchOperator& OperatorOf(const Property& filter) {
-  const auto* found = FindMatchOperator(filter.Operator());
-  if (!found) sql::RefuseOperator(*filter.Data());
-  return *found;
 }
 
 bool IsUnset(const Variant& value) { return value.IsEmpty() || value.IsNull(); }
@@ -40,22 +37,29 @@ std::int64_t CompareTo(const Variant& criterion, const Variant& value) {
 
 }  // namespace
 
-ResultFilter::ResultFilter(const rdoResultset& result, const Properties& filters) {
+ResultFilter::ResultFilter(const Agent& agent, const rdoResultset& result, const Properties& filters) : agent_(agent) {
   for (const auto& filter : filters) {
     if (filter->EmptyValue()) continue;
-    criteria_.push_back({FindColumn(result, *filter), &OperatorOf(*filter), filter->Value()});
-    hasAllColumns_ = hasAllColumns_ && criteria_.back().Column;
+    criteria_.push_back({.Name = filter->Name(),
+                         .OperatorText = filter->Operator(),
+                         .Column = FindColumn(result, *filter),
+                         .Operator = FindMatchOperator(filter->Operator()),
+                         .Value = filter->Value()});
   }
 }
 
 bool ResultFilter::Matches() const {
-  if (!hasAllColumns_) return false;
-  for (const auto& criterion : criteria_) {
-    const auto value = criterion.Column->Value();
-    if (criterion.Operator->IsOrdering && IsUnset(value)) return false;
-    if (!criterion.Operator->Holds(CompareTo(criterion.Value, value))) return false;
-  }
-  return true;
+  return std::ranges::all_of(criteria_, [this](const Criterion& criterion) { return Holds(criterion); });
+}
+
+bool ResultFilter::Holds(const Criterion& criterion) const {
+  if (!criterion.Column) return false;
+  const auto value = criterion.Column->Value();
+  const auto comparison = CompareTo(criterion.Value, value);
+  if (!criterion.Operator)
+    Raise(errNotSupported_Operator, "ResultsetMatchesParameters", {criterion.OperatorText, criterion.Name});
+  if (criterion.Operator->IsOrdering && IsUnset(value)) return false;
+  return criterion.Operator->Holds(comparison);
 }
 
 }  // namespace velmoria

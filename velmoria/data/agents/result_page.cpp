@@ -104,9 +104,8 @@ ResultPage ReadChunk(rdoResultset& result, std::int32_t buffer, const RecordsetP
   return page;
 }
 
-ResultPage ReadMatches(rdoResultset& result, const PropertiesPtr& filters, std::int32_t buffer,
+ResultPage ReadMatches(rdoResultset& result, const ResultFilter& filter, std::int32_t buffer,
                        const RecordsetPtr& previous) {
-  const ResultFilter filter(result, *filters);
   ResultPage page;
   if (previous) {
     page.Prev = previous->LastBookmark();

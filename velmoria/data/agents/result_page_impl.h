@@ -9,6 +9,8 @@
 
 namespace velmoria {
 
+class ResultFilter;
+
 /// One page as it comes from a result: its rows and the positions around it. Empty where there is no such position.
 struct ResultPage {
   Variant Prev{};
@@ -22,9 +24,9 @@ struct ResultPage {
 /// left, one below 0 so many rows backwards from the end: the last row of the result then stays the next position.
 ResultPage ReadChunk(rdoResultset& result, std::int32_t buffer, const RecordsetPtr& previous);
 
-/// The same for the rows alone that match the filters; always forwards, and with a buffer of 0 or below to the end.
-/// Raises 15096.
-ResultPage ReadMatches(rdoResultset& result, const PropertiesPtr& filters, std::int32_t buffer,
+/// The same for the rows alone that match the filter; always forwards, and with a buffer of 0 or below to the end.
+/// Raises as the filter.
+ResultPage ReadMatches(rdoResultset& result, const ResultFilter& filter, std::int32_t buffer,
                        const RecordsetPtr& previous);
 
 }  // namespace velmoria

@@ -12,6 +12,7 @@
 
 namespace velmoria {
 
+struct OpenResultsetArguments;
 struct ResultPage;
 
 /// The back-end for engines 2 to 5. It opens a read-only result, at once or while the caller goes on, reads it in pages
@@ -35,8 +36,8 @@ class SQLAgent final : public Agent, public Reporting {
   /// Moves the open result to its end; filters do not count. Raises as GetRecordset.
   std::int32_t RowCount() override;
   PropertiesDataPtr PropertiesData() override;
-  /// None while the result is being opened. Raises 15053, 15078, 15119, 15180 or 15120 to 15123 when it cannot be
-  /// opened, 15096 for a filter, 15099 when its cursor cannot move as pages need it, 15130 for anything else.
+  /// None while the result is being opened. Raises 15053, 15072, 15078, 15119, 15180 or 15120 to 15123 when it cannot
+  /// be opened, 15096 for a filter, 15099 when its cursor cannot move as pages need it, 15130 for anything else.
   RecordsetPtr GetRecordset(const DatabaseAgentPtr& agent, const RecordsetPtr& previous, bool keepOpen) override;
 
   void LoadPersistentProperties() override;
@@ -48,9 +49,9 @@ class SQLAgent final : public Agent, public Reporting {
   /// Raises 15130.
   Variant GetBLOBFieldValue(const Variant& index, const PropertiesPtr& properties) override;
 
-  /// Output values arrive in the parameters that Initialize got; one that is not among them raises 15072. Raises 15078,
-  /// 15119, 15180 and what the database refuses. A parameter that a statement does not declare is left out: only
-  /// reading would filter by it.
+  /// Output values arrive in the parameters that Initialize got. Raises 15072 for a parameter of a procedure that is
+  /// not among them, 15078, 15119, 15180 and what the database refuses. A parameter that a statement does not declare
+  /// is left out: only reading would filter by it.
   void Execute() override;
   /// Raises 15110, or 15179 when the statement should return a counter value and returns none.
   void InsertPersistentProperties(const PropertiesPtr& properties) override;
@@ -75,6 +76,7 @@ class SQLAgent final : public Agent, public Reporting {
   void CloseResultset() noexcept;
   bool NeedsStatement() const;
   bool OnlyReads() const;
+  OpenResultsetArguments HowToOpen() const;
   rdoQueryPtr CreateStatement(const std::string& sql) const;
   rdoQueryPtr CreatePreparedStatement() const;
   void CheckSourceType(const char* routine) const;

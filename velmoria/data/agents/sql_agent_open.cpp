@@ -108,11 +108,15 @@ bool SQLAgent::NeedsStatement() const {
 /// What a procedure or a text of the host's own does when it is run again, nobody knows.
 bool SQLAgent::OnlyReads() const { return source_->SourceType() == stTable || source_->SourceType() == stView; }
 
+OpenResultsetArguments SQLAgent::HowToOpen() const {
+  return {.Type = ResultsetType(action_->Connection()->CursorType()), .Repeatable = OnlyReads()};
+}
+
 void SQLAgent::CreateResultset(bool async) try {
   CheckSourceType("CreateResultset");
   const auto connection = action_->Connection();
-  const OpenResultsetArguments how{
-      .Type = ResultsetType(connection->CursorType()), .Options = async ? rdAsyncEnable : 0, .Repeatable = OnlyReads()};
+  auto how = HowToOpen();
+  if (async) how.Options = rdAsyncEnable;
   resultset_ = NeedsStatement()
                    ? CreatePreparedStatement()->OpenResultset(how)
                    : connection->GetConnection()->rdoTables()->Item(source_->SourceText())->OpenResultset(how);
@@ -160,18 +164,15 @@ void SQLAgent::CheckDirections() const {
       Raise(errRDO_PassThru_Output_Parameters, "CreatePreparedStatement", {parameter->Name()});
 }
 
-/// A procedure's markers go by their names, those of a statement, which have none, by their order. None for a name that
-/// was not passed.
+/// A procedure's markers go by their names, those of a statement, which have none, by their order.
 PropertyPtr SQLAgent::ParameterFor(const rdoParameter& marker, std::int32_t position) const {
   if (!IsProcedure() || !marker.IsNamed()) return statementParameters_->Item(position);
-  const Suspension quiet{"SQLAgent.CreatePreparedStatement"};
-  return statementParameters_->Find({.Index = ParameterName(marker)});
+  return statementParameters_->Item(ParameterName(marker));
 }
 
 void SQLAgent::BindParameters(rdoQuery& query) const {
   std::int32_t position = 0;
-  for (const auto& marker : query.rdoParameters())
-    if (const auto parameter = ParameterFor(*marker, ++position)) Bind(*marker, *parameter);
+  for (const auto& marker : query.rdoParameters()) Bind(*marker, *ParameterFor(*marker, ++position));
 }
 
 void SQLAgent::CheckParameterOrder(const rdoQuery& query) const {
@@ -179,9 +180,10 @@ void SQLAgent::CheckParameterOrder(const rdoQuery& query) const {
   std::size_t place = 0;
   for (const auto& parameter : action_->CreateParameters()) {
     const auto& markers = query.rdoParameters();
-    const auto name = place < markers.size() ? ParameterName(*markers[place]) : std::string();
+    const bool isSent = place < markers.size();
+    const auto name = isSent ? ParameterName(*markers[place]) : std::string();
     ++place;
-    if (EqualFolded(name, parameter->Name()) || EqualFolded(name, parameter->SourceName())) continue;
+    if (isSent && (EqualFolded(name, parameter->Name()) || EqualFolded(name, parameter->SourceName()))) continue;
     Raise(errMismatch_Parameters, "CreatePreparedStatement",
           {NumberText(static_cast<long long>(place)), parameter->Name(), parameter->SourceName(), name});
   }

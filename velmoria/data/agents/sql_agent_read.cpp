@@ -2,6 +2,7 @@
 
 #include "velmoria/core/now.h"
 #include "velmoria/core/statistics.h"
+#include "velmoria/data/agents/result_filter_impl.h"
 #include "velmoria/data/agents/result_page_impl.h"
 #include "velmoria/data/agents/sql_agent_impl.h"
 #include "velmoria/data/connection.h"
@@ -34,7 +35,8 @@ RecordsetPtr SQLAgent::ReadPage(const DatabaseAgentPtr& agent, const RecordsetPt
   if (!resultset_) CreateResultset();
   if (resultset_->StillExecuting()) return {};
   DescribeResultset();
-  auto page = IsFiltered() ? ReadMatches(*resultset_, filterParameters_, objectBuffer_, previous)
+  auto page = IsFiltered() ? ReadMatches(*resultset_, ResultFilter(*this, *resultset_, *filterParameters_),
+                                         objectBuffer_, previous)
                            : ReadChunk(*resultset_, objectBuffer_, previous);
   statistic->SetSubjectCount(static_cast<std::int32_t>(page.Rows.Rows()));
   statistic->SetEndTime(Now());

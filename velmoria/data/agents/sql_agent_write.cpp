@@ -116,7 +116,7 @@ Variant SQLAgent::GetBLOBFieldValue(const Variant& index, const PropertiesPtr& p
   keys->PrepareValues({.Properties = properties});
   const auto query = CreateStatement(source_->SQLSelect(keys));
   LogStatement("GetBLOBFieldValue", *query);
-  const auto result = query->OpenResultset();
+  const auto result = query->OpenResultset(HowToOpen());
   const auto column = result->rdoColumns().At(Variant(property->Name()));
   const auto size = result->AtEOF() ? 0 : column->ColumnSize();
   const auto value = size < 1 ? Variant() : column->GetChunk(size);
