@@ -2,6 +2,8 @@
 #include <optional>
 #include <string_view>
 
+#include "velmoria/core/apartment_impl.h"
+#include "velmoria/core/messages.h"
 #include "velmoria/design/source.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/property.h"
@@ -54,10 +56,20 @@ std::string Concat(std::initializer_list<std::string_view> parts) {
   return text;
 }
 
-/// Only inside a catch block. A refused operator is recorded as information and goes up as it is: what is recorded
-/// might not name it, for an earlier information may be the more severe one.
-void PassRefusedOperator() {
-  if (CurrentError().CatalogueNumber() == static_cast<std::int32_t>(errNotSupported_Operator)) throw;
+/// Only inside a catch block. A refused operator goes up as it is. It is recorded as information, which whatever the
+/// handlers above record would hide, so its text is recorded once more as a failure of no number of its own.
+void PassRefusedOperator(const Source& source, const char* routine) {
+  const auto refused = CurrentError();
+  if (refused.CatalogueNumber() != static_cast<std::int32_t>(errNotSupported_Operator)) return;
+  if (const auto messages = Apartment().Messages) {
+    messages->SetupItem({.Number = errVelmoria_Unknown,
+                         .Description = refused.Description(),
+                         .TypeName = std::string(source.ReportedType()),
+                         .RoutineName = routine,
+                         .StateDetails = source.Details(),
+                         .SeverityFlags = svfError});
+  }
+  throw;
 }
 
 /// Markers are found from the left in what the text has become, so a "?" in a value just put in is the next one.
@@ -98,7 +110,7 @@ std::string Source::SQLSelect(const PropertiesPtr& parameters) try {
   const auto where = parameters ? parameters->WhereClause(sourceType, nullptr, Engine()) : std::string();
   return Concat({"SELECT * FROM ", SourceText(), where.empty() ? "" : " WHERE ", where});
 } catch (...) {
-  PassRefusedOperator();
+  PassRefusedOperator(*this, "SQLSelect");
   Failed("SQLSelect");
 }
 
@@ -130,7 +142,7 @@ std::string Source::SQLUpdate(const PropertiesPtr& properties, const PropertiesP
                  row.SetClause(sourceType, Engine(), {}, true), " WHERE ",
                  Present(parameters).WhereClause(sourceType, nullptr, Engine())});
 } catch (...) {
-  PassRefusedOperator();
+  PassRefusedOperator(*this, "SQLUpdate");
   Failed("SQLUpdate");
 }
 
@@ -141,7 +153,7 @@ std::string Source::SQLDelete(const PropertiesPtr& properties, const PropertiesP
   return Concat(
       {"DELETE FROM ", SourceText(), " WHERE ", Present(parameters).WhereClause(sourceType, properties, Engine())});
 } catch (...) {
-  PassRefusedOperator();
+  PassRefusedOperator(*this, "SQLDelete");
   Failed("SQLDelete");
 }
 

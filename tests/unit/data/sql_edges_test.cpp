@@ -1,11 +1,15 @@
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/fake_odbc.h"
+#include "tests/support/one_action.h"
 #include "tests/support/refusal.h"
 #include "tests/support/scoped_apartment.h"
+#include "velmoria/data/recordset_impl.h"
 #include "velmoria/velmoria.h"
 
 namespace velmoria::test {
@@ -152,7 +156,38 @@ TEST_F(SqlEdgesTest, ANullDoesNotGoWithAnOrderingOperator) {
     EXPECT_EQ(held->TypeFlags(), tfVelmoria);
     EXPECT_EQ(held->StateDetails(), std::string("Name: '") + name + "'");
   }
-  EXPECT_EQ(scope_.Messages().Count(), 1);
+}
+
+TEST_F(SqlEdgesTest, ARefusedOperatorIsHeldAsInformationAndAsAFailureOfTheStatement) {
+  const auto source = Made(stTable, "t");
+  const auto keys = One({.Name = "a", .Value = Variant::Null(), .DataType = dtString, .Operator = "<"});
+  EXPECT_TRUE(Thrown([&] { source->SQLDelete({}, keys); }));
+  ASSERT_EQ(scope_.Messages().Count(), 2);
+  EXPECT_EQ(scope_.Messages().Item(1)->Number(), 15096);
+  EXPECT_EQ(scope_.Messages().Item(1)->SeverityFlags(), svfInfo);
+  const auto failure = scope_.Messages().Item(2);
+  EXPECT_EQ(failure->Number(), 15000);
+  EXPECT_EQ(failure->SeverityFlags(), svfError);
+  EXPECT_EQ(failure->TypeName() + "." + failure->RoutineName(), "Source.SQLDelete");
+  EXPECT_EQ(failure->Description(), scope_.Messages().Item(1)->Description());
+  EXPECT_EQ(failure->StateDetails(), source->Details());
+}
+
+TEST_F(SqlEdgesTest, AHostThatReadsByARefusedOperatorIsToldSoWhateverWasSentBefore) {
+  const auto driver = std::make_shared<FakeOdbc>();
+  driver->Columns = {{"Id", 4}};
+  scope_.State().Platform.Odbc = driver;
+  const OneAction design;
+  const auto keys = design.Key(1);
+  design.Read(keys);
+  const auto sent = driver->Texts;
+  keys->Item("Id")->SetValue(Variant::Null());
+  keys->Item("Id")->SetOperator(">");
+  const auto error = Thrown([&] { design.Read(keys); });
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->CatalogueNumber(), static_cast<std::int32_t>(errVelmoria_Unknown));
+  EXPECT_NE(error->Description().find("Operator: '>'  Property: 'Id'"), std::string::npos) << error->Description();
+  EXPECT_EQ(driver->Texts, sent);
 }
 
 TEST_F(SqlEdgesTest, ARefusedOperatorIsNotLookedForInARowThatAnswersWithAnother) {
