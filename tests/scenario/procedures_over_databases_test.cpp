@@ -1,4 +1,4 @@
-// Stored procedures, counters and long values over every server.
+// Stored procedures, filters, counters and long values over every server.
 
 #include <memory>
 #include <ostream>
@@ -225,6 +225,25 @@ TEST_P(ProceduresOverDatabases, AnotherOrderThanTheActionsIsRefusedWhereTheMachi
                  "'b'",
                  {"2", "c", "sum", "b"}},
                 [&] { Execute(); });
+}
+
+// Statements
+
+TEST_P(ProceduresOverDatabases, AFilterFindsItsColumnByTheTableAndColumnBehindIt) {
+  DesignTable("id int NOT NULL PRIMARY KEY, total int");
+  for (const char* row : {"( 1, 10 )", "( 2, 20 )", "( 3, 30 )"}) {
+    client_.RunAll({"INSERT INTO " + own_ + " VALUES " + row});
+  }
+  design_->Source->SetSourceType(stSQL);
+  design_->Source->SetSourceText("SELECT id, total AS amount FROM " + own_);
+  const auto filters = Make<Properties>();
+  filters->SetupItem({.Name = "sum",
+                      .Value = 20,
+                      .DataType = dtLongInteger,
+                      .Operator = ">=",
+                      .SourceColumn = "total",
+                      .SourceTable = own_});
+  EXPECT_EQ(design_->Read(filters)->Count(), 2);
 }
 
 TEST_P(ProceduresOverDatabases, ADateWithoutASourceTypeKeepsItsTimeOfDay) {

@@ -119,6 +119,24 @@ TEST_F(SQLAgentEdges, ALongValueOfLengthNoneIsEmpty) {
   EXPECT_TRUE(Order(8)->Item("Photo")->EmptyValue()) << "Null";
 }
 
+TEST_F(SQLAgentEdges, ATableIsOpenedByAnyNameThatItsDatabaseTakes) {
+  for (const char* name : {"ORDERS", "main.orders", "\"orders\"", "big_orders"}) {
+    const ScopedApartment scope;
+    const OneAction design({.SourceText = name, .ConnectString = file_.ConnectString()});
+    EXPECT_GE(design.Read()->Count(), 5) << name;
+  }
+}
+
+TEST_F(SQLAgentEdges, AFilteredResultCountsItsRowsWithoutTheFilter) {
+  Design({.SourceType = stSQL, .SourceText = "SELECT * FROM orders", .ObjectBuffer = 1});
+  const auto filters = Make<Properties>();
+  filters->SetupItem({.Name = "Id", .Value = 24, .DataType = dtLongInteger, .Operator = ">"});
+  const auto page = Read(filters);
+  EXPECT_EQ(page->Count(), 1);
+  EXPECT_EQ(page->VirtualFirstNumber(), -1);
+  EXPECT_EQ(page->VirtualCount(), 25);
+}
+
 TEST_F(SQLAgentEdges, ColumnsOfATableCarryTheFactsOfTheDriverInThreeAttributes) {
   Design();
   const auto attributes = design_->Agent()->PropertiesData()->Item("Customer")->AttributesData();

@@ -5,6 +5,8 @@
 #include "velmoria/data/database_agent_impl.h"
 #include "velmoria/data/recordset_impl.h"
 #include "velmoria/properties/properties_data.h"
+#include "velmoria/properties/properties_impl.h"
+#include "velmoria/properties/property_data.h"
 #include "velmoria/velmoria.h"
 
 namespace velmoria::test {
@@ -185,6 +187,32 @@ TEST_F(SQLAgentRefusals, ALongValueThatCannotBeReadIsAFailureOfTheReadAndIsReadO
   ExpectRefusal(Unread("Table", "orders", "GetBLOBFieldValue"), [&] { photo->Value(); });
   file_.Run("ALTER TABLE hidden RENAME TO orders");
   EXPECT_EQ(photo->Value().UpperBound(), 2);
+}
+
+// Deleted objects
+
+TEST_F(SQLAgentRefusals, ADeletedObjectOfItsOwnIsToldByItsKeyOnUpdateAndByAllOfItsIdentifierElse) {
+  Design();
+  auto definition = Make<PropertiesData>();
+  definition->SetupItem(psCached, {.Name = "Id", .Value = 7, .DataType = dtLongInteger}, {}, true);
+  const auto order = Make<Properties>();
+  order->Bind({.Style = psCached, .PropertiesData = definition});
+  order->SetStateFlags(sfdeleted);
+  order->SetIdentifier(design_->Class->CreateIdentifier(order));
+  const auto expected = [](const char* routine, const std::string& shown) {
+    return Refusal{errPersistence_Deleted,
+                   std::string("DatabaseAgent.") + routine,
+                   "These persistent Properties have been deleted.  Identifier: '" + shown + "'",
+                   {shown}};
+  };
+  const auto agent = design_->Agent();
+  bool written = false;
+  ExpectRefusal(expected("UpdatePersistentProperties", "7"),
+                [&] { agent->UpdatePersistentProperties(order, 0, written); });
+  const auto details = order->Identifier()->Details();
+  ExpectRefusal(expected("DeletePersistentProperties", details), [&] { agent->DeletePersistentProperties(order, 0); });
+  ExpectRefusal(expected("GetBLOBFieldValue", details), [&] { agent->GetBLOBFieldValue(1, order); });
+  EXPECT_EQ(Stored("count(*)", "Id = 7"), "1");
 }
 
 // The log

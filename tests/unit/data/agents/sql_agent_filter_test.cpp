@@ -83,6 +83,12 @@ TEST_F(SQLAgentFilterTest, NothingMatchesAColumnThatTheResultDoesNotHave) {
   EXPECT_EQ(Read(Parameter({.Name = "Nowhere", .Value = 1, .DataType = dtLongInteger}))->Count(), 0);
 }
 
+TEST_F(SQLAgentFilterTest, AColumnWithoutANameAnswersToNoFilter) {
+  driver_->Columns = {{"Id", kInteger}, {"", kInteger}};
+  driver_->Rows = {{"1", "7"}};
+  EXPECT_EQ(Read(Parameter({.Name = "Nowhere", .Value = 7, .DataType = dtLongInteger}))->Count(), 0);
+}
+
 TEST_F(SQLAgentFilterTest, AFilterWithoutAValueIsNoneUnlessItIsRequired) {
   EXPECT_EQ(Ids(Read(Parameter({.Name = "Amount", .DataType = dtDouble}))), "1 2 3 4 5");
   EXPECT_EQ(Ids(Read(Parameter({.Name = "Amount", .DataType = dtDouble, .Flags = pfInput | pfRequired}))), "1 2 3 4 5");
