@@ -128,9 +128,13 @@ TEST_P(PasswordTour, IsHiddenWhereNothingOpens) {
   for (const std::string password : {kCanary, kCanaryInTwo}) {
     ShowThatItDoesNotOpen({.ConnectionString = text, .Password = password, .UserName = user});
     ShowThatItDoesNotOpen({.ConnectionString = text, .Password = password, .UserName = "nobody"});
-    ShowThatItDoesNotOpen({.ConnectionString = text + ";Port=1", .Password = password, .UserName = user});
-    ShowThatItDoesNotOpen({.ConnectionString = text + ";uid=" + user + ";pwd={" + password + "}"});
-    ShowThatItDoesNotOpen({.ConnectionType = ctPrompt, .ConnectionString = text + ";Port=1;PWD={" + password + "}"});
+    auto closed = text + ";Port=1";
+    ShowThatItDoesNotOpen({.ConnectionString = closed, .Password = password, .UserName = user});
+    closed.append(";PWD={").append(password).append("}");
+    ShowThatItDoesNotOpen({.ConnectionType = ctPrompt, .ConnectionString = closed});
+    auto complete = text + ";uid=";
+    complete.append(user).append(";pwd={").append(password).append("}");
+    ShowThatItDoesNotOpen({.ConnectionString = complete});
     ShowThatItDoesNotOpen(
         {.ConnectionType = ctDSN, .ConnectionString = "velmoria_none", .Password = password, .UserName = user});
     ShowThatItDoesNotOpen({.Engine = engOracle, .ConnectionString = "Driver=velmoria_none", .Password = password});

@@ -73,6 +73,12 @@ PropertiesPtr Members(const std::vector<PropertyFields>& fields) {
 /// The table of the test, whose columns are id (it counts), name and flag, with one row that a plain client has
 /// written.
 class StatementsOverDatabases : public testing::TestWithParam<Place> {
+ public:
+  ~StatementsOverDatabases() override {
+    Apartment().ConnectionContext->Item("")->Disconnect(engODBC);
+    client_.RunAll({"DROP TABLE " + table_});
+  }
+
  protected:
   StatementsOverDatabases()
       : client_(GetParam().Connect.empty() ? file_.ConnectString() : GetParam().Connect),
@@ -86,11 +92,6 @@ class StatementsOverDatabases : public testing::TestWithParam<Place> {
                         " NOT NULL PRIMARY KEY, name varchar(40), flag " + flag + ")",
                     "INSERT INTO " + table_ + " (name) VALUES ('first')"});
   }
-  ~StatementsOverDatabases() override {
-    Apartment().ConnectionContext->Item("")->Disconnect(engODBC);
-    client_.RunAll({"DROP TABLE " + table_});
-  }
-
   static SourcePtr Made(zSourceTypes type, const std::string& text, zOptionFlags options = ofNone) {
     return Make<Sources>()->SetupItem(
         {.Engine = engODBC, .SourceType = type, .SourceText = text, .OptionFlags = options});
