@@ -50,20 +50,21 @@ std::vector<Place> Places() {
 
 /// A statement over a table of 30 rows, which a plain client has made.
 class BackgroundOverDatabases : public testing::TestWithParam<Place> {
- protected:
-  BackgroundOverDatabases() : client_(ConnectString()) {
-    client_.RunAll({"CREATE TABLE " + table_ + " ( id int NOT NULL PRIMARY KEY, name varchar(20) )"});
-    for (int number = 1; number <= 30; ++number) {
-      const auto text = std::to_string(number);
-      client_.RunAll({"INSERT INTO " + table_ + " VALUES ( " + text + ", 'n" + text + "' )"});
-    }
-    design_ = std::make_unique<OneAction>(OneActionFields{
-        .SourceType = stSQL, .SourceText = Rows(), .ConnectString = ConnectString(), .ObjectBuffer = 10});
-  }
+ public:
   ~BackgroundOverDatabases() override {
     design_.reset();
     Apartment().ConnectionContext->Item("")->Disconnect(engODBC);
     client_.RunAll({"DROP TABLE " + table_});
+  }
+
+ protected:
+  BackgroundOverDatabases() : client_(ConnectString()) {
+    client_.RunAll({"CREATE TABLE " + table_ + " ( id int NOT NULL PRIMARY KEY, name varchar(20) )"});
+    for (int number = 1; number <= 30; ++number) {
+      client_.RunAll({"INSERT INTO " + table_ + " (id) VALUES ( " + std::to_string(number) + " )"});
+    }
+    design_ = std::make_unique<OneAction>(OneActionFields{
+        .SourceType = stSQL, .SourceText = Rows(), .ConnectString = ConnectString(), .ObjectBuffer = 10});
   }
 
   std::string ConnectString() const { return GetParam().Connect.empty() ? file_.ConnectString() : GetParam().Connect; }

@@ -82,13 +82,15 @@ const std::vector<NamedDialect>& Dialects() {
 }
 
 class ProceduresOverDatabases : public testing::TestWithParam<TestServer> {
- protected:
-  ProceduresOverDatabases() : client_(GetParam().ConnectString()) {}
+ public:
   ~ProceduresOverDatabases() override {
     design_.reset();
     Apartment().ConnectionContext->Item("")->Disconnect(engODBC);
     client_.RunAll({hasTable_ ? "DROP TABLE " + own_ : Filled(Words().Drop)});
   }
+
+ protected:
+  ProceduresOverDatabases() : client_(GetParam().ConnectString()) {}
 
   static const Dialect& Words() {
     for (const auto& dialect : Dialects())
