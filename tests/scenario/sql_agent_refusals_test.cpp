@@ -189,6 +189,30 @@ TEST_F(SQLAgentRefusals, ALongValueThatCannotBeReadIsAFailureOfTheReadAndIsReadO
   EXPECT_EQ(photo->Value().UpperBound(), 2);
 }
 
+// Counters
+
+TEST_F(SQLAgentRefusals, ACounterThatDoesNotComeBackLeavesItsRowNewSoThatItIsInsertedAgain) {
+  Design();
+  design_->Class->Properties()->Item("Id")->SetFlags(pfcounter);
+  const auto row = Read()->CreatePersistentProperties("");
+  row->Item("Customer")->SetValue("x");
+  design_->Source->SetSourceText("orders (Customer) VALUES ('y') --");
+  for (const std::string name : {"{unknown}", "Id"}) {
+    if (name == "Id") row->Item("Id")->SetFlags(pfcounter);
+    ExpectRefusal({errRDO_Identity_Insert,
+                   "SQLAgent.InsertPersistentProperties",
+                   "RDO SQL Insert statement did not return a new IDENTITY value for Identifier Property.  "
+                   "Property: '" +
+                       name + "'",
+                   {name},
+                   "Some database engines do not support Inserting new records into tables with IDENTITY columns "
+                   "during a complex transaction."},
+                  [&] { row->Update(); });
+    EXPECT_EQ(row->StateFlags(), sfNew | sfdirty);
+  }
+  EXPECT_EQ(Stored("Id", "Customer = 'y'"), "26|27");
+}
+
 // Deleted objects
 
 TEST_F(SQLAgentRefusals, ADeletedObjectOfItsOwnIsToldByItsKeyOnUpdateAndByAllOfItsIdentifierElse) {
