@@ -1,14 +1,15 @@
 #include "collections.h"
 
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
+#include "backends.h"
 #include "measure.h"
 #include "plain_loop.h"
-#include "table.h"
 #include "velmoria/velmoria.h"
 
 using namespace velmoria;
@@ -20,26 +21,28 @@ constexpr const char* Text = "SELECT * FROM few";
 
 struct Kind {
   const char* Name;
-  const char* ClassName;
+  bool HostObjects;
   zCollectionTypes Type;
   bool Enumerates;
 };
-constexpr Kind Kinds[] = {{"cltOptimized", "Row", cltOptimized, true},
-                          {"cltInitialized", "Row", cltInitialized, true},
-                          {"cltDispatcher", "Row", cltDispatcher, false},
-                          {"cltOptimized, host objects", "HostRow", cltOptimized, true},
-                          {"cltDispatcher, host objects", "HostRow", cltDispatcher, false}};
+constexpr Kind Kinds[] = {{"cltOptimized", false, cltOptimized, true},
+                          {"cltInitialized", false, cltInitialized, true},
+                          {"cltDispatcher", false, cltDispatcher, false},
+                          {"cltOptimized, host objects", true, cltOptimized, true},
+                          {"cltDispatcher, host objects", true, cltDispatcher, false}};
 
 IBusinessObjectsPtr Get(const Kind& kind) {
   Framework framework;
-  return framework.GetBusinessObjects({.ClassName = kind.ClassName, .CollectionType = kind.Type});
+  const auto& backend = AnyBackend();
+  return framework.GetBusinessObjects(
+      {.ClassName = kind.HostObjects ? backend.HostClass() : backend.Class(), .CollectionType = kind.Type});
 }
 
 /// What every walk reads of an object; every walk gives the same sum.
 std::int64_t ReadTwo(const IBusinessObjectPtr& object) {
-  return object->FindProperty("Id")->Value().AsLong() + object->FindProperty("Units")->Value().AsLong();
+  return object->FindProperty("id")->Value().AsLong() + object->FindProperty("customer_id")->Value().AsLong();
 }
-std::int64_t ReadTwo(const PlainRow& row) { return row.Id + std::int64_t{row.Units}; }
+std::int64_t ReadTwo(const PlainRow& row) { return row.Id + std::int64_t{row.CustomerId}; }
 
 struct PlainRows {
   std::vector<PlainRow> InOrder;
@@ -47,7 +50,7 @@ struct PlainRows {
 };
 
 PlainRows GetPlainly(bool keyed) {
-  PlainRows rows{.InOrder = FetchRowsPlainly(BenchDatabase(), Text), .Places = {}};
+  PlainRows rows{.InOrder = FetchRowsPlainly(AnyBackend().Connect, Text), .Places = {}};
   for (std::size_t place = 0; keyed && place < rows.InOrder.size(); ++place)
     rows.Places.emplace(std::to_string(rows.InOrder[place].Id), place);
   return rows;
@@ -100,30 +103,30 @@ constexpr Walk Walks[] = {
     {.Name = "by key", .Objects = ByKey, .Plain = ByKeyPlainly, .Keyed = true},
 };
 
-constexpr std::int64_t ExpectedSum = std::int64_t{FewRows} * (FewRows + 1) / 2 * 4;
-
+/// Every walk sees the same.
 void CheckSum(std::int64_t sum) {
-  if (sum != ExpectedSum) std::abort();
+  static const std::int64_t expected = InOrderPlainly(GetPlainly(false));
+  if (sum != expected) std::abort();
 }
 
 /// The first walk of a collection, its statement and fetch included, and a second one over what is there by then.
 struct Passes {
-  std::vector<double> First;
-  std::vector<double> Again;
+  std::vector<Taken> First;
+  std::vector<Taken> Again;
 };
 
 void Pass(Passes& passes, auto&& get, auto&& walk) {
   decltype(get()) held{};
-  passes.First.push_back(Seconds([&] {
+  passes.First.push_back(Measure([&] {
     held = get();
     CheckSum(walk(held));
   }));
-  passes.Again.push_back(Seconds([&] { CheckSum(walk(held)); }));
+  passes.Again.push_back(Measure([&] { CheckSum(walk(held)); }));
 }
 
 void PrintPasses(const std::string& what, const Passes& passes, const Passes& plain) {
-  Print((what + ", fetched and walked").c_str(), Median(passes.First), Median(plain.First), "-");
-  Print((what + ", walked again").c_str(), Median(passes.Again), Median(plain.Again), "-");
+  Print((what + ", fetched and walked").c_str(), passes.First, plain.First, "-");
+  Print((what + ", walked again").c_str(), passes.Again, plain.Again, "-");
 }
 
 void BenchWalk(const Walk& walk) {
@@ -156,11 +159,11 @@ double BytesOfEach(auto&& make) {
 
 // Everything stays alive to the end, so that nothing is made from memory kept for reuse.
 void BenchMemory() {
-  DescribeBenchDatabase();
+  Prepare(AnyBackend());
   Get(Kinds[0])->Item(1);  // what exists once: connection, definitions of the class
   std::vector<PlainRow> plainRows;
   const double plain = BytesOfEach([&] {
-    plainRows = FetchRowsPlainly(BenchDatabase(), Text);
+    plainRows = FetchRowsPlainly(AnyBackend().Connect, Text);
     plainRows.shrink_to_fit();
   });
   std::printf("memory of each of %d objects, with its row\n", FewRows);
@@ -176,6 +179,6 @@ void BenchMemory() {
 }
 
 void BenchWalks() {
-  DescribeBenchDatabase();
+  Prepare(AnyBackend());
   for (const auto& walk : Walks) BenchWalk(walk);
 }

@@ -1,5 +1,6 @@
 #include "design_model.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -81,36 +82,36 @@ void Find(const Classes& classes) {
 
 /// What one way to make the design takes: seconds of each round, and bytes for each object of the last.
 struct Making {
-  std::vector<double> Rounds;
+  std::vector<Taken> Rounds;
   double Bytes = 0;
 };
 
-void Measure(Making& making, auto&& make) {
+void MeasureMaking(Making& making, auto&& make) {
   const auto before = HeapBytes();
-  making.Rounds.push_back(Seconds(make));
+  making.Rounds.push_back(Measure(make));
   making.Bytes = static_cast<double>(HeapBytes() - before) / ObjectCount;
 }
 
 void PrintMaking(const char* what, const Making& making, const Making& plain) {
-  const double seconds = Median(making.Rounds);
+  const double seconds = Median(making.Rounds).Processor;
   std::printf("%-52s %9.0f ns  ratio %5.2f   %6.0f bytes\n", what, seconds / ObjectCount * 1e9,
-              seconds / Median(plain.Rounds), making.Bytes);
+              seconds / Median(plain.Rounds).Processor, making.Bytes);
 }
 
 }  // namespace
 
 void BenchDesignModel() {
   Making plainBuild, build, copy;
-  std::vector<double> plainFind, find;
+  std::vector<Taken> plainFind, find;
   for (int round = 0; round < Rounds; ++round) {
     PlainServer plain;
-    Measure(plainBuild, [&] { plain = BuildPlain(); });
+    MeasureMaking(plainBuild, [&] { plain = BuildPlain(); });
     ServerPtr server;
-    Measure(build, [&] { server = Build(); });
+    MeasureMaking(build, [&] { server = Build(); });
     ServerPtr second;
-    Measure(copy, [&] { second = server->Copy(); });
-    plainFind.push_back(Seconds([&] { FindPlainly(plain); }));
-    find.push_back(Seconds([&] { Find(*server->Classes()); }));
+    MeasureMaking(copy, [&] { second = server->Copy(); });
+    plainFind.push_back(Measure([&] { FindPlainly(plain); }));
+    find.push_back(Measure([&] { Find(*server->Classes()); }));
   }
   std::printf("one Server, %d Classes of %d Actions each: time and memory for each design object\n", ClassCount,
               ActionsEach);
@@ -118,7 +119,7 @@ void BenchDesignModel() {
   PrintMaking("SetupItem", build, plainBuild);
   PrintMaking("recursive Copy", copy, plainBuild);
   std::printf("one Action by name among %d, %d times\n", ClassCount * ActionsEach, Finds);
-  Print("plain maps", Median(plainFind), Median(plainFind), "1.00");
-  Print("Item", Median(find), Median(plainFind), "-");
+  Print("plain maps", plainFind, plainFind, "1.00");
+  Print("Item", find, plainFind, "-");
   std::printf("\n");
 }

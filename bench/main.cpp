@@ -1,9 +1,13 @@
-// bench [section...]    Every figure is a ratio of two medians taken in turn in this one run; goals stand behind them.
+// bench [section or backend...]    Every figure is a ratio of two medians taken in turn in this one run; goals stand
+// behind them. Without a name of a kind, all of that kind are measured.
 
 #include <algorithm>
 #include <cstdlib>
-#include <string_view>
+#include <string>
+#include <vector>
 
+#include "backends.h"
+#include "by_key.h"
 #include "collections.h"
 #include "design_model.h"
 #include "rows.h"
@@ -12,20 +16,50 @@
 namespace {
 
 struct Section {
-  std::string_view Name;
+  std::string Name;
   void (*Run)();
 };
 
+struct BackendSection {
+  std::string Name;
+  void (*Run)(const Backend& backend);
+};
+
 // Memory is measured before anything large was let go of: what is kept for reuse would be invisible.
-constexpr Section Sections[] = {{"design", BenchDesignModel}, {"memory", BenchMemory}, {"rows", BenchRows},
-                                {"key", BenchByKey},          {"walks", BenchWalks},   {"updates", BenchUpdates}};
+const std::vector<BackendSection> First = {{"row-memory", BenchRowMemory}};
+const std::vector<Section> Sections = {
+    {"design", BenchDesignModel}, {"memory", BenchMemory}, {"walks", BenchWalks}, {"updates", BenchUpdates}};
+const std::vector<BackendSection> Last = {
+    {"rows", BenchRows}, {"pages", BenchPages}, {"key", BenchByKey}, {"writes", BenchWrites}};
+
+using Names = std::vector<std::string>;
+
+bool Contains(const Names& names, const std::string& name) { return std::ranges::find(names, name) != names.end(); }
+
+bool IsBackend(const std::string& name) {
+  return std::ranges::find(Backends(), name, &Backend::Name) != Backends().end();
+}
+
+void RunOnBackends(const std::vector<BackendSection>& sections, const Names& asked, const Names& on) {
+  for (const auto& backend : Backends()) {
+    if (!on.empty() && !Contains(on, backend.Name)) continue;
+    for (const auto& section : sections) {
+      if (!asked.empty() && !Contains(asked, section.Name)) continue;
+      Prepare(backend);
+      section.Run(backend);
+    }
+  }
+}
 
 }  // namespace
 
 int main(int count, char** arguments) {
   setenv("VELMORIA_SETTINGS_DIR", ".", 1);
-  char** const last = arguments + count;
+  Names asked, on;
+  for (char** each = arguments + 1; each < arguments + count; ++each) (IsBackend(*each) ? on : asked).push_back(*each);
+  RunOnBackends(First, asked, on);
   for (const auto& section : Sections)
-    if (count == 1 || std::find(arguments + 1, last, section.Name) != last) section.Run();
+    if (asked.empty() ? on.empty() : Contains(asked, section.Name)) section.Run();
+  RunOnBackends(Last, asked, on);
   return 0;
 }

@@ -1,37 +1,39 @@
 #pragma once
 
-#include <algorithm>
-#include <chrono>
 #include <cstddef>
-#include <cstdio>
 #include <vector>
 
-#include <malloc.h>
+/// What a piece of work took: by the clock on the wall, and of processors in this process, a server's not counted.
+struct Taken {
+  double Seconds = 0;
+  double Processor = 0;
+};
 
-/// Wall-clock seconds of one run of the work.
-inline double Seconds(auto&& work) {
-  const auto start = std::chrono::steady_clock::now();
+double WallClock();
+double ProcessorClock();
+
+Taken Measure(auto&& work) {
+  const double wall = WallClock();
+  const double processor = ProcessorClock();
   work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  return {.Seconds = WallClock() - wall, .Processor = ProcessorClock() - processor};
 }
 
-inline double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
+/// The median of either clock by itself.
+Taken Median(const std::vector<Taken>& rounds);
 
 /// A number from 1 to count for each step: they jump about, the same in every run.
 constexpr int Jump(int step, int count) { return 1 + static_cast<int>(step * 37LL % count); }
 
 /// The bytes in use on the heap.
-inline std::size_t HeapBytes() { return mallinfo2().uordblks; }
+std::size_t HeapBytes();
 
-/// One line: seconds, the ratio to the plain loop, and what it should be at most, or "-".
-inline void Print(const char* what, double seconds, double plain, const char* goal) {
-  std::printf("%-52s %9.4f s   ratio %5.2f   goal %s\n", what, seconds, seconds / plain, goal);
-}
+/// What the whole process grew by at most, drivers included, while a copy of it did the work and ended. Unless the
+/// process still holds memory to use again, that is what the work needs.
+std::size_t BytesOfProcess(void (*work)(const void* argument), const void* argument);
+
+/// One line: seconds, the ratio to the plain code by either clock, and what it should be at most, or "-".
+void Print(const char* what, const std::vector<Taken>& rounds, const std::vector<Taken>& plain, const char* goal);
 
 /// One line: bytes of each of many, the ratio to the plain ones, and what it should be at most, or "-".
-inline void PrintBytes(const char* what, double bytes, double plain, const char* goal) {
-  std::printf("%-52s %9.1f B   ratio %5.2f   goal %s\n", what, bytes, bytes / plain, goal);
-}
+void PrintBytes(const char* what, double bytes, double plain, const char* goal);

@@ -1,11 +1,13 @@
 #include "plain_loop.h"
 
+#include <cstring>
+
 #include "measure.h"
 #include "plain_odbc.h"
 
 namespace {
 
-constexpr SQLULEN BlockRows = 1024;
+constexpr SQLULEN BlockRows = 1000;
 
 /// Runs the text and hands each block, with the number of its rows, to the work.
 void ForEachBlock(const std::string& connectString, const std::string& text, auto&& work) {
@@ -14,9 +16,9 @@ void ForEachBlock(const std::string& connectString, const std::string& text, aut
   SQLULEN fetched = 0;
   SQLSetStmtAttr(statement, SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(BlockRows), 0);
   SQLSetStmtAttr(statement, SQL_ATTR_ROWS_FETCHED_PTR, &fetched, 0);
+  Connected::Run(statement, text);
   Block block(BlockRows);
   block.Bind(statement);
-  Connected::Run(statement, text);
   while (SQL_SUCCEEDED(SQLFetchScroll(statement, SQL_FETCH_NEXT, 0))) work(block, fetched);
   SQLFreeHandle(SQL_HANDLE_STMT, statement);
 }
@@ -26,15 +28,18 @@ std::int64_t Packed(const SQL_TIMESTAMP_STRUCT& at) {
 }
 
 PlainRow RowOf(const Block& block, SQLULEN at) {
+  const bool noNote = block.Lengths[3][at] == SQL_NULL_DATA;
+  double total = 0;
+  std::memcpy(&total, block.Total[at].data(), sizeof total);
   return {.Id = block.Id[at],
-          .Quantity = block.Quantity[at],
-          .Price = block.Price[at],
-          .Name = block.Name[at].data(),
-          .Code = block.Lengths[4][at] == SQL_NULL_DATA ? "" : block.Code[at].data(),
-          .Sold = Packed(block.Sold[at]),
-          .Paid = block.Paid[at] != 0,
-          .CodeIsNull = block.Lengths[4][at] == SQL_NULL_DATA,
-          .Units = block.Units[at]};
+          .CustomerId = block.CustomerId[at],
+          .Number = block.Number[at].data(),
+          .Note = noNote ? "" : block.Note[at].data(),
+          .Amount = block.Amount[at],
+          .Total = total,
+          .Placed = Packed(block.Placed[at]),
+          .NoteIsNull = noNote,
+          .Status = block.Status[at]};
 }
 
 }  // namespace
@@ -45,14 +50,13 @@ void FetchPlainly(const std::string& connectString, const std::string& text, int
   if (rows != static_cast<SQLULEN>(expectedRows)) Check(SQL_ERROR, "counting the rows");
 }
 
-void FetchByKeyPlainly(const std::string& connectString, const std::string& text, int requests, int rows) {
-  const Connected connected(connectString);
+void FetchByKeyPlainly(const Connected& connected, const std::string& text, int requests, int rows) {
   Block row(1);
   for (int request = 0; request < requests; ++request) {
     const int key = Jump(request, rows);
     SQLHSTMT statement = connected.Statement();
-    row.Bind(statement);
     Connected::Run(statement, text + std::to_string(key));
+    row.Bind(statement);
     Check(SQLFetch(statement), "SQLFetch");
     if (row.Id[0] != key) Check(SQL_ERROR, "reading the key");
     SQLFreeHandle(SQL_HANDLE_STMT, statement);
@@ -67,11 +71,10 @@ std::vector<PlainRow> FetchRowsPlainly(const std::string& connectString, const s
   return rows;
 }
 
-void WritePlainly(const std::string& connectString, const std::vector<std::string>& texts) {
-  const Connected connected(connectString);
-  for (const auto& text : texts) {
+void WritePlainly(const Connected& connected, int texts, const std::function<std::string(int)>& textOf) {
+  for (int number = 1; number <= texts; ++number) {
     SQLHSTMT statement = connected.Statement();
-    Connected::Run(statement, text);
+    Connected::Run(statement, textOf(number));
     SQLFreeHandle(SQL_HANDLE_STMT, statement);
   }
 }

@@ -1,7 +1,20 @@
 #include "plain_odbc.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+
+namespace {
+
+constexpr SQLUSMALLINT TotalColumn = 6;
+
+SQLSMALLINT TotalType(SQLHSTMT statement) {
+  SQLLEN type = 0;
+  Check(SQLColAttribute(statement, TotalColumn, SQL_DESC_CONCISE_TYPE, nullptr, 0, nullptr, &type), "SQLColAttribute");
+  return type == SQL_DOUBLE ? SQL_C_DOUBLE : SQL_C_CHAR;
+}
+
+}  // namespace
 
 void Check(SQLRETURN code, const char* what) {
   if (SQL_SUCCEEDED(code)) return;
@@ -33,24 +46,34 @@ SQLHSTMT Connected::Statement() const {
 
 void Connected::Run(SQLHSTMT statement, const std::string& text) {
   Check(SQLPrepare(statement, reinterpret_cast<SQLCHAR*>(const_cast<char*>(text.c_str())), SQL_NTS), "SQLPrepare");
-  Check(SQLExecute(statement), "SQLExecute");
+  Check(SQLExecute(statement), text.c_str());
 }
 
+void Connected::BeginTransaction() const {
+  const auto off = reinterpret_cast<SQLPOINTER>(std::uintptr_t{SQL_AUTOCOMMIT_OFF});
+  Check(SQLSetConnectAttr(connection_, SQL_ATTR_AUTOCOMMIT, off, 0), "SQLSetConnectAttr");
+}
+
+void Connected::Commit() const { Check(SQLEndTran(SQL_HANDLE_DBC, connection_, SQL_COMMIT), "SQLEndTran"); }
+
 Block::Block(SQLULEN rows)
-    : Id(rows), Quantity(rows), Price(rows), Name(rows), Code(rows), Sold(rows), Paid(rows), Units(rows) {
+    : Id(rows), CustomerId(rows), Number(rows), Note(rows), Amount(rows), Total(rows), Placed(rows), Status(rows) {
   for (auto& column : Lengths) column.resize(rows);
 }
 
 void Block::Bind(SQLHSTMT statement) {
-  const auto bind = [&](SQLUSMALLINT column, SQLSMALLINT type, void* values, SQLLEN width) {
-    Check(SQLBindCol(statement, column, type, values, width, Lengths[column - 1U].data()), "SQLBindCol");
+  if (totalType_ == 0) totalType_ = TotalType(statement);
+  const auto bind = [&](SQLUSMALLINT column, SQLSMALLINT type, auto& values) {
+    Check(SQLBindCol(statement, column, type, values.data(), sizeof values[0], Lengths[column - 1U].data()),
+          "SQLBindCol");
   };
-  bind(1, SQL_C_SLONG, Id.data(), sizeof(SQLINTEGER));
-  bind(2, SQL_C_SSHORT, Quantity.data(), sizeof(SQLSMALLINT));
-  bind(3, SQL_C_DOUBLE, Price.data(), sizeof(double));
-  bind(4, SQL_C_CHAR, Name.data(), sizeof Name[0]);
-  bind(5, SQL_C_CHAR, Code.data(), sizeof Code[0]);
-  bind(6, SQL_C_TYPE_TIMESTAMP, Sold.data(), sizeof(SQL_TIMESTAMP_STRUCT));
-  bind(7, SQL_C_BIT, Paid.data(), 1);
-  bind(8, SQL_C_SLONG, Units.data(), sizeof(SQLINTEGER));
+  bind(1, SQL_C_SLONG, Id);
+  bind(2, SQL_C_SLONG, CustomerId);
+  bind(3, SQL_C_CHAR, Number);
+  bind(4, SQL_C_CHAR, Note);
+  bind(5, SQL_C_DOUBLE, Amount);
+  Check(SQLBindCol(statement, TotalColumn, totalType_, Total.data(), sizeof Total[0], Lengths[TotalColumn - 1U].data()),
+        "SQLBindCol");
+  bind(7, SQL_C_TYPE_TIMESTAMP, Placed);
+  bind(8, SQL_C_SSHORT, Status);
 }

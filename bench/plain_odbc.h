@@ -21,24 +21,30 @@ class Connected {
   SQLHSTMT Statement() const;
   /// Prepares and executes the text on the statement.
   static void Run(SQLHSTMT statement, const std::string& text);
+  void BeginTransaction() const;
+  void Commit() const;
 
  private:
   SQLHENV environment_ = nullptr;
   SQLHDBC connection_ = nullptr;
 };
 
-/// The buffers of a block of the table "rows", column by column.
+/// The buffers of a block of the tables, column by column.
 struct Block {
   explicit Block(SQLULEN rows);
+  /// The total lands as a text where the driver says that it is exact, else as a double.
   void Bind(SQLHSTMT statement);
 
   std::vector<SQLINTEGER> Id;
-  std::vector<SQLSMALLINT> Quantity;
-  std::vector<double> Price;
-  std::vector<std::array<char, 41>> Name;
-  std::vector<std::array<char, 13>> Code;
-  std::vector<SQL_TIMESTAMP_STRUCT> Sold;
-  std::vector<unsigned char> Paid;
-  std::vector<SQLINTEGER> Units;
+  std::vector<SQLINTEGER> CustomerId;
+  std::vector<std::array<char, 21>> Number;
+  std::vector<std::array<char, 61>> Note;
+  std::vector<double> Amount;
+  std::vector<std::array<char, 16>> Total;
+  std::vector<SQL_TIMESTAMP_STRUCT> Placed;
+  std::vector<SQLSMALLINT> Status;
   std::array<std::vector<SQLLEN>, 8> Lengths;
+
+ private:
+  SQLSMALLINT totalType_ = 0;  // 0 until the first statement was bound
 };

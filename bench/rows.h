@@ -1,7 +1,12 @@
 #pragma once
 
-/// What the way of the rows costs, beside a plain loop that fetches the same blocks through ODBC and keeps nothing.
-void BenchRows();
+struct Backend;
 
-/// One object by its key at a time, beside the same statement prepared, executed and fetched.
-void BenchByKey();
+/// What the way of the rows costs, beside a plain loop that fetches the same blocks through ODBC and keeps nothing.
+void BenchRows(const Backend& backend);
+
+/// The same in pages of 500, one held at a time.
+void BenchPages(const Backend& backend);
+
+/// What the process grows by for all rows, and for the plain loop and the pages, which keep none.
+void BenchRowMemory(const Backend& backend);

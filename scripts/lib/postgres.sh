@@ -1,4 +1,4 @@
-# Sourced by scripts/test: a throw-away PostgreSQL on loopback, in a temporary folder, gone at the end.
+# Sourced by scripts/test and scripts/bench: a throw-away PostgreSQL on loopback, in a temporary folder, gone at the end.
 #
 # postgres_start exports
 #   VELMORIA_TEST_PG         complete connect string of an empty database
