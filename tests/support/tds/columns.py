@@ -54,6 +54,8 @@ def described(connection, sql):
 
     None if the text cannot be prepared.
     """
+    # Only a step sees that another connection has changed the tables meanwhile.
+    connection.execute("SELECT 1 FROM sqlite_master LIMIT 1").fetchone()
     handle, statement = handle_of(connection), ctypes.c_void_p()
     if LIBRARY.sqlite3_prepare_v2(handle, sql.encode("utf-8", "surrogatepass"), -1, ctypes.byref(statement), None):
         return None

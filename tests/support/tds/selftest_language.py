@@ -193,6 +193,10 @@ class LanguageTest(ServerTest):
             self.assertEqual(self.text(f"SELECT N'{text}'"), text)
             self.assertEqual(self.text(f"SELECT '{text}' + ''"), text)
 
+    def test_narrow_text_is_as_many_bytes_in_an_image(self):
+        self.run_all("CREATE TABLE pictures (x image)", "INSERT INTO pictures VALUES ('ab')")
+        self.assertEqual(self.client.batch("SELECT x FROM pictures").value(), b"ab")
+
     def test_objects_are_listed(self):
         self.assertEqual(self.text("SELECT name FROM sysobjects WHERE type = 'U' AND name = 'T'"), "t")
         self.assertIsNone(self.number("SELECT OBJECT_ID('none')"))

@@ -102,6 +102,12 @@ class TransactionsTest(ServerTest):
         self.other.batch("COMMIT")
         self.assertEqual(self.seen(), 1)
 
+    def test_column_that_another_dropped_is_gone_at_once(self):
+        self.run_all("ALTER TABLE t ADD b int", "INSERT INTO t VALUES (1, 2)")
+        self.assertEqual(len(self.other.batch("SELECT * FROM t").columns), 2)
+        self.run_all("ALTER TABLE t DROP COLUMN a")
+        self.assertEqual(len(self.other.batch("SELECT * FROM t").columns), 1)
+
     def test_transaction_that_only_read_sees_what_others_commit(self):
         self.run_all("BEGIN TRAN")
         self.assertEqual(self.seen(), 0)

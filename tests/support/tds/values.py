@@ -5,7 +5,7 @@ import struct
 import uuid
 
 import dates
-from datatypes import SIZES, SqlType, numeric_size
+from datatypes import SIZES, SqlType, is_narrow, numeric_size
 from errors import SqlError, failure
 
 NULL_OF_LONG = b"\xff\xff"
@@ -70,7 +70,10 @@ def encode_float(sql_type):
 
 
 def as_bytes(value):
-    return value if isinstance(value, bytes) else str(value).encode("utf-16le")
+    if isinstance(value, bytes):
+        return value
+    text = str(value)
+    return text.encode("cp1252" if is_narrow(text) else "utf-16le")
 
 
 def as_string(value):
