@@ -50,7 +50,11 @@ void Connection::Close() noexcept {
   if (connected_) {
     // A connection with an open transaction refuses to end.
     if (!autoCommit_) Calls().EndTran(SQL_HANDLE_DBC, handle_, SQL_ROLLBACK);
-    Calls().Disconnect(handle_);
+    if (!Succeeded(Calls().Disconnect(handle_))) {
+      // Nothing else lets go of the link: what is still open is taken back once more.
+      Calls().EndTran(SQL_HANDLE_DBC, handle_, SQL_ROLLBACK);
+      Calls().Disconnect(handle_);
+    }
   }
   connected_ = false;
   autoCommit_ = true;
@@ -70,8 +74,16 @@ bool Connection::IsLost() noexcept {
 
 void Connection::SetAutoCommit(bool value) {
   RequireOpen();
-  const ULength mode = value ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF;
-  Check(Calls().SetConnectAttr(handle_, SQL_ATTR_AUTOCOMMIT, AttributeValue(mode), SQL_IS_UINTEGER));
+  const auto set = [this](ULength mode) {
+    return Calls().SetConnectAttr(handle_, SQL_ATTR_AUTOCOMMIT, AttributeValue(mode), SQL_IS_UINTEGER);
+  };
+  try {
+    Check(set(value ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF));
+  } catch (...) {
+    // A driver that failed behind the change would keep back all that is written from here on.
+    if (!value) autoCommit_ = Succeeded(set(SQL_AUTOCOMMIT_ON));
+    throw;
+  }
   autoCommit_ = value;
 }
 
@@ -85,14 +97,19 @@ std::string Connection::InfoText(Word information) {
   std::array<char, 256> text{};
   Small length = 0;
   const Code code = Calls().GetInfo(handle_, information, text.data(), static_cast<Small>(text.size() - 1), &length);
-  return Succeeded(code) ? std::string(text.data()) : std::string();
+  return IsAnswered(code) ? std::string(text.data()) : std::string();
 }
 
 Word Connection::InfoNumber(Word information) {
   RequireOpen();
   Word number = 0;
   const Code code = Calls().GetInfo(handle_, information, &number, sizeof number, nullptr);
-  return Succeeded(code) ? number : Word{0};
+  return IsAnswered(code) ? number : Word{0};
+}
+
+bool Connection::IsAnswered(Code code) noexcept {
+  if (!Succeeded(code)) inDoubt_ = true;
+  return Succeeded(code);
 }
 
 void Connection::Check(Code code) {

@@ -42,6 +42,8 @@ class Connection {
   friend class Statement;
   void Connect(const std::string& connect, bool prompting, bool readOnly);
   void RequireOpen() const;
+  /// Of a call whose failure is nobody's: it may still tell of a lost link.
+  bool IsAnswered(Code code) noexcept;
   void Enter(Statement* statement);
   void Leave(Statement* statement) noexcept;
 

@@ -2,11 +2,13 @@
 
 #include <array>
 #include <cstdlib>
+#include <memory>
 
 #include <sql.h>
 #include <sqlext.h>
 
 #include "velmoria/platform/odbc/columns.h"
+#include "velmoria/runtime/error.h"
 #include "velmoria/runtime/text.h"
 
 namespace velmoria::odbc {
@@ -59,6 +61,13 @@ bool IsNamed(std::string_view listed, std::string_view name) {
   return EqualFolded(listed.substr(0, listed.find(';')), name);
 }
 
+/// None where the connection makes none: the call itself meets that, too.
+std::unique_ptr<Statement> MakeStatement(Connection& connection) {
+  try {
+    return std::make_unique<Statement>(connection);
+  } catch (const Error&) { return {}; }
+}
+
 ProcedureParameter ReadParameter(Statement& statement) {
   ProcedureParameter parameter;
   parameter.Name = Without(TextOf(statement, kColumnName), "[]@");
@@ -88,7 +97,9 @@ std::optional<ProcedureCall> ParseCall(std::string_view sql) {
 std::vector<ProcedureParameter> DescribeProcedure(Connection& connection, const ProcedureCall& call) {
   std::vector<ProcedureParameter> parameters;
   if (call.Returns) parameters.push_back({.Name = std::string(kReturnValue), .Kind = SQL_RETURN_VALUE});
-  Statement statement(connection);
+  const auto made = MakeStatement(connection);
+  if (!made) return parameters;
+  Statement& statement = *made;
   std::string pattern = call.Name;
   auto* const text = reinterpret_cast<Char*>(pattern.data());
   Calls& calls = statement.Calls();

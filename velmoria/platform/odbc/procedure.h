@@ -29,7 +29,7 @@ struct ProcedureParameter {
 
 /// The parameters of a procedure in the order of the call's markers: the return value first, or not at all where the
 /// call has none, and the columns of a result left out. What a driver does not know, or refuses to tell, is not there:
-/// this never fails once the statement is made.
+/// this never fails.
 std::vector<ProcedureParameter> DescribeProcedure(Connection& connection, const ProcedureCall& call);
 
 inline constexpr std::string_view kReturnValue = "RETURN_VALUE";

@@ -44,7 +44,8 @@ void Statement::Close() noexcept {
 
 void Statement::AskForScrolling() {
   // A refusal is no failure: Scrolls tells what there is.
-  Calls().SetStmtAttr(Get(), SQL_ATTR_CURSOR_TYPE, reinterpret_cast<Handle>(std::uintptr_t{SQL_CURSOR_STATIC}), 0);
+  const auto type = reinterpret_cast<Handle>(std::uintptr_t{SQL_CURSOR_STATIC});
+  connection_->IsAnswered(Calls().SetStmtAttr(Get(), SQL_ATTR_CURSOR_TYPE, type, 0));
 }
 
 bool Statement::Scrolls() const {
@@ -114,16 +115,14 @@ bool Statement::MoreResults() {
   return true;
 }
 
-void Statement::EndResult() noexcept {
-  if (handle_ != nullptr) connection_->Calls().FreeStmt(handle_, SQL_CLOSE);
+bool Statement::EndResult() noexcept {
+  return handle_ == nullptr || connection_->IsAnswered(connection_->Calls().FreeStmt(handle_, SQL_CLOSE));
 }
 
-void Statement::UnbindColumns() noexcept {
-  if (handle_ != nullptr) connection_->Calls().FreeStmt(handle_, SQL_UNBIND);
-}
+void Statement::UnbindColumns() { Check(Calls().FreeStmt(Get(), SQL_UNBIND)); }
 
-void Statement::UnbindParameters() noexcept {
-  if (handle_ != nullptr) connection_->Calls().FreeStmt(handle_, SQL_RESET_PARAMS);
+bool Statement::UnbindParameters() noexcept {
+  return handle_ == nullptr || connection_->IsAnswered(connection_->Calls().FreeStmt(handle_, SQL_RESET_PARAMS));
 }
 
 int Statement::Columns() {
@@ -134,7 +133,7 @@ int Statement::Columns() {
 
 Length Statement::RowsAffected() {
   Length rows = -1;
-  return Succeeded(Calls().RowCount(Get(), &rows)) ? rows : -1;
+  return connection_->IsAnswered(Calls().RowCount(Get(), &rows)) ? rows : -1;
 }
 
 Handle Statement::Get() const {

@@ -45,10 +45,12 @@ class Statement {
 
   /// Goes to the next result of the execution; false behind the last one, with the output parameters filled.
   bool MoreResults();
-  /// Ends the result of the last execution, if there is one.
-  void EndResult() noexcept;
-  void UnbindColumns() noexcept;
-  void UnbindParameters() noexcept;
+  /// Ends the result of the last execution, if there is one; false when the driver does not.
+  bool EndResult() noexcept;
+  /// Raises what the driver refuses: it would go on writing where the columns were bound.
+  void UnbindColumns();
+  /// False when the driver does not.
+  bool UnbindParameters() noexcept;
 
   int Columns();
   /// Rows changed by the last execution; -1 when the driver cannot tell.

@@ -19,7 +19,8 @@ namespace velmoria {
 namespace {
 
 void Describe(rdoParameter& parameter, const odbc::ProcedureParameter& described) {
-  parameter.SetName(described.Name);
+  // One without a name, or whose name could not be read, goes by its place.
+  if (!described.Name.empty()) parameter.SetName(described.Name);
   parameter.SetType(described.Type);
   parameter.SetSize(described.Size, described.Digits);
   if (described.Kind == SQL_PARAM_INPUT_OUTPUT) parameter.SetDirection(rdParamInputOutput);
@@ -110,9 +111,8 @@ void rdoQuery::Execute() {
   rowsAffected_ = statement->RowsAffected();
   while (statement->MoreResults()) {}
   TakeOutputs(*values);
-  statement->EndResult();
-  if (!parameters_.empty()) statement->UnbindParameters();
-  if (Prepares()) executed_ = std::move(statement);
+  const bool isFree = statement->EndResult() && (parameters_.empty() || statement->UnbindParameters());
+  if (Prepares() && isFree) executed_ = std::move(statement);
 }
 
 rdoResultsetPtr rdoQuery::OpenResultset(const OpenResultsetArguments& arguments) {
