@@ -19,7 +19,7 @@ class SqliteFile {
 
   std::string Path() const { return folder_.Path("test.db"); }
   /// Complete, for the ODBC driver.
-  std::string ConnectString() const { return "Driver=SQLite3;Database=" + Path(); }
+  std::string ConnectString() const { return "Driver=SQLite3;SyncPragma=OFF;Database=" + Path(); }
   void Run(const std::string& script);
   /// The values of the first column of all rows, with "|" between; "NULL" for Null.
   std::string Column(const std::string& query);
