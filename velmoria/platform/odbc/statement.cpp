@@ -96,6 +96,7 @@ void Statement::FinishExecution() {
 void Statement::CancelExecution() noexcept {
   if (!execution_) return;
   execution_->Cancel();
+  connection_->IsAnswered(execution_->Wait());
   EndExecution();
 }
 

@@ -304,23 +304,26 @@ void GiveUp(FaultyOrders& orders) { orders.Group()->Disconnect(engODBC); }
 
 // ---- in the background
 
-/// The database is at work until the statement is cancelled.
-void DesignAndHold(FaultyOrders& orders) {
+void DesignAndConnect(FaultyOrders& orders) {
   DesignTable(orders);
   orders.Connection()->Connect();
-  orders.Fake.Hold();
 }
 
+/// The database is at work until the statement is cancelled.
 std::string BeginAndCancel(FaultyOrders& orders) {
+  orders.Fake.Hold();
   orders.Agent->LoadPersistentProperties();
+  orders.AwaitExecution();
   orders.Agent->Cancel();
   orders.Fake.Release();
   return {};
 }
 
 std::string BeginAndLeave(FaultyOrders& orders) {
+  orders.Fake.Hold();
   orders.MakeAgent();
   orders.Agent->LoadPersistentProperties();
+  orders.AwaitExecution();
   orders.Agent = nullptr;
   orders.Fake.Release();
   return {};
@@ -368,8 +371,8 @@ const std::vector<Operation> kOperations{
     {"CommittingAGroup", BeginBoth, GroupCommit, Started, kRefused, false, false, GiveUp},
     {"RollingAGroupBack", BeginBoth, GroupRollBack, Started, kRefused, false, false, GiveUp},
     {"OpeningInTheBackground", DesignTable, OpenAndAwait, nullptr, kReading},
-    {"CancellingInTheBackground", DesignAndHold, BeginAndCancel, nullptr, kReading},
-    {"LeavingWhatIsInTheBackground", DesignAndHold, BeginAndLeave, nullptr, kReading},
+    {"CancellingInTheBackground", DesignAndConnect, BeginAndCancel, nullptr, kReading},
+    {"LeavingWhatIsInTheBackground", DesignAndConnect, BeginAndLeave, nullptr, kReading},
 };
 
 class AgentFaultsTest : public testing::TestWithParam<Operation> {};

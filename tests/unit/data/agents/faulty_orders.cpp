@@ -1,12 +1,15 @@
 #include "tests/unit/data/agents/faulty_orders.h"
 
+#include <algorithm>
+#include <thread>
+
 #include "velmoria/properties/properties_data.h"
 #include "velmoria/properties/property_data.h"
 
 namespace velmoria::test {
 
 FaultyOrders::FaultyOrders(const std::shared_ptr<FaultyOdbc>& driver)
-    : Fake(dynamic_cast<FakeOdbc&>(driver->Driver())) {
+    : Faulty(*driver), Fake(dynamic_cast<FakeOdbc&>(driver->Driver())) {
   Scope.State().Platform.Odbc = driver;
   Fake.Columns = {{"Id", 4}, {"Name", 12, 40}};
   SetRows(150);
@@ -32,6 +35,14 @@ void FaultyOrders::SetRows(int count, std::size_t length) {
     const auto id = std::to_string(number);
     Fake.Rows.push_back({id, "n" + id + std::string(length, 'x')});
   }
+}
+
+void FaultyOrders::AwaitExecution() const {
+  const auto isRun = [this] {
+    const auto names = Faulty.Names();
+    return std::find(names.begin(), names.end(), "ExecDirect") != names.end();
+  };
+  while (Agent->StillExecuting() && !isRun()) std::this_thread::yield();
 }
 
 std::string FaultyOrders::Ids(const RecordsetPtr& page) const {

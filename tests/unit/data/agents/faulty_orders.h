@@ -29,9 +29,12 @@ class FaultyOrders {
   void MakeAgent() { Agent = One->Agent(Parameters); }
   ConnectionPtr Connection() const { return One->Action->Connection(); }
   ConnectionsPtr Group() const { return Apartment().ConnectionContext->Item(""); }
+  /// Until the driver has been told to run the statement that Agent opens.
+  void AwaitExecution() const;
   std::string Ids(const RecordsetPtr& page) const;
 
   ScopedApartment Scope;
+  FaultyOdbc& Faulty;
   FakeOdbc& Fake;
   std::unique_ptr<OneAction> One;
   // What an operation works on.
