@@ -187,8 +187,15 @@ void FakeOdbc::Release() {
   opening_.notify_all();
 }
 
+void FakeOdbc::AwaitHeld() {
+  std::unique_lock lock(gate_);
+  opening_.wait(lock, [this] { return hasHeld_; });
+}
+
 bool FakeOdbc::PassGate() {
   std::unique_lock lock(gate_);
+  hasHeld_ = isHeld_;
+  opening_.notify_all();
   opening_.wait(lock, [this] { return !isHeld_ || isCancelled_; });
   return !isHeld_;
 }

@@ -81,6 +81,8 @@ class FakeOdbc final : public odbc::Calls {
   /// From here on, an execution waits until Release, or until it is cancelled, which fails it.
   void Hold();
   void Release();
+  /// Waits until an execution is held.
+  void AwaitHeld();
 
   int Misuses = 0;  // calls with a handle that is not open
   std::size_t OpenHandles() const { return handles_.size(); }
@@ -164,6 +166,7 @@ class FakeOdbc final : public odbc::Calls {
   std::mutex gate_;
   std::condition_variable_any opening_;
   bool isHeld_ = false;
+  bool hasHeld_ = false;
   bool isCancelled_ = false;
   int connections_ = 0;
   std::uintptr_t lastHandle_ = 0;

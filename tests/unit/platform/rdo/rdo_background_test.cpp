@@ -35,6 +35,7 @@ TEST_F(RdoBackgroundTest, WhoeverNeedsTheResultWaitsForIt) {
 TEST_F(RdoBackgroundTest, CancelIsRepeatedUntilTheStatementEnds) {
   odbc->LostCancels = 2;
   const auto result = OpenHeld(Open());
+  odbc->AwaitHeld();
   result->Cancel();
   EXPECT_GE(odbc->CallsOf["Cancel"], 3);
   EXPECT_FALSE(result->StillExecuting());
