@@ -152,14 +152,14 @@ std::string NewFolder() {
   return pattern;
 }
 
+}  // namespace
+
 std::string Replaced(std::string text, const std::string& name, const std::string& value) {
   for (auto at = text.find(name); at != std::string::npos; at = text.find(name, at + value.size())) {
     text.replace(at, name.size(), value);
   }
   return text;
 }
-
-}  // namespace
 
 void PrintTo(const RdoProfile& profile, std::ostream* stream) { *stream << profile.Name; }
 

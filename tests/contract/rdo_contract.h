@@ -110,4 +110,7 @@ class RdoContract : public ::testing::TestWithParam<RdoProfile> {
 /// hold connect strings.
 std::vector<RdoProfile> RdoProfiles();
 
+/// A text with a value wherever the name stood.
+std::string Replaced(std::string text, const std::string& name, const std::string& value);
+
 }  // namespace velmoria::test
