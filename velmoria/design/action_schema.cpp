@@ -17,30 +17,29 @@ namespace velmoria {
 namespace {
 
 // What the server fills in by itself is not asked of the user.
-zPropertyFlags FlagsOf(const rdoColumn& column) {
-  auto flags = column.AllowZeroLength() ? pfAllowZeroLength : pfNone;
-  if (column.AutoIncrement()) return flags | pfcounter;
-  return column.Required() ? flags | pfRequired : flags;
+zPropertyFlags FlagsOf(const odbc::ColumnInfo& column) {
+  auto flags = column.IsText ? pfAllowZeroLength : pfNone;
+  if (column.AutoIncrement) return flags | pfcounter;
+  return column.Required ? flags | pfRequired : flags;
 }
 
-PropertyFields FieldsOf(const rdoColumn& column, zEngines engine) {
-  const auto type = static_cast<zSourceDataTypes>(column.Type());
-  return {.Name = column.Name(),
+PropertyFields FieldsOf(const odbc::ColumnInfo& column, zEngines engine) {
+  const auto type = static_cast<zSourceDataTypes>(column.Type);
+  return {.Name = column.Name,
           .DataType = DataTypeForSourceDataType(engine, type),
-          .Size = column.Size(),
-          .SourceName = column.Name(),
-          .SourceColumn = column.SourceColumn(),
-          .SourceTable = column.SourceTable(),
+          .Size = column.Size,
+          .SourceName = column.Name,
+          .SourceColumn = column.BaseColumn,
+          .SourceTable = column.BaseTable,
           .SourceDataType = type,
           .Flags = FlagsOf(column),
           .Engine = engine};
 }
 
-void AddColumn(PropertiesData& definitions, const rdoColumn& column, zEngines engine) {
+void AddColumn(PropertiesData& definitions, const odbc::ColumnInfo& column, zEngines engine) {
   const auto definition = definitions.SetupItem(psPersistent, FieldsOf(column, engine), {}, true);
-  definition->SetColumnFacts({.Attributes = column.Attributes(),
-                              .OrdinalPosition = column.OrdinalPosition(),
-                              .ChunkRequired = column.ChunkRequired()});
+  definition->SetColumnFacts(
+      {.Attributes = AttributesOf(column), .OrdinalPosition = definitions.Count(), .ChunkRequired = column.IsLong});
 }
 
 }  // namespace
@@ -54,9 +53,9 @@ PropertiesDataPtr Action::RDOCreatePropertiesData(rdoResultset& result) {
         definitions->Statistics()->SetupItem({.Name = "Read " + Quoted(DatabaseName()) + " Properties Meta-data",
                                               .SubjectLabel = "Column",
                                               .StartTime = Now()});
-    for (const auto& column : result.rdoColumns()) {
-      context = column->Name();
-      AddColumn(*definitions, *column, engine);
+    for (const auto& column : result.Described()) {
+      context = column.Name;
+      AddColumn(*definitions, column, engine);
     }
     statistic->SetSubjectCount(definitions->Count());
     statistic->SetEndTime(Now());

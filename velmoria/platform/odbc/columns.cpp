@@ -91,15 +91,27 @@ void Describe(Statement& statement, Word column, ColumnInfo& info) {
   info.Type = DocumentedType(type);
   info.Size = static_cast<std::int32_t>(std::min<ULength>(size, std::numeric_limits<std::int32_t>::max()));
   info.Required = nullable == SQL_NO_NULLS;
+  info.DriverType = type;
+  info.Nullable = nullable;
+}
+
+bool IsDescribedAs(const ColumnInfo& info, const ColumnInfo& known) noexcept {
+  return info.DriverType == known.DriverType && info.Size == known.Size && info.Digits == known.Digits &&
+         info.Nullable == known.Nullable && info.Name == known.Name;
 }
 
 bool IsWhole(std::int32_t type) noexcept {
   return type == rdTypeINTEGER || type == rdTypeSMALLINT || type == rdTypeBIGINT;
 }
 
-ColumnInfo DescribeColumn(Statement& statement, Word column) {
-  ColumnInfo info;
-  Describe(statement, column, info);
+std::vector<ColumnInfo> Describe(Statement& statement) {
+  std::vector<ColumnInfo> columns(static_cast<std::size_t>(statement.Columns()));
+  Word column = 0;
+  for (auto& info : columns) Describe(statement, ++column, info);
+  return columns;
+}
+
+void AskAttributes(Statement& statement, Word column, ColumnInfo& info) {
   const TypeRow& row = RowOf(info.Type);
   info.IsLong = row.Shape == Form::Long;
   info.IsFixed = row.Shape == Form::Fixed || row.Shape == Form::FixedText;
@@ -113,19 +125,16 @@ ColumnInfo DescribeColumn(Statement& statement, Word column) {
   if (info.BaseColumn.empty()) info.BaseColumn = info.Name;
   const bool withoutSign = IsWhole(info.Type) && NumberAttribute(statement, column, SQL_DESC_UNSIGNED) == SQL_TRUE;
   info.Storage = withoutSign ? row.Unsigned : row.Storage;
-  return info;
 }
 
 }  // namespace
 
-std::vector<ColumnInfo> DescribeColumns(Statement& statement) {
-  const int count = statement.Columns();
-  std::vector<ColumnInfo> columns;
-  columns.reserve(static_cast<std::size_t>(count));
-  for (int column = 1; column <= count; ++column) {
-    columns.push_back(DescribeColumn(statement, static_cast<Word>(column)));
-  }
-  return columns;
+Columns DescribeColumns(Statement& statement, const Columns& known) {
+  auto columns = Describe(statement);
+  if (known && std::ranges::equal(columns, *known, IsDescribedAs)) return known;
+  Word column = 0;
+  for (auto& info : columns) AskAttributes(statement, ++column, info);
+  return std::make_shared<const std::vector<ColumnInfo>>(std::move(columns));
 }
 
 std::int32_t DocumentedType(std::int32_t type) noexcept {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -24,10 +25,16 @@ struct ColumnInfo {
   std::string BaseTable{};
   std::string BaseColumn{};
   ColumnStorage Storage = ColumnStorage::Text;
+  Small DriverType = 0;
+  Small Nullable = 0;  // as described, before the attributes are asked
 };
 
-/// The columns of an executed statement's result; none when it gives no result.
-std::vector<ColumnInfo> DescribeColumns(Statement& statement);
+/// The columns of a result, which those who know them share.
+using Columns = std::shared_ptr<const std::vector<ColumnInfo>>;
+
+/// The columns of an executed statement's result; none when it gives no result. Where these are described as `known`
+/// are, that is given back, and the driver is not asked for the attributes of each, which is dear.
+Columns DescribeColumns(Statement& statement, const Columns& known = nullptr);
 
 /// The documented code of a driver's code: 91, 92, 93 become 9, 10, 11, and -8, -9, -10 become 1, 12, -1.
 std::int32_t DocumentedType(std::int32_t type) noexcept;

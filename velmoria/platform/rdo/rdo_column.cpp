@@ -8,16 +8,16 @@
 
 namespace velmoria {
 
-rdoColumn::rdoColumn(odbc::ColumnInfo info, std::size_t place, RdoCursorPtr cursor)
-    : info_(std::move(info)), place_(place), cursor_(std::move(cursor)) {}
+rdoColumn::rdoColumn(const odbc::Columns& columns, std::size_t place, RdoCursorPtr cursor)
+    : columns_(columns), info_((*columns)[place]), place_(place), cursor_(std::move(cursor)) {}
 
 rdoColumn::~rdoColumn() = default;
 
 std::string_view rdoColumn::ReportedType() const noexcept { return "rdoColumn"; }
 
-rdoNumber rdoColumn::Attributes() const noexcept {
-  return (info_.IsFixed ? rdFixedColumn : rdVariableColumn) | (info_.AutoIncrement ? rdAutoIncrColumn : 0) |
-         (info_.Updatable ? rdUpdatableColumn : 0);
+rdoNumber AttributesOf(const odbc::ColumnInfo& column) noexcept {
+  return (column.IsFixed ? rdFixedColumn : rdVariableColumn) | (column.AutoIncrement ? rdAutoIncrColumn : 0) |
+         (column.Updatable ? rdUpdatableColumn : 0);
 }
 
 rdoNumber rdoColumn::ColumnSize() const {

@@ -11,10 +11,13 @@
 
 namespace velmoria {
 
+/// rdFixedColumn or rdVariableColumn, with rdAutoIncrColumn and rdUpdatableColumn where they hold.
+rdoNumber AttributesOf(const odbc::ColumnInfo& column) noexcept;
+
 /// A column of an open result: its description, and its value in the result's current row.
 class rdoColumn : public Object {
  public:
-  rdoColumn(odbc::ColumnInfo info, std::size_t place, RdoCursorPtr cursor);
+  rdoColumn(const odbc::Columns& columns, std::size_t place, RdoCursorPtr cursor);
   ~rdoColumn() override;
   std::string_view ReportedType() const noexcept override;
 
@@ -30,8 +33,7 @@ class rdoColumn : public Object {
   bool AllowZeroLength() const noexcept { return info_.IsText; }
   bool Required() const noexcept { return info_.Required; }
   bool AutoIncrement() const noexcept { return info_.AutoIncrement; }
-  /// rdFixedColumn or rdVariableColumn, with rdAutoIncrColumn and rdUpdatableColumn where they hold.
-  rdoNumber Attributes() const noexcept;
+  rdoNumber Attributes() const noexcept { return AttributesOf(info_); }
   /// Whether this is a long column, which is not fetched with its row.
   bool ChunkRequired() const noexcept { return info_.IsLong; }
   /// Counts from 1.
@@ -46,7 +48,8 @@ class rdoColumn : public Object {
   Variant Value() const;
 
  private:
-  odbc::ColumnInfo info_;
+  odbc::Columns columns_;
+  const odbc::ColumnInfo& info_;  // one of them
   std::size_t place_;
   RdoCursorPtr cursor_;
   long long chunkPosition_ = 0;  // the row that chunks have been taken of

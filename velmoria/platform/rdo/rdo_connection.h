@@ -2,8 +2,10 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
+#include "velmoria/platform/odbc/columns.h"
 #include "velmoria/platform/odbc/connection.h"
 #include "velmoria/platform/rdo/constants.h"
 #include "velmoria/platform/rdo/fwd.h"
@@ -43,6 +45,9 @@ class rdoConnection : public Object {
   bool IsLost() noexcept { return !inTransaction_ && handle_.IsLost(); }
   void Close();
 
+  /// The columns that results of this shape had when the driver was asked last, or none.
+  odbc::Columns& KnownColumns(const std::string& shape) { return knownColumns_[shape]; }
+
   const rdoEnginePtr& Engine() const noexcept;
   odbc::Connection& Handle() noexcept { return handle_; }
 
@@ -61,6 +66,7 @@ class rdoConnection : public Object {
   rdoEnvironmentPtr environment_;
   odbc::Connection handle_;
   std::vector<RdoCursor*> cursors_;  // those that still need the driver
+  std::unordered_map<std::string, odbc::Columns> knownColumns_;
   bool oneAtATime_ = false;
   bool commitKeepsResults_ = true;
   bool rollbackKeepsResults_ = true;

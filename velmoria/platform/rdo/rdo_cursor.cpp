@@ -32,7 +32,7 @@ RdoCursor::~RdoCursor() { Close(); }
 
 void RdoCursor::LetRunAgain(std::string sql, bool prepared) { recipe_ = Recipe{std::move(sql), prepared}; }
 
-const std::vector<odbc::ColumnInfo>& RdoCursor::Open() {
+const odbc::Columns& RdoCursor::Open() {
   if (closed_ && failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
   if (opened_ || closed_) return columns_;
   opened_ = true;
@@ -43,9 +43,9 @@ const std::vector<odbc::ColumnInfo>& RdoCursor::Open() {
     if (ended_) {
       EndStatement();
     } else {
-      columns_ = odbc::DescribeColumns(*statement_);
+      columns_ = Describe();
       const auto overflow = recipe_ ? Overflow::Tell : Overflow::ReadRowByRow;
-      fetch_ = std::make_unique<odbc::BlockFetch>(*statement_, columns_, overflow);
+      fetch_ = std::make_unique<odbc::BlockFetch>(*statement_, *columns_, overflow);
       FetchMore();
     }
   } catch (...) {
@@ -62,6 +62,13 @@ bool RdoCursor::OpenResult() {
   return hasColumns;
 }
 
+odbc::Columns RdoCursor::Describe() {
+  if (shape_.empty()) return odbc::DescribeColumns(*statement_);
+  auto& known = connection_->KnownColumns(shape_);
+  known = odbc::DescribeColumns(*statement_, known);
+  return known;
+}
+
 void RdoCursor::RunAgain(Overflow overflow, long long skipped) {
   fetch_.reset();
   statement_.reset();
@@ -73,7 +80,7 @@ void RdoCursor::RunAgain(Overflow overflow, long long skipped) {
   values_->BindTo(*statement_);
   recipe_->Prepared ? statement_->Execute() : statement_->ExecuteDirect(recipe_->Sql);
   if (!OpenResult()) odbc::FailClosed("The statement gives no result any more.");
-  fetch_ = std::make_unique<odbc::BlockFetch>(*statement_, columns_, overflow);
+  fetch_ = std::make_unique<odbc::BlockFetch>(*statement_, *columns_, overflow);
   fetch_->Skip(static_cast<std::size_t>(skipped));
 }
 
@@ -133,7 +140,7 @@ bool RdoCursor::FetchMore() {
   auto chunk = NextChunk();
   failed_ = false;
   ended_ = fetch_->HasEnded();
-  if (ended_ && std::ranges::none_of(columns_, &odbc::ColumnInfo::IsLong)) EndStatement();
+  if (ended_ && std::ranges::none_of(*columns_, &odbc::ColumnInfo::IsLong)) EndStatement();
   if (!chunk) return false;
   keptBytes_ += chunk->HeapBytes();
   rows_.Append(std::move(chunk));
@@ -196,7 +203,7 @@ const std::optional<std::string>& RdoCursor::LongValue(std::size_t column) {
   if (long_ && long_->Position == position_ && long_->Column == column) return long_->Bytes;
   engine_->rdoErrors().clear();
   if (!fetch_ || !statement_->IsOpen()) odbc::FailClosed("The rows of the result have been read to their end.");
-  const bool isText = columns_[column].Type == rdTypeLONGVARCHAR;
+  const bool isText = (*columns_)[column].Type == rdTypeLONGVARCHAR;
   auto bytes = fetch_->ReadLong(static_cast<std::size_t>(position_), static_cast<odbc::Word>(column + 1), isText);
   long_ = std::make_unique<Long>(Long{position_, column, std::move(bytes)});
   return long_->Bytes;

@@ -31,6 +31,8 @@ class RdoCursor : public Object {
   /// The text only reads: rows far behind the position need not be kept, since running it again brings them back. They
   /// are then as the database has them by that time.
   void LetRunAgain(std::string sql, bool prepared);
+  /// What the connection knows of the columns by this name is compared first, and kept; before Open.
+  void SetShape(std::string shape) { shape_ = std::move(shape); }
 
   /// Whether the execution in the background goes on; a flag is looked at.
   bool IsExecuting() const noexcept { return statement_ && statement_->IsExecuting(); }
@@ -38,7 +40,7 @@ class RdoCursor : public Object {
   bool IsUnfinished() const noexcept { return statement_ && statement_->IsUnfinished(); }
   /// Waits for the execution, then opens its first result that has columns; a second time it gives the same. A failure
   /// is raised once, and the cursor is closed by it.
-  const std::vector<odbc::ColumnInfo>& Open();
+  const odbc::Columns& Open();
   /// Stops the execution of a cursor that has not been opened, and closes it.
   void Cancel() noexcept;
   /// Fetches what is left, so that the driver is free. What fails is raised when the rows are asked for.
@@ -76,6 +78,7 @@ class RdoCursor : public Object {
   bool FetchMore();
   std::shared_ptr<const RowChunk> NextChunk();
   bool OpenResult();
+  odbc::Columns Describe();
   void RunAgain(odbc::BlockFetch::Overflow overflow, long long skipped);
   void Rewind();
   void LetGo();
@@ -90,7 +93,8 @@ class RdoCursor : public Object {
   rdoConnectionPtr connection_;  // none once the statement has ended
   std::unique_ptr<odbc::ParameterValues> values_;
   std::unique_ptr<odbc::Statement> statement_;
-  std::vector<odbc::ColumnInfo> columns_;
+  std::string shape_;
+  odbc::Columns columns_ = std::make_shared<const std::vector<odbc::ColumnInfo>>();
   std::unique_ptr<odbc::BlockFetch> fetch_;
   std::exception_ptr failure_;  // of FetchRest
   std::optional<Recipe> recipe_;

@@ -132,6 +132,7 @@ rdoResultsetPtr rdoQuery::OpenResultset(const OpenResultsetArguments& arguments)
   auto cursor =
       Make<RdoCursor>(connection_, std::move(statement), std::move(values), arguments.Type == rdOpenForwardOnly);
   if (repeats) cursor->LetRunAgain(sql_, Prepares());
+  cursor->SetShape(arguments.Shape);
   return Make<rdoResultset>(connection_->Engine(), std::move(cursor), arguments.Type);
 }
 

@@ -20,6 +20,10 @@ struct OpenResultsetArguments {
   /// The text only reads, so it may be run again for rows that are not kept: a result other than rdOpenStatic then
   /// keeps a few megabytes behind its position, however large it is.
   bool Repeatable = false;
+  /// Results of the same shape, in letters too, have the columns of the same table or view, and what drivers take long
+  /// to say of these is asked once for a connection. Columns that have changed are noticed by their names, types and
+  /// sizes. Empty for a result of its own shape.
+  std::string Shape{};
 };
 
 /// A statement text with its parameters, run as often as wanted. Results opened from it are independent of it and of

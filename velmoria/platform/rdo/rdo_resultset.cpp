@@ -11,7 +11,7 @@ namespace velmoria {
 
 rdoResultset::rdoResultset(rdoEnginePtr engine, RdoCursorPtr cursor, rdoNumber type)
     : engine_(std::move(engine)), type_(type), cursor_(std::move(cursor)) {
-  if (!cursor_->IsUnfinished()) Describe();
+  if (!cursor_->IsUnfinished()) Cursor();
 }
 
 rdoResultset::~rdoResultset() = default;
@@ -19,16 +19,15 @@ rdoResultset::~rdoResultset() = default;
 std::string_view rdoResultset::ReportedType() const noexcept { return "rdoResultset"; }
 
 RdoCursor& rdoResultset::Cursor() const {
-  if (!described_) Describe();
+  if (!described_) described_ = cursor_->Open();
   return *cursor_;
 }
 
-void rdoResultset::Describe() const {
-  const auto& columns = cursor_->Open();
-  described_ = true;
-  for (std::size_t place = 0; place < columns.size(); ++place) {
-    const std::string& name = columns[place].Name;
-    auto column = Make<rdoColumn>(columns[place], place, cursor_);
+/// Many results are read without a look at their columns.
+void rdoResultset::MakeColumns() const {
+  for (std::size_t place = 0; place < described_->size(); ++place) {
+    const std::string& name = (*described_)[place].Name;
+    auto column = Make<rdoColumn>(described_, place, cursor_);
     if (name.empty() || columns_.FindKey(name) != nullptr) {
       columns_.Add(std::move(column));
     } else {
@@ -46,7 +45,13 @@ void rdoResultset::Cancel() {
 
 const KeyedList<rdoColumnPtr>& rdoResultset::rdoColumns() const {
   Cursor();
+  if (columns_.IsEmpty()) MakeColumns();
   return columns_;
+}
+
+const std::vector<odbc::ColumnInfo>& rdoResultset::Described() const {
+  Cursor();
+  return *described_;
 }
 
 bool rdoResultset::AtBOF() const { return Cursor().AtBOF(); }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
+#include "velmoria/platform/odbc/columns.h"
 #include "velmoria/platform/rdo/constants.h"
 #include "velmoria/platform/rdo/fwd.h"
 #include "velmoria/runtime/keyed_list.h"
@@ -49,6 +51,8 @@ class rdoResultset : public Object {
 
   /// In the order of the result, positions from 1; of columns with the same name the first one has the key.
   const KeyedList<rdoColumnPtr>& rdoColumns() const;
+  /// What the driver says of them, in the same order; for who needs no more, since the objects cost more than this.
+  const std::vector<odbc::ColumnInfo>& Described() const;
 
   void MoveFirst();
   void MoveLast();
@@ -64,12 +68,12 @@ class rdoResultset : public Object {
 
  private:
   RdoCursor& Cursor() const;
-  void Describe() const;
+  void MakeColumns() const;
 
   rdoEnginePtr engine_;
   rdoNumber type_;
   RdoCursorPtr cursor_;
-  mutable bool described_ = false;
+  mutable odbc::Columns described_;
   mutable KeyedList<rdoColumnPtr> columns_;
 };
 
