@@ -14,6 +14,7 @@
 #include "velmoria/runtime/date.h"
 #include "velmoria/runtime/decimal.h"
 #include "velmoria/runtime/error.h"
+#include "velmoria/runtime/text.h"
 
 namespace velmoria::odbc {
 namespace {
@@ -136,6 +137,7 @@ void Landing::Bind(Statement& statement) {
 void Landing::BindOutput(Statement& statement, Word number, Small direction, Small type, ULength size, Small digits,
                          const Variant& given) {
   if (storage_ == ColumnStorage::Text) slotWidth_ = kOutputText;
+  if (IsWhole()) LandAsText();
   Begin(1);
   indicators_[0] = SQL_NULL_DATA;
   if (given.IsGiven() && !given.IsNull()) indicators_[0] = Put(given);
@@ -143,11 +145,30 @@ void Landing::BindOutput(Statement& statement, Word number, Small direction, Sma
                                                   Buffer(), static_cast<Length>(slotWidth_), indicators_.get()));
 }
 
+bool Landing::IsWhole() const noexcept {
+  return storage_ == ColumnStorage::Integer || storage_ == ColumnStorage::Long || storage_ == ColumnStorage::Byte ||
+         storage_ == ColumnStorage::BigInteger;
+}
+
+// A driver that has given rows before it may put the digits where it was asked for the number.
+void Landing::LandAsText() {
+  cType_ = SQL_C_CHAR;
+  direct_ = false;
+  slotWidth_ = kNumberText;
+}
+
+std::string Landing::OutputText(const Variant& value) const {
+  switch (storage_) {
+    case ColumnStorage::Byte: return NumberText(static_cast<long long>(value.AsByte()));
+    case ColumnStorage::Integer: return NumberText(static_cast<long long>(value.AsInteger()));
+    case ColumnStorage::Long:
+    case ColumnStorage::BigInteger: return NumberText(static_cast<long long>(WholeOf(value)));
+    default: return value.AsText();
+  }
+}
+
 Length Landing::Put(const Variant& value) {
   switch (cType_) {
-    case SQL_C_SSHORT: return Store(Buffer(), static_cast<std::int16_t>(value.AsByte()));
-    case SQL_C_SLONG: return Store(Buffer(), static_cast<std::int32_t>(value.AsInteger()));
-    case SQL_C_SBIGINT: return Store(Buffer(), WholeOf(value));
     case SQL_C_FLOAT: return Store(Buffer(), value.AsSingle());
     case SQL_C_DOUBLE: return Store(Buffer(), value.AsDouble());
     case SQL_C_BIT: return Store(Buffer(), static_cast<unsigned char>(value.AsBoolean() ? 1 : 0));
@@ -155,7 +176,7 @@ Length Landing::Put(const Variant& value) {
     case SQL_C_TYPE_TIMESTAMP: return StoreDate(Buffer(), cType_, value.AsDate());
     default: break;
   }
-  const std::string text = value.AsText();
+  const std::string text = OutputText(value);
   if (text.size() >= slotWidth_) Fail(RuntimeFailure::Overflow);
   std::memcpy(Buffer(), text.c_str(), text.size() + 1);
   return static_cast<Length>(text.size());
@@ -242,6 +263,11 @@ From Landing::Slot(std::size_t row) const {
   return Load<From>(slots_.get() + row * slotWidth_);
 }
 
+template <class From>
+std::int64_t Landing::Whole(std::size_t row) const {
+  return cType_ == SQL_C_CHAR ? WholeOf(Variant(std::string(TextAt(row)))) : Slot<From>(row);
+}
+
 RowChunk::Column Landing::Finish(std::size_t rows) {
   RowChunk::Column column;
   column.Storage = storage_;
@@ -261,12 +287,14 @@ void Landing::FinishConverted(RowChunk::Column& column, std::size_t rows) const 
   switch (storage_) {
     case ColumnStorage::Integer:
       return Convert<std::int16_t>(column, rows,
-                                   [this](auto row) { return Narrowed<std::int16_t>(Slot<std::int32_t>(row)); });
+                                   [this](auto row) { return Narrowed<std::int16_t>(Whole<std::int32_t>(row)); });
     case ColumnStorage::Long:
       return Convert<std::int32_t>(column, rows,
-                                   [this](auto row) { return Narrowed<std::int32_t>(Slot<std::int64_t>(row)); });
+                                   [this](auto row) { return Narrowed<std::int32_t>(Whole<std::int64_t>(row)); });
     case ColumnStorage::Byte:
-      return Convert<Byte>(column, rows, [this](auto row) { return Narrowed<Byte>(Slot<std::int16_t>(row)); });
+      return Convert<Byte>(column, rows, [this](auto row) { return Narrowed<Byte>(Whole<std::int16_t>(row)); });
+    case ColumnStorage::BigInteger:
+      return Convert<std::int64_t>(column, rows, [this](auto row) { return Whole<std::int64_t>(row); });
     case ColumnStorage::Decimal:
       return Convert<Decimal>(column, rows, [this](auto row) { return Decimal::Parse(TextAt(row)); });
     default: break;

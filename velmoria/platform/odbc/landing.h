@@ -48,6 +48,9 @@ class Landing {
   bool IsNull(std::size_t row) const noexcept;
   std::string_view TextAt(std::size_t row) const;
   std::string_view SlotAt(std::size_t row) const noexcept;
+  bool IsWhole() const noexcept;
+  void LandAsText();
+  std::string OutputText(const Variant& value) const;
   Length Put(const Variant& value);
   void ReadRest(Statement& statement, std::size_t row);
   void KeepFixed(RowChunk::Column& column, std::size_t rows);
@@ -57,6 +60,8 @@ class Landing {
   void Convert(RowChunk::Column& column, std::size_t rows, Conversion convert) const;
   template <class From>
   From Slot(std::size_t row) const;
+  template <class From>
+  std::int64_t Whole(std::size_t row) const;
   void MarkNulls(RowChunk::Column& column, std::size_t rows) const;
 
   std::string name_;
