@@ -89,6 +89,8 @@ void Connection::SetAutoCommit(bool value) {
 
 void Connection::EndTransaction(bool commit) {
   RequireOpen();
+  // Some drivers commit without a word what went with the link.
+  if (commit && IsLost()) FailClosed("The link to the server was lost, and the transaction with it.");
   Check(Calls().EndTran(SQL_HANDLE_DBC, handle_, commit ? SQL_COMMIT : SQL_ROLLBACK));
 }
 
