@@ -178,6 +178,7 @@ FakeOdbc::Code FakeOdbc::ExecDirect(Handle statement, Char* text, Number length)
 void FakeOdbc::Hold() {
   const std::lock_guard lock(gate_);
   isHeld_ = true;
+  hasHeld_ = false;
   isCancelled_ = false;
 }
 

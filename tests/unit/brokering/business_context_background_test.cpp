@@ -77,6 +77,7 @@ TEST_F(BackgroundRequestTest, CollectionWhoseOpeningFailedIsReadInPagesAfterAll)
 TEST_F(BackgroundRequestTest, DatabaseThatStaysAwayIsToldByEveryUse) {
   driver_->Hold();
   const auto orders = Get();
+  driver_->AwaitHeld();
   driver_->FailName = "ExecDirect";
   driver_->FailNameFrom = driver_->CallsOf["ExecDirect"] + 1;
   driver_->Cancel(nullptr);
