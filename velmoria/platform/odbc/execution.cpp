@@ -15,7 +15,7 @@ namespace velmoria::odbc {
 namespace {
 
 // A driver may lose a request that comes while another one is under way, so they come ever more slowly.
-constexpr std::chrono::milliseconds kFirstPatience{20};
+constexpr std::chrono::milliseconds kFirstPatience{250};
 constexpr std::chrono::milliseconds kLastPatience{1000};
 
 }  // namespace
