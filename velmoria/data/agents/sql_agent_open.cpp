@@ -109,8 +109,9 @@ bool SQLAgent::NeedsStatement() const {
 bool SQLAgent::OnlyReads() const { return source_->SourceType() == stTable || source_->SourceType() == stView; }
 
 OpenResultsetArguments SQLAgent::HowToOpen() const {
-  return {.Type = ResultsetType(action_->Connection()->CursorType()), .Repeatable = OnlyReads(),
-      .Shape = OnlyReads() ? source_->SourceText() : std::string()};
+  return {.Type = ResultsetType(action_->Connection()->CursorType()),
+          .Repeatable = OnlyReads(),
+          .Shape = OnlyReads() ? source_->SourceText() : std::string()};
 }
 
 void SQLAgent::CreateResultset(bool async) try {
