@@ -110,10 +110,7 @@ Variant Recordset::Fetched(std::int32_t row, std::size_t column) const {
 
 Variant Recordset::Present(std::int32_t row, std::size_t column) const {
   if (changes_) {
-    const auto* touched = changes_->Find(row);
-    if (touched && column < touched->Cells.size() && touched->Cells[column].Stored) {
-      return touched->Cells[column].Present;
-    }
+    if (const auto* stored = changes_->FindStored(row, column)) return stored->Present;
     if (row >= fetchedRows_) return {};
   }
   return Fetched(row, column);
@@ -126,8 +123,7 @@ void Recordset::RefuseDeleted(std::int32_t row, const char* routine) const {
 // Nothing but a long column that was not read with its page has an Empty value under no change.
 bool Recordset::IsUnread(std::int32_t row, std::size_t column) const {
   if (row >= fetchedRows_ || readsLong_ || rows_.Storage(column) != ColumnStorage::Placeholder) return false;
-  const auto* touched = changes_ ? changes_->Find(row) : nullptr;
-  if (touched && column < touched->Cells.size() && touched->Cells[column].Stored) return false;
+  if (changes_ && changes_->FindStored(row, column)) return false;
   const Variant order(static_cast<std::int32_t>(column) + 1);
   return agent_->AccessMethod() == kRdo && columns_->Item(order)->DataType() == dtByteArray;
 }

@@ -71,26 +71,23 @@ Variant Recordset::OldValues(std::int32_t row, const PropertyData& column) const
 } catch (...) { Failed("OldValues"); }
 
 bool Recordset::Differs(std::int32_t row, std::size_t column) const {
-  const auto* touched = changes_ ? changes_->Find(row) : nullptr;
-  if (!touched || touched->IsIn(List::Deleted) || !touched->IsIn(List::Dirty)) return false;
-  if (column >= touched->Cells.size() || !touched->Cells[column].Stored) return false;
-  const auto& cell = touched->Cells[column];
-  if (VariantsEqual(cell.Present, cell.Old)) return false;
+  const auto* touched = changes_ ? changes_->FindDirty(row) : nullptr;
+  const auto* cell = touched ? changes_->FindStored(row, column) : nullptr;
+  if (!cell || VariantsEqual(cell->Present, cell->Old)) return false;
   // On an old row an Empty old value only says that the column was not changed.
-  return !cell.Old.IsEmpty() || touched->IsIn(List::New);
+  return !cell->Old.IsEmpty() || touched->IsIn(List::New);
 }
 
 Variant Recordset::Dirty(std::int32_t row) const try {
-  const auto* touched = changes_ ? changes_->Find(row) : nullptr;
-  if (!touched || touched->IsIn(List::Deleted) || !touched->IsIn(List::Dirty)) return false;
+  if (!changes_ || !changes_->FindDirty(row)) return false;
   if (IsDirty(row)) return true;
   // A walk without a difference has no answer, unlike a row that was never changed.
   return {};
 } catch (...) { Failed("Dirty (Get)"); }
 
 bool Recordset::IsDirty(std::int32_t row) const {
-  const auto* touched = changes_ ? changes_->Find(row) : nullptr;
-  if (!touched || touched->IsIn(List::Deleted) || !touched->IsIn(List::Dirty)) return false;
+  const auto* touched = changes_ ? changes_->FindDirty(row) : nullptr;
+  if (!touched) return false;
   for (std::size_t column = 0; column < touched->Cells.size(); ++column) {
     if (Differs(row, column)) return true;
   }

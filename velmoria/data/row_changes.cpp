@@ -13,6 +13,17 @@ RowChanges::Row* RowChanges::Find(std::int32_t row) {
   return found == rows_.end() ? nullptr : &found->second;
 }
 
+const RowChanges::Row* RowChanges::FindDirty(std::int32_t row) const {
+  const auto* touched = Find(row);
+  return touched && touched->IsIn(List::Dirty) && !touched->IsIn(List::Deleted) ? touched : nullptr;
+}
+
+const RowChanges::Cell* RowChanges::FindStored(std::int32_t row, std::size_t column) const {
+  const auto* touched = Find(row);
+  const bool isStored = touched && column < touched->Cells.size() && touched->Cells[column].Stored;
+  return isStored ? &touched->Cells[column] : nullptr;
+}
+
 RowChanges::Row& RowChanges::Touch(std::int32_t row, std::size_t columns) {
   auto& touched = rows_[row];
   if (touched.Cells.size() < columns) touched.Cells.resize(columns);

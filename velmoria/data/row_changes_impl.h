@@ -33,6 +33,10 @@ class RowChanges {
   /// None for a row that was never touched.
   const Row* Find(std::int32_t row) const;
   Row* Find(std::int32_t row);
+  /// None for a row that is not dirty, or deleted.
+  const Row* FindDirty(std::int32_t row) const;
+  /// None where the fetched value counts.
+  const Cell* FindStored(std::int32_t row, std::size_t column) const;
   /// Touches a row; it has at least so many cells from then on.
   Row& Touch(std::int32_t row, std::size_t columns);
 

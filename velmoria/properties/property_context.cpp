@@ -1,5 +1,6 @@
 #include "velmoria/properties/property_context.h"
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 
