@@ -1,6 +1,7 @@
 #include "velmoria/brokering/business_context.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "velmoria/brokering/ibusiness_objects.h"
 #include "velmoria/brokering/identifier.h"
@@ -108,14 +109,16 @@ std::int32_t BusinessContext::Count() const { return static_cast<std::int32_t>(i
 void BusinessContext::Add(IBusinessObjectsPtr item, const Position& position) try {
   if (noAdd_) Raise(errNotSupported_Add, "Add");
   if (!item) Fail(RuntimeFailure::ObjectNotSet);
-  if (BeforeAdd.Raise(*item)) return;
-  const std::string name = item->Name();
+  // A listener may let go of the caller's own.
+  const IBusinessObjectsPtr held = std::move(item);
+  if (BeforeAdd.Raise(*held)) return;
+  const std::string name = held->Name();
   if (position.IsBoth()) {
     Raise(errAdd_BusinessObjects, "Add", {name, PlaceText(position.Before), PlaceText(position.After)},
           BothPositionsText);
   }
-  InsertAt(items_, item, name, position);
-  AfterAdd.Raise(*item);
+  InsertAt(items_, held, name, position);
+  AfterAdd.Raise(*held);
 } catch (...) { Failed("Add"); }
 
 void BusinessContext::Remove(const Variant& index) try {

@@ -107,9 +107,11 @@ void PropertyContext::Insert(PropertiesPtr item, const Position& position, std::
 void PropertyContext::Add(PropertiesPtr item, const Position& position) try {
   if (noAdd_) Raise(errNotSupported_Add, "Add");
   if (!item) Fail(RuntimeFailure::ObjectNotSet);
-  if (BeforeAdd.Raise(*item)) return;
-  Insert(item, position, "Add");
-  AfterAdd.Raise(*item);
+  // A listener may let go of the caller's own.
+  const PropertiesPtr held = std::move(item);
+  if (BeforeAdd.Raise(*held)) return;
+  Insert(held, position, "Add");
+  AfterAdd.Raise(*held);
 } catch (...) { Failed("Add"); }
 
 void PropertyContext::SetupItem(PropertiesPtr item, const Position& position) { Add(std::move(item), position); }
