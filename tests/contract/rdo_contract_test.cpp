@@ -196,6 +196,24 @@ TEST_P(RdoContract, MovesOfAScrollingResult) {
   EXPECT_EQ(column->Value().AsLong(), 1500);
 }
 
+TEST_P(RdoContract, TableMadeAnewWithItsColumnsSwappedIsNotReadIntoTheOldOnes) {
+  const auto make = [&](const std::string& columns) {
+    const auto text = "'" + std::string(240, 'x') + "'";
+    Run("CREATE TABLE {t}wide ( " + columns + ", v varchar(250), w varchar(250), x varchar(250) )");
+    Run("INSERT INTO {t}wide (a, b, v, w, x) SELECT n, -n, " + text + ", " + text + ", " + text + " FROM ( " +
+        Numbers(10000) + " ) AS t");
+  };
+  make("a int, b int");
+  const auto result = Query("SELECT * FROM {t}wide")->OpenResultset({.Type = rdOpenKeyset, .Repeatable = true});
+  while (!result->AtEOF()) result->GetRows(500);
+  result->MoveFirst();
+  EXPECT_GT(result->rdoColumns().At("a")->Value().AsLong(), 0);
+  while (!result->AtEOF()) result->GetRows(500);
+  Run("DROP TABLE {t}wide");
+  make("b int, a int");
+  ExpectFailure(rdErrClosed, "columns of the result have changed", [&] { result->MoveFirst(); });
+}
+
 TEST_P(RdoContract, TwoOpenResultsOfOneConnectionDoNotDisturbEachOther) {
   const auto up = Rows(Numbers(3000));
   const auto down = Rows(Numbers(3000) + " ORDER BY n DESC");

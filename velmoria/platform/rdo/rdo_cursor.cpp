@@ -80,6 +80,10 @@ void RdoCursor::RunAgain(Overflow overflow, long long skipped) {
   values_->BindTo(*statement_);
   recipe_->Prepared ? statement_->Execute() : statement_->ExecuteDirect(recipe_->Sql);
   if (!OpenResult()) odbc::FailClosed("The statement gives no result any more.");
+  // The rows that are kept, and those who read them, know the columns that there were.
+  if (odbc::DescribeColumns(*statement_, columns_) != columns_) {
+    odbc::FailClosed("The columns of the result have changed.");
+  }
   fetch_ = std::make_unique<odbc::BlockFetch>(*statement_, *columns_, overflow);
   fetch_->Skip(static_cast<std::size_t>(skipped));
 }
@@ -89,6 +93,7 @@ void RdoCursor::Rewind() {
   engine_->rdoErrors().clear();
   RunAgain(Overflow::Tell, 0);
   rows_ = {};
+  long_.reset();
   keptBytes_ = 0;
   dropped_ = 0;
   ended_ = false;
@@ -135,7 +140,7 @@ bool RdoCursor::FetchMore() {
   if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
   if (ended_) return false;
   engine_->rdoErrors().clear();
-  if (failed_ || !statement_ || !statement_->IsOpen()) odbc::FailClosed("The result could not be read to its end.");
+  if (failed_ || !fetch_ || !statement_->IsOpen()) odbc::FailClosed("The result could not be read to its end.");
   failed_ = true;
   auto chunk = NextChunk();
   failed_ = false;

@@ -120,6 +120,49 @@ TEST_F(RdoRepeatableTest, ShorterByThenItEndsEarlier) {
   EXPECT_TRUE(result->AtEOF());
 }
 
+TEST_F(RdoRepeatableTest, GoingOnBehindAFailureToRunAgainIsRefused) {
+  const auto result = OpenMany();
+  ReadPages(*result, 1, 70);
+  odbc->FailName = "Execute";
+  ExpectFailure(7, "fake failure", [&] { result->MoveFirst(); });
+  ExpectFailure(rdErrClosed, "could not be read to its end", [&] { result->MoveLast(); });
+}
+
+TEST_F(RdoRepeatableTest, TableThatWasMadeAnewWithOtherColumnsIsRefusedAndNotReadIntoTheOldOnes) {
+  const auto result = OpenMany();
+  ReadPages(*result, 1, 70);
+  std::swap(odbc->Columns[0], odbc->Columns[1]);
+  for (auto& row : odbc->Rows) std::swap(row[0], row[1]);
+  ExpectFailure(rdErrClosed, "columns of the result have changed", [&] { result->MoveFirst(); });
+  EXPECT_EQ(result->AbsolutePosition(), 35001);
+  std::swap(odbc->Columns[0], odbc->Columns[1]);
+  for (auto& row : odbc->Rows) std::swap(row[0], row[1]);
+  result->MoveFirst();
+  EXPECT_EQ(IdAt(*result), 1);
+}
+
+TEST_F(RdoRepeatableTest, ColumnsThatChangedBeforeALongValueIsReadWholeAreRefused) {
+  OpenMany(1);
+  for (int number = 1; number <= 3000; ++number) odbc->Rows.push_back({std::to_string(number + 1), "short"});
+  odbc->Rows[2000][1] = std::string(10000, 'x');
+  const auto result = Open()->CreateQuery("", "SELECT")->OpenResultset({.Type = rdOpenKeyset, .Repeatable = true});
+  odbc->Columns[0].Name = "Number";
+  ExpectFailure(rdErrClosed, "columns of the result have changed", [&] { result->GetRows(3001); });
+}
+
+TEST_F(RdoRepeatableTest, LongValueOfARowThatWasReadAnewIsReadAnew) {
+  OpenMany();
+  odbc->Columns.push_back({"Story", -1});
+  for (auto& row : odbc->Rows) row.emplace_back("old");
+  const auto result = Open()->CreateQuery("", "SELECT")->OpenResultset({.Type = rdOpenKeyset, .Repeatable = true});
+  const auto story = result->rdoColumns().At("Story");
+  EXPECT_EQ(story->ColumnSize(), 3);
+  ReadPages(*result, 1, 70);
+  for (auto& row : odbc->Rows) row[2] = "newer";
+  result->MoveFirst();
+  EXPECT_EQ(story->ColumnSize(), 5);
+}
+
 TEST_F(RdoRepeatableTest, NoHandleIsLeft) {
   auto result = OpenMany();
   ReadPages(*result, 1, 70);
