@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "velmoria/core/statistics.h"
+#include "velmoria/data/column_place_impl.h"
 #include "velmoria/data/database_agent_impl.h"
 #include "velmoria/data/recordset_impl.h"
 #include "velmoria/data/row_changes_impl.h"
@@ -99,9 +100,7 @@ std::int32_t Recordset::AddRow() {
   return row;
 }
 
-std::size_t Recordset::ColumnOf(const Variant& index) const {
-  return static_cast<std::size_t>(columns_->Item(index)->OrderNumber() - 1);
-}
+std::size_t Recordset::ColumnOf(const Variant& index) const { return PlaceOfColumn(*columns_->Item(index)); }
 
 Variant Recordset::Fetched(std::int32_t row, std::size_t column) const {
   if (column >= fetchedColumns_) Fail(RuntimeFailure::SubscriptOutOfRange);
@@ -143,7 +142,7 @@ Variant Recordset::PresentOrRead(std::int32_t row, std::size_t column) {
 
 Variant Recordset::Values(std::int32_t row, const PropertyData& column) try {
   RefuseDeleted(row, "Values");
-  return PresentOrRead(row, static_cast<std::size_t>(column.OrderNumber() - 1));
+  return PresentOrRead(row, PlaceOfColumn(column));
 } catch (...) { Failed("Values (Get)"); }
 
 }  // namespace velmoria

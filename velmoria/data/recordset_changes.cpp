@@ -2,6 +2,7 @@
 #include <array>
 
 #include "velmoria/core/globals.h"
+#include "velmoria/data/column_place_impl.h"
 #include "velmoria/data/recordset_impl.h"
 #include "velmoria/data/row_changes_impl.h"
 #include "velmoria/properties/properties_data.h"
@@ -12,8 +13,6 @@ namespace velmoria {
 using List = RowChanges::List;
 
 namespace {
-
-std::size_t PlaceOfColumn(const PropertyData& column) { return static_cast<std::size_t>(column.OrderNumber() - 1); }
 
 // Whether Undo puts an old value back over the present one.
 bool IsRestored(const Variant& old, const Variant& present) {

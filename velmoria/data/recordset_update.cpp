@@ -1,3 +1,4 @@
+#include "velmoria/data/column_place_impl.h"
 #include "velmoria/data/database_agent_impl.h"
 #include "velmoria/data/recordset_impl.h"
 #include "velmoria/data/row_changes_impl.h"
@@ -88,7 +89,7 @@ void Recordset::RefreshCounterFields(const std::vector<CounterValue>& values, st
       Raise(errItem_Property, "RefreshCounterFields",
             PropertyKeyTexts({.Index = value.Name, .SourceKey = value.SourceKey}));
     }
-    Store(row, static_cast<std::size_t>(column->OrderNumber() - 1), value.Value);
+    Store(row, PlaceOfColumn(*column), value.Value);
   }
 } catch (...) { Failed("RefreshCounterFields"); }
 
