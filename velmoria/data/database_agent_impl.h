@@ -28,7 +28,7 @@ class DatabaseAgent final : public Object, public Reporting {
   void Initialize(const ClassPtr& classObject, const ActionPtr& action, const PropertiesPtr& parameters,
                   std::int32_t objectBuffer);
   /// With a back-end made elsewhere.
-  void Initialize(const ActionPtr& action, std::unique_ptr<Agent> backEnd, std::int32_t accessMethod = 1);
+  void Initialize(const ActionPtr& action, std::unique_ptr<Agent> backEnd, std::int32_t accessMethod = kRdo);
 
   /// 1 for engines 2 to 5, 2 for Access, 0 for anything else.
   std::int32_t AccessMethod() const { return accessMethod_; }
@@ -51,7 +51,7 @@ class DatabaseAgent final : public Object, public Reporting {
   Variant GetBLOBFieldValue(const Variant& index, const PropertiesPtr& properties);
 
   /// Those of a back-end for engines 2 to 5; no other opens a result while the caller goes on.
-  bool AsyncFlag() const { return accessMethod_ == 1 && backEnd_ && backEnd_->AsyncFlag(); }
+  bool AsyncFlag() const { return accessMethod_ == kRdo && backEnd_ && backEnd_->AsyncFlag(); }
   bool StillExecuting();
   /// The first page of a result opened so, else none.
   RecordsetPtr Recordset();

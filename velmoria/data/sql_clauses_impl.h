@@ -23,9 +23,6 @@ void AppendLiteral(std::string& text, const Variant& value, zDataTypes dataType,
 /// Operator than "=" and "<>".
 void AppendOperatorValue(std::string& text, const Property& property, zEngines engine);
 
-/// Raises 15096, recorded as information: the most severe message held may be another one.
-[[noreturn]] void RefuseOperator(const PropertyData& data);
-
 void AppendSet(std::string& text, const Property& property, zSourceTypes sourceType, zEngines engine);
 
 void AppendWhere(std::string& text, const Property& property, zSourceTypes sourceType, zEngines engine);

@@ -25,9 +25,8 @@ zEngines EngineFor(const Property& property, zEngines engine) {
   return engine == engUnknown ? property.Engine() : engine;
 }
 
-}  // namespace
-
-void RefuseOperator(const PropertyData& data) {
+/// Raises 15096, recorded as information: the most severe message held may be another one.
+[[noreturn]] void RefuseOperator(const PropertyData& data) {
   const MessageArguments arguments{.Number = errNotSupported_Operator,
                                    .TypeName = "Property",
                                    .RoutineName = "OperatorValue (Get)",
@@ -41,6 +40,8 @@ void RefuseOperator(const PropertyData& data) {
   if (!message) message = Make<Message>(arguments);
   throw Error(message->ErrNo(), message->Description(), message->HelpFile(), message->HelpContextID());
 }
+
+}  // namespace
 
 void AppendName(std::string& text, const Property& property, zSourceTypes sourceType) {
   const auto& data = *property.Data();

@@ -19,7 +19,7 @@ void GoTo(rdoResultset& result, const Variant& position) {
   if (IsUsable(position)) result.SetBookmark(position);
 }
 
-/// Begins the page at the current row, which has no row before it in the result or one that is nobody's.
+/// Begins the page at the current row and leaves the result there. Prev is the row before it, Empty when there is none.
 void BeginHere(rdoResultset& result, ResultPage& page) {
   page.First = PositionOf(result);
   if (!result.AtBOF()) result.MovePrevious();

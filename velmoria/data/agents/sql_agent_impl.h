@@ -65,11 +65,11 @@ class SQLAgent final : public Agent, public Reporting {
 
   void TakeMarkedKeys();
   void SortParameters();
+  void SortUndeclared(const PropertyPtr& parameter);
   const PropertiesPtr& KeyParameters();
 
   bool IsFiltered() const;
   bool IsProcedure() const;
-  void SortUndeclared(const PropertyPtr& parameter);
 
   void CreateResultset(bool async = false);
   void DescribeResultset();

@@ -73,13 +73,6 @@ bool EnforcesOrder() {
   return setting && setting->Value().AsBoolean();
 }
 
-/// As a procedure's own text declares it, less brackets and signs.
-std::string ParameterName(const rdoParameter& parameter) {
-  auto name = parameter.Name();
-  std::erase_if(name, [](char letter) { return letter == '[' || letter == ']' || letter == '@'; });
-  return name;
-}
-
 void AppendParameter(std::string& text, const rdoParameter& parameter) {
   text += "\r\n    Name: " + Quoted(parameter.Name()) + "  Type: " + NumberText(parameter.Type()) +
           "  Direction: " + NumberText(parameter.Direction()) + "  Value: ";
@@ -169,7 +162,7 @@ void SQLAgent::CheckDirections() const {
 /// A procedure's markers go by their names, those of a statement, which have none, by their order.
 PropertyPtr SQLAgent::ParameterFor(const rdoParameter& marker, std::int32_t position) const {
   if (!IsProcedure() || !marker.IsNamed()) return statementParameters_->Item(position);
-  return statementParameters_->Item(ParameterName(marker));
+  return statementParameters_->Item(marker.Name());
 }
 
 void SQLAgent::BindParameters(rdoQuery& query) const {
@@ -183,7 +176,7 @@ void SQLAgent::CheckParameterOrder(const rdoQuery& query) const {
   for (const auto& parameter : action_->CreateParameters()) {
     const auto& markers = query.rdoParameters();
     const bool isSent = place < markers.size();
-    const auto name = isSent ? ParameterName(*markers[place]) : std::string();
+    const auto name = isSent ? markers[place]->Name() : std::string();
     ++place;
     if (isSent && (EqualFolded(name, parameter->Name()) || EqualFolded(name, parameter->SourceName()))) continue;
     Raise(errMismatch_Parameters, "CreatePreparedStatement",
@@ -196,7 +189,7 @@ void SQLAgent::TakeOutputs(const rdoQuery& query) const {
   for (const auto& marker : query.rdoParameters()) {
     ++position;
     if (marker->Direction() == rdParamInput) continue;
-    const auto name = marker->IsNamed() ? ParameterName(*marker) : statementParameters_->Item(position)->Name();
+    const auto name = marker->IsNamed() ? marker->Name() : statementParameters_->Item(position)->Name();
     parameters_->Item(name)->SetValue(marker->Value());
   }
 }
