@@ -1,18 +1,12 @@
 #include "velmoria/platform/odbc/date_values.h"
 
-#include <cstring>
-
 #include <sql.h>
 #include <sqlext.h>
 
+#include "velmoria/platform/odbc/raw_values.h"
+
 namespace velmoria::odbc {
 namespace {
-
-template <class T>
-Length Store(std::byte* place, const T& value) {
-  std::memcpy(place, &value, sizeof value);
-  return sizeof value;
-}
 
 SQL_DATE_STRUCT DateOf(const DateParts& parts) noexcept {
   SQL_DATE_STRUCT date{};

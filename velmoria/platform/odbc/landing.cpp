@@ -10,6 +10,7 @@
 #include <sqlext.h>
 
 #include "velmoria/platform/odbc/date_values.h"
+#include "velmoria/platform/odbc/raw_values.h"
 #include "velmoria/platform/rdo/constants.h"
 #include "velmoria/runtime/date.h"
 #include "velmoria/runtime/decimal.h"
@@ -58,24 +59,11 @@ std::size_t TextWidth(std::int32_t characters) {
   return std::clamp(static_cast<std::size_t>(characters) * kBytesOfCharacter + 1, kNarrowestText, kWidestText);
 }
 
-template <class T>
-T Load(const std::byte* place) {
-  T value;
-  std::memcpy(&value, place, sizeof value);
-  return value;
-}
-
 template <class To, class From>
 To Narrowed(From number) {
   if (number < std::numeric_limits<To>::min() || number > std::numeric_limits<To>::max())
     Fail(RuntimeFailure::Overflow);
   return static_cast<To>(number);
-}
-
-template <class T>
-Length Store(std::byte* place, T value) {
-  std::memcpy(place, &value, sizeof value);
-  return sizeof value;
 }
 
 std::int64_t WholeOf(const Variant& value) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
 #include <string>
 
 #include <sql.h>
@@ -11,6 +10,7 @@
 
 #include "velmoria/platform/odbc/date_values.h"
 #include "velmoria/platform/odbc/landing.h"
+#include "velmoria/platform/odbc/raw_values.h"
 #include "velmoria/platform/rdo/constants.h"
 #include "velmoria/runtime/error.h"
 
@@ -69,13 +69,6 @@ Small DriverType(std::int32_t type) noexcept {
     if (documented == type) return own;
   }
   return static_cast<Small>(type);
-}
-
-template <class T>
-Length Store(FixedBytes& fixed, const T& value) {
-  static_assert(sizeof(T) <= sizeof(FixedBytes));
-  std::memcpy(fixed.data(), &value, sizeof value);
-  return sizeof value;
 }
 
 Length StoreFixed(FixedBytes& fixed, const Variant& value) {
