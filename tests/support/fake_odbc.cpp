@@ -18,6 +18,7 @@ std::string TextOf(const odbc::Char* text, odbc::Number length) {
 
 odbc::Small CopyText(const std::string& text, void* target, odbc::Length capacity) {
   auto* const place = static_cast<char*>(target);
+  if (capacity == 0) return static_cast<odbc::Small>(text.size());
   const std::size_t given = std::min(text.size(), static_cast<std::size_t>(capacity - 1));
   std::memcpy(place, text.data(), given);
   place[given] = '\0';
@@ -237,7 +238,8 @@ FakeOdbc::Code FakeOdbc::Ran(Handle statement) {
   for (const auto& bound : Of(statement).Bound) {
     const bool isNull = *bound.Indicator == SQL_NULL_DATA;
     const auto length = isNull ? std::size_t{0} : static_cast<std::size_t>(*bound.Indicator);
-    Parameters.push_back({bound.CType, bound.Type, isNull, std::string(static_cast<const char*>(bound.Value), length)});
+    Parameters.push_back(
+        {bound.CType, bound.Type, isNull, std::string(static_cast<const char*>(bound.Value), length), bound.Value});
   }
   Of(statement).Next = 0;
   return NothingAffected ? SQL_NO_DATA : SQL_SUCCESS;
@@ -333,9 +335,20 @@ FakeOdbc::Code FakeOdbc::GetData(Handle statement, Word column, Small cType, Han
   std::size_t& given = state.Given[column];
   if (!whole || (cType != SQL_C_CHAR && cType != SQL_C_BINARY))
     return Deliver(whole, {cType, value, capacity, indicator}, 0);
-  const Code code = Deliver(whole->substr(given), {cType, value, capacity, indicator}, 0);
-  given += std::min(whole->size() - given, static_cast<std::size_t>(capacity - 1));
-  return code;
+  if (given == 0 && capacity > 0) LongPlace = value;
+  const std::string rest = whole->substr(given);
+  // A text ends in a zero.
+  const auto room = static_cast<std::size_t>(cType == SQL_C_CHAR ? std::max<Length>(capacity, 1) - 1 : capacity);
+  given += std::min(rest.size(), room);
+  *indicator = static_cast<Length>(rest.size());
+  if (cType == SQL_C_CHAR) {
+    CopyText(rest, value, capacity);
+  } else {
+    std::memcpy(value, rest.data(), std::min(rest.size(), room));
+  }
+  if (rest.size() <= room) return SQL_SUCCESS;
+  if (!TellsLengths) *indicator = SQL_NO_TOTAL;
+  return SQL_SUCCESS_WITH_INFO;
 }
 
 FakeOdbc::Code FakeOdbc::Deliver(const std::optional<std::string>& value, const Binding& binding, std::size_t row) {

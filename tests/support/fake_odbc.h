@@ -42,6 +42,7 @@ class FakeOdbc final : public odbc::Calls {
     Small Type;
     bool IsNull;
     std::string Bytes;
+    const void* Place;  // where they were read
   };
   using Row = std::vector<std::optional<std::string>>;
 
@@ -61,7 +62,8 @@ class FakeOdbc final : public odbc::Calls {
   std::string DriverName = "fake.so";
   Word ActiveStatements = 0;  // as many as wanted
   bool TransactionKeepsResults = true;
-  int LostCancels = 0;  // so many come before the execution that they mean
+  bool TellsLengths = true;  // of a value that GetData has not given whole
+  int LostCancels = 0;       // so many come before the execution that they mean
 
   // What fails: the n-th of all calls (freeing is not counted), or every call of a name from the n-th of them on.
   int FailAt = 0;
@@ -77,6 +79,7 @@ class FakeOdbc final : public odbc::Calls {
   std::vector<std::string> Transactions;  // "begin 1", "commit 1": connections in their order of opening
   std::vector<Parameter> Parameters;      // of the last execution
   ULength LargestArray = 0;
+  const void* LongPlace = nullptr;  // where GetData put the beginning of a value
   bool ReadOnly = false;
   /// From here on, an execution waits until Release, or until it is cancelled, which fails it.
   void Hold();

@@ -75,6 +75,8 @@ class VELMORIA_API Variant {
   /// A Byte array with lower bound 0.
   Variant(std::span<const Byte> bytes);
   Variant(const std::vector<Byte>& bytes) : Variant(std::span<const Byte>(bytes)) {}
+  /// Takes the bytes over, without a copy.
+  Variant(std::vector<Byte>&& bytes);
   /// An object; an empty handle is the object "Nothing", not Empty.
   template <class T>
     requires std::is_base_of_v<Object, T>

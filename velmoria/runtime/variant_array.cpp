@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <limits>
+#include <utility>
 
 #include "velmoria/runtime/error.h"
 #include "velmoria/runtime/variant_impl.h"
@@ -11,6 +13,11 @@ void RefuseUnless(bool possible) {
   if (!possible) Fail(RuntimeFailure::SubscriptOutOfRange);
 }
 
+std::int32_t UpperBoundOf(std::size_t count) {
+  if (count > std::numeric_limits<std::int32_t>::max()) Fail(RuntimeFailure::Overflow);
+  return static_cast<std::int32_t>(count) - 1;
+}
+
 }  // namespace
 
 ArrayBody::ArrayBody(VarType element, std::vector<Dimension> dimensions)
@@ -18,6 +25,9 @@ ArrayBody::ArrayBody(VarType element, std::vector<Dimension> dimensions)
   for (const Dimension& dimension : dimensions_) RefuseUnless(std::int64_t{dimension.Upper} >= dimension.Lower - 1LL);
   SetSize(CountAll());
 }
+
+ArrayBody::ArrayBody(std::vector<Byte> bytes)
+    : element_(VarType::Byte), dimensions_{{0, UpperBoundOf(bytes.size())}}, bytes_(std::move(bytes)) {}
 
 std::size_t ArrayBody::CountAll() const noexcept {
   std::size_t count = 1;
@@ -77,10 +87,9 @@ void ArrayBody::ResizeLast(std::int32_t upper) {
   }
 }
 
-Variant::Variant(std::span<const Byte> bytes)
-    : Variant(Array(0, static_cast<std::int32_t>(bytes.size()) - 1, VarType::Byte)) {
-  std::copy(bytes.begin(), bytes.end(), array_->Bytes().begin());
-}
+Variant::Variant(std::span<const Byte> bytes) : Variant(std::vector<Byte>(bytes.begin(), bytes.end())) {}
+
+Variant::Variant(std::vector<Byte>&& bytes) : Variant(new ArrayBody(std::move(bytes))) {}
 
 Variant Variant::Array(std::int32_t lower, std::int32_t upper, VarType element) {
   return Variant(new ArrayBody(element, {{lower, upper}}));

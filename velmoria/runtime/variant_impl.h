@@ -50,6 +50,8 @@ class ArrayBody {
   };
 
   ArrayBody(VarType element, std::vector<Dimension> dimensions);
+  /// A Byte array with lower bound 0. Raises 6 for more bytes than its upper bound can tell.
+  explicit ArrayBody(std::vector<Byte> bytes);
   ArrayBody(const ArrayBody& other)
       : element_(other.element_), dimensions_(other.dimensions_), values_(other.values_), bytes_(other.bytes_) {}
   ArrayBody& operator=(const ArrayBody&) = delete;

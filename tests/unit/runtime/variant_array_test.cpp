@@ -196,5 +196,14 @@ TEST(VariantArrayTest, ByteArraysShowTheirBytes) {
   EXPECT_EQ(Variant(std::vector<Byte>()).UpperBound(), -1);
 }
 
+TEST(VariantArrayTest, BytesThatAreMovedInStayWhereTheyAre) {
+  std::vector<Byte> bytes(1000, Byte{7});
+  const auto* const place = bytes.data();
+  const Variant array = std::move(bytes);
+  EXPECT_EQ(array.Bytes().data(), place);
+  EXPECT_EQ(array.LowerBound(), 0);
+  EXPECT_EQ(array.UpperBound(), 999);
+}
+
 }  // namespace
 }  // namespace velmoria

@@ -121,7 +121,7 @@ void BlockFetch::CompleteLongValues(std::size_t rows, bool informed) {
   }
 }
 
-std::optional<std::string> BlockFetch::ReadLong(std::size_t row, Word column, bool isText) {
+Variant BlockFetch::ReadLong(std::size_t row, Word column, bool isText) {
   statement_.AwaitTurn();
   if (isStream_) {
     const bool isThere = row == skipped_ + 1 && rowsBefore_ == row && !ended_;

@@ -2,14 +2,13 @@
 
 #include <cstddef>
 #include <memory>
-#include <optional>
-#include <string>
 #include <vector>
 
 #include "velmoria/platform/odbc/columns.h"
 #include "velmoria/platform/odbc/landing.h"
 #include "velmoria/platform/odbc/statement.h"
 #include "velmoria/runtime/row_block.h"
+#include "velmoria/runtime/variant.h"
 
 namespace velmoria::odbc {
 
@@ -37,10 +36,10 @@ class BlockFetch {
   std::shared_ptr<const RowChunk> Next();
   /// Passes over rows ahead of the first Next.
   void Skip(std::size_t rows);
-  /// Reads a long column of the row, both from 1, whatever its length; none for a Null. Raises 40088 when the row
+  /// Reads a long column of the row, both from 1, whatever its length: a byte array, or Null. Raises 40088 when the row
   /// cannot be gone back to: of a cursor that does not scroll, only the first row fetched can be read before the
   /// second is.
-  std::optional<std::string> ReadLong(std::size_t row, Word column, bool isText);
+  Variant ReadLong(std::size_t row, Word column, bool isText);
   /// Whether the last row has been given out.
   bool HasEnded() const noexcept { return ended_; }
 

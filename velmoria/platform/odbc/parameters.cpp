@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <span>
 #include <string>
 
 #include <sql.h>
@@ -23,10 +24,10 @@ struct ParameterValues::Slot {
   Small Digits = 0;
   Length Indicator = SQL_NULL_DATA;
   std::array<std::byte, 16> Fixed{};
-  std::string Text{};
+  std::string Number{};  // in digits
+  Variant Given{};       // a text or bytes, which the driver reads in place; of an output what it takes
   Small Direction = SQL_PARAM_INPUT;
   std::unique_ptr<Landing> Output{};  // instead of the values above
-  Variant Given{};
 };
 
 namespace {
@@ -107,12 +108,16 @@ void ParameterValues::Add(const Variant& value, std::int32_t type) {
   } else if (value.Type() == VarType::Date) {
     AddDate(slot, value.AsDate(), type);
   } else if (value.IsByteArray()) {
-    const auto bytes = value.Bytes();
     slot.CType = SQL_C_BINARY;
-    SetText(slot, std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+    slot.Given = value;
+    SetLength(slot, value.Bytes().size());
     if (type == 0) slot.Type = SQL_LONGVARBINARY;
-  } else if (value.IsText() || value.Type() == VarType::Decimal || value.Type() == VarType::Currency) {
-    AddText(slot, value, type);
+  } else if (value.IsText()) {
+    slot.Given = value;
+    SetLength(slot, value.TextView().size());
+    if (type == 0 && value.TextView().size() > kLongestPlainText) slot.Type = SQL_LONGVARCHAR;
+  } else if (value.Type() == VarType::Decimal || value.Type() == VarType::Currency) {
+    AddNumber(slot, value, type);
   } else {
     Fail(RuntimeFailure::TypeMismatch);
   }
@@ -145,14 +150,11 @@ Variant ParameterValues::Output(std::size_t place) {
   return RowChunk(std::move(columns), 1).Value(0, 0);
 }
 
-void ParameterValues::AddText(Slot& slot, const Variant& value, std::int32_t type) {
-  SetText(slot, value.AsText());
-  if (value.IsText()) {
-    if (type == 0 && slot.Text.size() > kLongestPlainText) slot.Type = SQL_LONGVARCHAR;
-    return;
-  }
-  const std::size_t point = slot.Text.find('.');
-  slot.Digits = static_cast<Small>(point == std::string::npos ? 0 : slot.Text.size() - point - 1);
+void ParameterValues::AddNumber(Slot& slot, const Variant& value, std::int32_t type) {
+  slot.Number = value.AsText();
+  SetLength(slot, slot.Number.size());
+  const std::size_t point = slot.Number.find('.');
+  slot.Digits = static_cast<Small>(point == std::string::npos ? 0 : slot.Number.size() - point - 1);
   if (type == 0) slot.Type = SQL_DECIMAL;
 }
 
@@ -176,10 +178,18 @@ void ParameterValues::AddDate(Slot& slot, velmoria::Date date, std::int32_t type
   }
 }
 
-void ParameterValues::SetText(Slot& slot, std::string text) {
-  slot.Text = std::move(text);
-  slot.Size = std::max<ULength>(slot.Text.size(), 1);  // a size of 0 is refused
-  slot.Indicator = static_cast<Length>(slot.Text.size());
+void ParameterValues::SetLength(Slot& slot, std::size_t length) {
+  slot.Size = std::max<ULength>(length, 1);  // a size of 0 is refused
+  slot.Indicator = static_cast<Length>(length);
+}
+
+std::span<const std::byte> ParameterValues::BytesOf(const Slot& slot) {
+  const bool isFixed = slot.CType != SQL_C_CHAR && slot.CType != SQL_C_BINARY;
+  if (isFixed) return slot.Fixed;
+  if (slot.Given.IsText()) return std::as_bytes(std::span(slot.Given.TextView()));
+  // An array without bytes has no place, which a driver could take for a Null; a text without any has one.
+  if (!slot.Given.Bytes().empty()) return std::as_bytes(slot.Given.Bytes());
+  return std::as_bytes(std::span(slot.Number));
 }
 
 void ParameterValues::BindTo(Statement& statement) {
@@ -189,11 +199,10 @@ void ParameterValues::BindTo(Statement& statement) {
       slot.Output->BindOutput(statement, ++number, slot.Direction, slot.Type, slot.Size, slot.Digits, slot.Given);
       continue;
     }
-    const bool isFixed = slot.CType != SQL_C_CHAR && slot.CType != SQL_C_BINARY;
-    void* const value = isFixed ? static_cast<void*>(slot.Fixed.data()) : slot.Text.data();
-    const auto capacity = static_cast<Length>(isFixed ? slot.Fixed.size() : slot.Text.size() + 1);
+    const auto bytes = BytesOf(slot);
     statement.Check(statement.Calls().BindParameter(statement.Get(), ++number, SQL_PARAM_INPUT, slot.CType, slot.Type,
-                                                    slot.Size, slot.Digits, value, capacity, &slot.Indicator));
+                                                    slot.Size, slot.Digits, const_cast<std::byte*>(bytes.data()),
+                                                    static_cast<Length>(bytes.size()), &slot.Indicator));
   }
 }
 

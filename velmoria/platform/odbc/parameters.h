@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -18,7 +20,7 @@ struct OutputParameter {
 };
 
 /// The values of one execution, kept where the driver finds them until the statement has run, and those that it leaves
-/// there.
+/// there. A text or bytes are shared with the value given, not copied.
 class ParameterValues {
  public:
   ParameterValues();
@@ -38,9 +40,10 @@ class ParameterValues {
 
  private:
   struct Slot;
-  static void AddText(Slot& slot, const Variant& value, std::int32_t type);
+  static void AddNumber(Slot& slot, const Variant& value, std::int32_t type);
   static void AddDate(Slot& slot, velmoria::Date date, std::int32_t type);
-  static void SetText(Slot& slot, std::string text);
+  static void SetLength(Slot& slot, std::size_t length);
+  static std::span<const std::byte> BytesOf(const Slot& slot);
 
   std::vector<Slot> slots_;
 };

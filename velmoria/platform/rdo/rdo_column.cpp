@@ -1,7 +1,6 @@
 #include "velmoria/platform/rdo/rdo_column.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "velmoria/platform/rdo/rdo_cursor.h"
 #include "velmoria/runtime/error.h"
@@ -22,21 +21,21 @@ rdoNumber AttributesOf(const odbc::ColumnInfo& column) noexcept {
 
 rdoNumber rdoColumn::ColumnSize() const {
   if (!info_.IsLong) return -1;
-  const auto& bytes = cursor_->LongValue(place_);
-  return bytes ? static_cast<rdoNumber>(bytes->size()) : -1;
+  const auto& value = cursor_->LongValue(place_);
+  return value.IsNull() ? -1 : static_cast<rdoNumber>(value.Bytes().size());
 }
 
 Variant rdoColumn::GetChunk(rdoNumber size) {
   if (!info_.IsLong || size < 0) Fail(RuntimeFailure::InvalidArgument);
-  const auto& bytes = cursor_->LongValue(place_);
-  if (!bytes) return Variant::Null();
+  const auto& value = cursor_->LongValue(place_);
+  if (value.IsNull()) return value;
   if (chunkPosition_ != cursor_->Position()) chunkOffset_ = 0;
   chunkPosition_ = cursor_->Position();
-  if (chunkOffset_ >= bytes->size()) return {};
-  const auto first = bytes->begin() + static_cast<std::ptrdiff_t>(chunkOffset_);
-  const auto count = std::min(static_cast<std::size_t>(size), bytes->size() - chunkOffset_);
-  chunkOffset_ += count;
-  return std::vector<Byte>(first, first + static_cast<std::ptrdiff_t>(count));
+  const auto bytes = value.Bytes();
+  if (chunkOffset_ >= bytes.size()) return {};
+  const auto chunk = bytes.subspan(chunkOffset_, std::min(static_cast<std::size_t>(size), bytes.size() - chunkOffset_));
+  chunkOffset_ += chunk.size();
+  return chunk.size() == bytes.size() ? value : Variant(chunk);
 }
 
 Variant rdoColumn::Value() const { return cursor_->Value(place_); }

@@ -203,7 +203,7 @@ Variant RdoCursor::Value(std::size_t column) const {
   return rows_.Value(column, Place(position_));
 }
 
-const std::optional<std::string>& RdoCursor::LongValue(std::size_t column) {
+const Variant& RdoCursor::LongValue(std::size_t column) {
   RequireRow();
   if (long_ && long_->Position == position_ && long_->Column == column) return long_->Bytes;
   engine_->rdoErrors().clear();

@@ -58,8 +58,8 @@ class RdoCursor : public Object {
   void GoToLast();
   RowBlock Take(long long rows);
   Variant Value(std::size_t column) const;
-  /// The bytes of a long column in the current row; none for a Null. Kept until another one is asked for.
-  const std::optional<std::string>& LongValue(std::size_t column);
+  /// A long column in the current row: a byte array, or Null. Kept until another one is asked for.
+  const Variant& LongValue(std::size_t column);
   void Close() noexcept;
   void RequireOpen() const;
 
@@ -67,7 +67,7 @@ class RdoCursor : public Object {
   struct Long {
     long long Position = 0;
     std::size_t Column = 0;
-    std::optional<std::string> Bytes{};
+    Variant Bytes{};
   };
 
   struct Recipe {

@@ -71,6 +71,20 @@ TEST_F(ParametersTest, EmptyMissingAndNullAreSentAsNull) {
   EXPECT_EQ(Sent(Variant::Null(), 11).Type, SQL_TYPE_TIMESTAMP);
 }
 
+TEST_F(ParametersTest, TextAndBytesAreReadWhereTheyLie) {
+  const Variant text = std::string(100'000, 'x');
+  const Variant bytes = std::vector<Byte>(100'000, Byte{7});
+  EXPECT_EQ(Sent(text).Place, text.TextView().data());
+  EXPECT_EQ(Sent(bytes).Place, bytes.Bytes().data());
+}
+
+TEST_F(ParametersTest, EmptyBytesAreNoNull) {
+  const auto sent = Sent(std::vector<Byte>{});
+  EXPECT_FALSE(sent.IsNull);
+  EXPECT_NE(sent.Place, nullptr);
+  EXPECT_EQ(sent.CType, SQL_C_BINARY);
+}
+
 TEST_F(ParametersTest, TextAndBytesAreSentWhole) {
   EXPECT_EQ(Sent("O'Neil \xC3\xA9?").Bytes, "O'Neil \xC3\xA9?");
   EXPECT_EQ(Sent("").Bytes, "");
