@@ -63,30 +63,15 @@ void BusinessContext::SetObjectType(zObjectTypes value) try {
   objectType_ = value;
 } catch (...) { Failed("ObjectType (Let)"); }
 
-void BusinessContext::LetUnlocked(bool BusinessContext::* field, bool value, std::string_view routine) try {
-  if (locked_) Raise(errVelmoria_Locked, routine);
-  this->*field = value;
-} catch (...) { Failed(routine); }
-
-void BusinessContext::SetServerLocked(bool value) {
-  LetUnlocked(&BusinessContext::serverLocked_, value, "ServerLocked (Let)");
-}
-void BusinessContext::SetClassLocked(bool value) {
-  LetUnlocked(&BusinessContext::classLocked_, value, "ClassLocked (Let)");
-}
-void BusinessContext::SetActionLocked(bool value) {
-  LetUnlocked(&BusinessContext::actionLocked_, value, "ActionLocked (Let)");
-}
+void BusinessContext::SetServerLocked(bool value) { LetUnlocked(locked_, serverLocked_, value, "ServerLocked (Let)"); }
+void BusinessContext::SetClassLocked(bool value) { LetUnlocked(locked_, classLocked_, value, "ClassLocked (Let)"); }
+void BusinessContext::SetActionLocked(bool value) { LetUnlocked(locked_, actionLocked_, value, "ActionLocked (Let)"); }
 void BusinessContext::SetRelationshipLocked(bool value) {
-  LetUnlocked(&BusinessContext::relationshipLocked_, value, "RelationshipLocked (Let)");
+  LetUnlocked(locked_, relationshipLocked_, value, "RelationshipLocked (Let)");
 }
-void BusinessContext::SetSupportsAdd(bool value) { LetUnlocked(&BusinessContext::noAdd_, !value, "SupportsAdd (Let)"); }
-void BusinessContext::SetSupportsRemove(bool value) {
-  LetUnlocked(&BusinessContext::noRemove_, !value, "SupportsRemove (Let)");
-}
-void BusinessContext::SetSupportsLoad(bool value) {
-  LetUnlocked(&BusinessContext::noLoad_, !value, "SupportsLoad (Let)");
-}
+void BusinessContext::SetSupportsAdd(bool value) { LetUnlocked(locked_, noAdd_, !value, "SupportsAdd (Let)"); }
+void BusinessContext::SetSupportsRemove(bool value) { LetUnlocked(locked_, noRemove_, !value, "SupportsRemove (Let)"); }
+void BusinessContext::SetSupportsLoad(bool value) { LetUnlocked(locked_, noLoad_, !value, "SupportsLoad (Let)"); }
 
 IBusinessObjectsPtr BusinessContext::FindOrAsk(const Variant& index) {
   if (const IBusinessObjectsPtr* held = items_.Find(index)) return *held;

@@ -7,9 +7,9 @@
 
 #include "velmoria/brokering/business_context_arguments.h"
 #include "velmoria/core/enumerations.h"
+#include "velmoria/core/lockable.h"
 #include "velmoria/core/persistent_members.h"
 #include "velmoria/core/position.h"
-#include "velmoria/core/reporting.h"
 #include "velmoria/fwd.h"
 #include "velmoria/runtime/event.h"
 #include "velmoria/runtime/keyed_list.h"
@@ -25,7 +25,7 @@ struct BusinessContextSelection;
 /// the action, a change of action the relationship, the identity, the parameters and the key values; a setter that
 /// fails leaves what the reset before it did. A locked selection raises 15002. The context of a Model stands for one
 /// business object and follows its relationships.
-class VELMORIA_API BusinessContext final : public Object, public Reporting, public PersistentMembers<IBusinessObjects> {
+class VELMORIA_API BusinessContext final : public Object, public Lockable, public PersistentMembers<IBusinessObjects> {
  public:
   BusinessContext();
   ~BusinessContext() override;
@@ -145,7 +145,6 @@ class VELMORIA_API BusinessContext final : public Object, public Reporting, publ
 
  private:
   void SetKeyValue(std::size_t index, const Variant& value);
-  void LetUnlocked(bool BusinessContext::* field, bool value, std::string_view routine);
   [[noreturn]] void RefusePinned(std::string_view routine, std::string_view name, std::string_view kind) const;
   void ChangeClass(ClassPtr newClass);
   void ChangeAction(ActionPtr newAction);

@@ -191,15 +191,12 @@ void BusinessObjects::SetLocked(bool value) try {
   locked_ = value;
 } catch (...) { Failed("IBusinessObjects_Locked (Let)"); }
 
-void BusinessObjects::LetSupports(bool& refusal, bool supported, std::string_view routine) try {
-  if (locked_ || !transient_) Raise(errVelmoria_Locked, routine);
-  refusal = !supported;
-} catch (...) { Failed(routine); }
-
-void BusinessObjects::SetSupportsAdd(bool value) { LetSupports(noAdd_, value, "IBusinessObjects_SupportsAdd (Let)"); }
+void BusinessObjects::SetSupportsAdd(bool value) {
+  LetUnlocked(locked_ || !transient_, noAdd_, !value, "IBusinessObjects_SupportsAdd (Let)");
+}
 
 void BusinessObjects::SetSupportsRemove(bool value) {
-  LetSupports(noRemove_, value, "IBusinessObjects_SupportsRemove (Let)");
+  LetUnlocked(locked_ || !transient_, noRemove_, !value, "IBusinessObjects_SupportsRemove (Let)");
 }
 
 void BusinessObjects::Setup(BusinessObjectsPtr) try {

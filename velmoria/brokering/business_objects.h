@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "velmoria/brokering/ibusiness_objects.h"
+#include "velmoria/core/lockable.h"
 #include "velmoria/core/persistent_members.h"
-#include "velmoria/core/reporting.h"
 #include "velmoria/runtime/event.h"
 #include "velmoria/runtime/keyed_list.h"
 
@@ -19,7 +19,7 @@ class RowObjects;
 /// A bound collection keeps its result, and with it the connection's rows, alive; its members keep their rows alive.
 /// A result that is still being opened is awaited, without limit, by whatever needs its rows; the thread sleeps.
 class VELMORIA_API BusinessObjects final : public IBusinessObjects,
-                                           public Reporting,
+                                           public Lockable,
                                            public PersistentMembers<IBusinessObject> {
  public:
   BusinessObjects();
@@ -103,12 +103,11 @@ class VELMORIA_API BusinessObjects final : public IBusinessObjects,
  private:
   [[noreturn]] void RaiseNotFound(const Variant& index, std::string_view routine);
   void RefuseDispatcher(std::string_view routine) const;
-  void LetSupports(bool& refusal, bool supported, std::string_view routine);
   IBusinessObjectPtr DeletionCandidate(std::int32_t position);
   bool HasItems() const noexcept;
   bool KeepsObjects() const noexcept;
   std::vector<IBusinessObjectPtr> HeldItems() const;
-  std::string KeyOf(const Variant& identifier);
+  std::string KeyOf(const Variant& index);
 
   IBusinessObjectPtr ItemTransient(const Variant& index);
   IBusinessObjectPtr FindTransient(const Variant& index);

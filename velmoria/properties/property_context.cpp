@@ -270,13 +270,8 @@ std::string PropertyContext::Details() const {
   return details;
 }
 
-void PropertyContext::LetSupports(bool& refusal, bool supported, std::string_view routine) try {
-  if (locked_) Raise(errVelmoria_Locked, routine);
-  refusal = !supported;
-} catch (...) { Failed(routine); }
-
-void PropertyContext::SetSupportsAdd(bool value) { LetSupports(noAdd_, value, "SupportsAdd (Let)"); }
-void PropertyContext::SetSupportsRemove(bool value) { LetSupports(noRemove_, value, "SupportsRemove (Let)"); }
-void PropertyContext::SetSupportsLoad(bool value) { LetSupports(noLoad_, value, "SupportsLoad (Let)"); }
+void PropertyContext::SetSupportsAdd(bool value) { LetUnlocked(locked_, noAdd_, !value, "SupportsAdd (Let)"); }
+void PropertyContext::SetSupportsRemove(bool value) { LetUnlocked(locked_, noRemove_, !value, "SupportsRemove (Let)"); }
+void PropertyContext::SetSupportsLoad(bool value) { LetUnlocked(locked_, noLoad_, !value, "SupportsLoad (Let)"); }
 
 }  // namespace velmoria

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "velmoria/core/enumerations.h"
+#include "velmoria/core/lockable.h"
 #include "velmoria/core/persistent_members.h"
 #include "velmoria/core/position.h"
-#include "velmoria/core/reporting.h"
 #include "velmoria/fwd.h"
 #include "velmoria/properties/property_key.h"
 #include "velmoria/runtime/event.h"
@@ -35,7 +35,7 @@ struct LoadNewPropertiesArguments {
 /// are loaded through other Actions on demand. A transient one, Framework.CreatePropertyContext, only holds what is
 /// added to it and raises 15166 where it would need a broker.
 class VELMORIA_API PropertyContext final : public Object,
-                                           public Reporting,
+                                           public Lockable,
                                            public Pooled,
                                            public PersistentMembers<Properties> {
  public:
@@ -139,7 +139,6 @@ class VELMORIA_API PropertyContext final : public Object,
   void Insert(PropertiesPtr item, const Position& position, std::string_view routine);
   /// What is held already; none when it is to be loaded.
   PropertiesPtr FindLoaded(const std::string& actionName, const std::string& name, std::string_view routine);
-  void LetSupports(bool& refusal, bool supported, std::string_view routine);
   BusinessContext& Broker(std::string_view routine);
   const velmoria::Identifier& Identity() const;
 
