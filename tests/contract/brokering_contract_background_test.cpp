@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "tests/contract/brokering_contract.h"
+#include "tests/support/connection_hints.h"
 
 namespace velmoria::test {
 namespace {
@@ -128,9 +129,6 @@ class RefusedContract : public BrokeringContract {
     return extra;
   }
 };
-
-constexpr const char* kSourceHint =
-    "Examine your ConnectionString, Could be a security issue, it may also have a problem finding the DSN.";
 
 TEST_P(RefusedContract, TextWithoutADriverAndASourceThatIsNotThereAreHintedAt) {
   EXPECT_EQ(Refused("Server=127.0.0.1;Database=none"), kSourceHint);

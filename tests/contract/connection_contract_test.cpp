@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/connection_hints.h"
 #include "tests/support/odbc_client.h"
 #include "tests/support/refusal.h"
 #include "tests/support/scoped_apartment.h"
@@ -22,11 +23,6 @@
 namespace velmoria::test {
 
 namespace {
-
-constexpr const char* kPasswordHint =
-    "Validate that the Database doesn't require a Password for this User because, the Password is an empty string.";
-constexpr const char* kSourceHint =
-    "Examine your ConnectionString, Could be a security issue, it may also have a problem finding the DSN.";
 
 /// A refused opening of the Connection "Shop" in the default group.
 Refusal NotOpened(const std::string& engine, const std::string& user, const std::string& extra = {}) {

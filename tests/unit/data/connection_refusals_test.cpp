@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/connection_hints.h"
 #include "tests/support/fake_odbc.h"
 #include "tests/support/one_action.h"
 #include "tests/support/refusal.h"
@@ -15,11 +16,6 @@
 namespace velmoria::test {
 
 namespace {
-
-constexpr const char* kPasswordHint =
-    "Validate that the Database doesn't require a Password for this User because, the Password is an empty string.";
-constexpr const char* kSourceHint =
-    "Examine your ConnectionString, Could be a security issue, it may also have a problem finding the DSN.";
 
 // Every number that connections and their groups raise, to the last field.
 class ConnectionRefusalsTest : public testing::Test {

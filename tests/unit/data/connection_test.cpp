@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/connection_hints.h"
 #include "tests/support/expect_raised.h"
 #include "tests/support/fake_odbc.h"
 #include "tests/support/scoped_apartment.h"
@@ -272,9 +273,7 @@ TEST_F(ConnectionTest, AFailedOpenWithAPasswordGivesNoHint) {
 TEST_F(ConnectionTest, ADriverManagerThatFindsNothingIsHintedAt) {
   driver_->FailName = "DriverConnect";
   driver_->Diagnostics = {{"IM002", 0, "Data source name not found"}};
-  ExpectRaised(errRDO_Connection, [] { Setup({.ConnectionType = ctText})->Connect(); },
-               {.Text = "Examine your ConnectionString, Could be a security issue, it may also have a problem finding "
-                        "the DSN."});
+  ExpectRaised(errRDO_Connection, [] { Setup({.ConnectionType = ctText})->Connect(); }, {.Text = kSourceHint});
 }
 
 TEST_F(ConnectionTest, AfterAFailedOpenTheNextUseTriesAgain) {
