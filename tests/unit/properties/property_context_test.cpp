@@ -150,7 +150,9 @@ TEST_F(PropertyContextTest, RemoveIsRefusedWhenNotSupported) {
 }
 
 TEST_F(PropertyContextTest, RemoveOfAnUnknownCollectionRaisesTheMissAndHoldsItsOwnNumberBesideIt) {
-  EXPECT_EQ(Thrown([&] { context_->Remove("x"); })->CatalogueNumber(), 15071);
+  const auto error = Thrown([&] { context_->Remove("x"); });
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->CatalogueNumber(), 15071);
   const MessagePtr own = apartment_.Messages().Item("15141");
   ASSERT_NE(own, nullptr);
   EXPECT_EQ(own->Description(), "Problem removing Properties from PropertyContext. Index: 'x'");
