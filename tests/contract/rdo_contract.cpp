@@ -90,11 +90,9 @@ RdoProfile MariaDb() {
           .WhyNoReturnValues = "Does not apply: the MariaDB driver does not know a call that returns a value"};
 }
 
-RdoProfile FreeTds() {
+/// What the tables and the values of a T-SQL server are like. A test's own tables are temporary.
+RdoProfile TSqlTables() {
   return {.Name = "FreeTDS",
-          .CloseServer = {"IF OBJECT_ID('{own}_add') IS NOT NULL DROP PROCEDURE {own}_add",
-                          "IF OBJECT_ID('{own}_double') IS NOT NULL DROP PROCEDURE {own}_double",
-                          "IF OBJECT_ID('{own}_rows') IS NOT NULL DROP PROCEDURE {own}_rows"},
           .Begin = {"CREATE TABLE #digits ( d int )",
                     "INSERT INTO #digits SELECT 0 UNION ALL SELECT 1 UNION ALL SELECT 2 UNION ALL SELECT 3 UNION ALL"
                     " SELECT 4 UNION ALL SELECT 5 UNION ALL SELECT 6 UNION ALL SELECT 7 UNION ALL SELECT 8 UNION ALL"
@@ -116,22 +114,31 @@ RdoProfile FreeTds() {
           .SharedTable = "{own}",
           .TimeType = rdTypeTIMESTAMP,  // a time becomes one of today
           .JoinsLines = true,
-          .TablePrefix = "#",
-          .SyntaxError = 2812,
-          .NoTableError = 208,
-          .NoTableErrorBehind = 208,
-          .Unreachable = "{connect};Port=1;PWD=secret",
-          .UnreachableFailure = {20009, "08S01: "},
-          .WrongUser = "{connect};UID=nobody_here;PWD=secret",
-          .WrongUserFailure = {18456, "42000: "},
-          .Endless = "WITH g (n) AS ( SELECT 1 UNION ALL SELECT n + 1 FROM g ) SELECT COUNT(*) AS n FROM g",
-          .MakeAdd = {"CREATE PROCEDURE {own}_add @a int, @b int OUTPUT, @c varchar(40) OUTPUT AS SET @b = @a + @b"
-                      " SET @c = 'sum ' + CAST(@b AS varchar(20))"},
-          .MakeReturning = {"CREATE PROCEDURE {own}_double @a int AS RETURN 2 * @a"},
-          .MakeRows = {"CREATE PROCEDURE {own}_rows @a int AS SELECT n FROM #numbers WHERE n <= @a"},
-          .OutputDirection = rdParamInputOutput,
-          .WhyNothingTooLarge = "Does not apply: a T-SQL server keeps to what is declared",
-          .WhyNoBackslashes = "Does not apply: T-SQL knows no escapes"};
+          .TablePrefix = "#"};
+}
+
+RdoProfile FreeTds() {
+  auto profile = TSqlTables();
+  profile.CloseServer = {"IF OBJECT_ID('{own}_add') IS NOT NULL DROP PROCEDURE {own}_add",
+                         "IF OBJECT_ID('{own}_double') IS NOT NULL DROP PROCEDURE {own}_double",
+                         "IF OBJECT_ID('{own}_rows') IS NOT NULL DROP PROCEDURE {own}_rows"};
+  profile.SyntaxError = 2812;
+  profile.NoTableError = 208;
+  profile.NoTableErrorBehind = 208;
+  profile.Unreachable = "{connect};Port=1;PWD=secret";
+  profile.UnreachableFailure = {20009, "08S01: "};
+  profile.WrongUser = "{connect};UID=nobody_here;PWD=secret";
+  profile.WrongUserFailure = {18456, "42000: "};
+  profile.Endless = "WITH g (n) AS ( SELECT 1 UNION ALL SELECT n + 1 FROM g ) SELECT COUNT(*) AS n FROM g";
+  profile.MakeAdd = {
+      "CREATE PROCEDURE {own}_add @a int, @b int OUTPUT, @c varchar(40) OUTPUT AS SET @b = @a + @b"
+      " SET @c = 'sum ' + CAST(@b AS varchar(20))"};
+  profile.MakeReturning = {"CREATE PROCEDURE {own}_double @a int AS RETURN 2 * @a"};
+  profile.MakeRows = {"CREATE PROCEDURE {own}_rows @a int AS SELECT n FROM #numbers WHERE n <= @a"};
+  profile.OutputDirection = rdParamInputOutput;
+  profile.WhyNothingTooLarge = "Does not apply: a T-SQL server keeps to what is declared";
+  profile.WhyNoBackslashes = "Does not apply: T-SQL knows no escapes";
+  return profile;
 }
 
 struct Server {

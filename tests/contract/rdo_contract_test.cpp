@@ -234,41 +234,51 @@ TEST_P(RdoContract, NoRows) {
   EXPECT_EQ(result->rdoColumns().Count(), 14U);
 }
 
+std::vector<Variant> ValuesOfEveryType() {
+  return {-7,
+          std::int16_t{300},
+          Decimal::Parse("9007199254740993"),
+          1.5,
+          Currency::Parse("12345.678"),
+          "p'?",
+          Date::From(2026, 11, 20),
+          Date::From(1899, 12, 30, 14, 3, 5),
+          Date::From(2026, 11, 20, 14, 3, 5),
+          true,
+          Byte{200},
+          std::string(20000, 'x'),
+          std::vector<Byte>(20000, Byte{255})};
+}
+
+/// Sends the values under types of their own, where types are given.
+void ExecuteWith(rdoQuery& query, const std::vector<Variant>& values, const std::vector<rdoNumber>& types = {}) {
+  for (std::size_t place = 0; place < values.size(); ++place) {
+    query.rdoParameters()[place]->SetValue(values[place]);
+    query.rdoParameters()[place]->SetType(types.empty() ? 0 : types[place]);
+  }
+  query.Execute();
+  EXPECT_EQ(query.RowsAffected(), 1);
+}
+
+/// Expects a row of i, s, b, d, n, v, da, ti, ts and y as it was sent.
+void ExpectValuesOfEveryType(const RowBlock& block, std::size_t row) {
+  const auto values = ValuesOfEveryType();
+  for (const std::size_t column : {0U, 1U, 2U, 3U, 5U, 6U, 7U, 8U}) {
+    EXPECT_EQ(block.Value(column, row), values[column]) << column;
+  }
+  EXPECT_EQ(block.Value(4, row).AsDouble(), 12345.678);
+  EXPECT_EQ(block.Value(9, row).AsInteger(), 200);
+}
+
 TEST_P(RdoContract, ParametersOfEveryType) {
   MakeKinds();
   const auto query =
       Query("INSERT INTO {t}kinds (i, s, b, d, n, v, da, ti, ts, f, y, l, x) VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?)");
-  const std::vector<Variant> values = {-7,
-                                       std::int16_t{300},
-                                       Decimal::Parse("9007199254740993"),
-                                       1.5,
-                                       Currency::Parse("12345.678"),
-                                       "p'?",
-                                       Date::From(2026, 11, 20),
-                                       Date::From(1899, 12, 30, 14, 3, 5),
-                                       Date::From(2026, 11, 20, 14, 3, 5),
-                                       true,
-                                       Byte{200},
-                                       std::string(20000, 'x'),
-                                       std::vector<Byte>(20000, Byte{255})};
-  const std::vector<rdoNumber> types = {4, 5, -5, 8, 3, 12, 9, Profile().TimeType, 11, -7, -6, -1, -4};
-  for (const bool typed : {false, true}) {
-    for (std::size_t place = 0; place < values.size(); ++place) {
-      query->rdoParameters()[place]->SetValue(values[place]);
-      query->rdoParameters()[place]->SetType(typed ? types[place] : 0);
-    }
-    query->Execute();
-    EXPECT_EQ(query->RowsAffected(), 1);
-  }
+  ExecuteWith(*query, ValuesOfEveryType());
+  ExecuteWith(*query, ValuesOfEveryType(), {4, 5, -5, 8, 3, 12, 9, Profile().TimeType, 11, -7, -6, -1, -4});
   const auto block = Rows("SELECT i, s, b, d, n, v, da, ti, ts, y FROM {t}kinds ORDER BY id")->GetRows(5);
   ASSERT_EQ(block.Rows(), 2U);
-  for (std::size_t row = 0; row < 2; ++row) {
-    for (const std::size_t column : {0U, 1U, 2U, 3U, 5U, 6U, 7U, 8U}) {
-      EXPECT_EQ(block.Value(column, row), values[column]) << column;
-    }
-    EXPECT_EQ(block.Value(4, row).AsDouble(), 12345.678);
-    EXPECT_EQ(block.Value(9, row).AsInteger(), 200);
-  }
+  for (std::size_t row = 0; row < 2; ++row) ExpectValuesOfEveryType(block, row);
   const std::string& length = Profile().ByteLength;
   EXPECT_EQ(Value("SELECT count(*) AS n FROM {t}kinds WHERE " + Profile().TextLength + "(l) = 20000 AND " + length +
                   "(x) = 20000")

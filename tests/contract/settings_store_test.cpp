@@ -1,5 +1,6 @@
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include <gtest/gtest.h>
 
@@ -20,6 +21,13 @@ class SettingsStoreTest : public testing::TestWithParam<StoreMaker> {
  protected:
   std::string Get(std::string_view key, std::string_view section = "Section") {
     return store_->GetSetting("App", section, key, "(none)");
+  }
+  /// Expects a text back as a value, and under names with it and of it.
+  void ExpectRoundTrip(const std::string& text) {
+    store_->SaveSetting("App", "S" + text, "K" + text, text);
+    EXPECT_EQ(Get("K" + text, "S" + text), text);
+    store_->SaveSetting("App", text, text, text);
+    EXPECT_EQ(Get(text, text), text);
   }
 
   TemporaryFolder folder_;
@@ -137,49 +145,46 @@ TEST_P(SettingsStoreTest, LastOfSeveralEntriesOfOneKeyCounts) {
   EXPECT_EQ(Get("Key"), "2");
 }
 
+using namespace std::string_view_literals;
+constexpr std::string_view kAnyTexts[] = {" blanks at both ends "sv,
+                                          "  "sv,
+                                          "\t"sv,
+                                          "a=b"sv,
+                                          "=b"sv,
+                                          "[x]"sv,
+                                          "]"sv,
+                                          "["sv,
+                                          "#no comment"sv,
+                                          "; neither"sv,
+                                          "back\\slash"sv,
+                                          "\\"sv,
+                                          "\\\\"sv,
+                                          "\\n"sv,
+                                          "\\x41"sv,
+                                          "\\s"sv,
+                                          "two\r\nlines"sv,
+                                          "\n"sv,
+                                          "\r"sv,
+                                          "\n\n[Section]\nKey=v\n"sv,
+                                          "tab\there"sv,
+                                          "nul\0inside"sv,
+                                          "\0"sv,
+                                          "\x01\x7f"sv,
+                                          "\x1b[1m"sv,
+                                          "Ärger über Größe, 漢字 🚀"sv,
+                                          "\xEF\xBB\xBFmark"sv,
+                                          "'quotes\"'"sv,
+                                          "\xff\xfe"sv,
+                                          "\xc3"sv,
+                                          "\xed\xa0\x80"sv,
+                                          "\xc2\x85\xe2\x80\xa8"sv,
+                                          " "sv,
+                                          "%s {} |1|"sv,
+                                          "c:\\VelmoriaMessages.log"sv};
+
 TEST_P(SettingsStoreTest, AnyTextRoundTripsAsNameAndAsValue) {
-  using namespace std::string_literals;
-  for (const auto& text : {" blanks at both ends "s,
-                           "  "s,
-                           "\t"s,
-                           "a=b"s,
-                           "=b"s,
-                           "[x]"s,
-                           "]"s,
-                           "["s,
-                           "#no comment"s,
-                           "; neither"s,
-                           "back\\slash"s,
-                           "\\"s,
-                           "\\\\"s,
-                           "\\n"s,
-                           "\\x41"s,
-                           "\\s"s,
-                           "two\r\nlines"s,
-                           "\n"s,
-                           "\r"s,
-                           "\n\n[Section]\nKey=v\n"s,
-                           "tab\there"s,
-                           "nul\0inside"s,
-                           "\0"s,
-                           "\x01\x7f"s,
-                           "\x1b[1m"s,
-                           "Ärger über Größe, 漢字 🚀"s,
-                           "\xEF\xBB\xBFmark"s,
-                           "'quotes\"'"s,
-                           "\xff\xfe"s,
-                           "\xc3"s,
-                           "\xed\xa0\x80"s,
-                           "\xc2\x85\xe2\x80\xa8"s,
-                           " "s,
-                           "%s {} |1|"s,
-                           "c:\\VelmoriaMessages.log"s,
-                           std::string(100000, 'x')}) {
-    store_->SaveSetting("App", "S" + text, "K" + text, text);
-    EXPECT_EQ(Get("K" + text, "S" + text), text);
-    store_->SaveSetting("App", text, text, text);
-    EXPECT_EQ(Get(text, text), text);
-  }
+  for (const auto text : kAnyTexts) ExpectRoundTrip(std::string(text));
+  ExpectRoundTrip(std::string(100000, 'x'));
   EXPECT_EQ(store_->TakeDamage("App"), "");
 }
 

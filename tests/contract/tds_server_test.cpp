@@ -26,7 +26,7 @@ class TdsServerTest : public ::testing::Test {
  protected:
   void SetUp() override {
     connect = Setting("VELMORIA_TEST_TDS");
-    if (connect.empty()) GTEST_SKIP() << "no T-SQL server";
+    if (connect.empty()) GTEST_SKIP() << "VELMORIA_TEST_TDS names no server";
     client = std::make_unique<OdbcClient>(connect);
     ASSERT_TRUE(client->Connected()) << client->Failure();
   }
@@ -139,40 +139,42 @@ TEST_F(TdsServerTest, FailuresHaveStatesAndNumbers) {
   }
 }
 
+/// A type of columns: a literal of it, that value as a text, and what the driver calls the type.
+struct Kind {
+  const char* Type;
+  const char* Literal;
+  const char* Shown;
+  SQLSMALLINT Code;
+};
+constexpr Kind kKinds[] = {
+    {"int", "-7", "-7", SQL_INTEGER},
+    {"smallint", "300", "300", SQL_SMALLINT},
+    {"tinyint", "200", "200", SQL_TINYINT},
+    {"bigint", "9007199254740993", "9007199254740993", SQL_BIGINT},
+    {"bit", "1", "1", SQL_BIT},
+    {"real", "1.5", "1.5", SQL_REAL},
+    {"float", "2.25", "2.25", SQL_DOUBLE},
+    {"numeric(12,3)", "12345.678", "12345.678", SQL_NUMERIC},
+    {"decimal(9,2)", "-1.5", "-1.50", SQL_NUMERIC},
+    {"money", "12.5", "12.5000", SQL_DECIMAL},
+    {"smallmoney", "-2", "-2.0000", SQL_DECIMAL},
+    {"char(3)", "'a'", "a  ", SQL_CHAR},
+    {"varchar(20)", "'it''s'", "it's", SQL_VARCHAR},
+    {"nchar(3)", "N'\xD0\x96'", "\xD0\x96  ", SQL_WCHAR},
+    {"nvarchar(20)", "N'\xE2\x82\xAC \xE4\xB8\xAD \xF0\x9F\x98\x80'", "\xE2\x82\xAC \xE4\xB8\xAD \xF0\x9F\x98\x80",
+     SQL_WVARCHAR},
+    {"text", "'long'", "long", SQL_LONGVARCHAR},
+    {"ntext", "N'\xD0\x96'", "\xD0\x96", SQL_WLONGVARCHAR},
+    {"image", "0x00FF", "00ff", SQL_LONGVARBINARY},
+    {"binary(3)", "0x01", "010000", SQL_BINARY},
+    {"varbinary(9)", "0xABCD", "abcd", SQL_VARBINARY},
+    {"datetime", "'11/20/26 2:03:05 PM'", "2026-11-20 14:03:05.000", SQL_TYPE_TIMESTAMP},
+    {"smalldatetime", "'2026-11-20 14:03'", "2026-11-20 14:03:00", SQL_TYPE_TIMESTAMP},
+    {"uniqueidentifier", "'00112233-4455-6677-8899-AABBCCDDEEFF'", "00112233-4455-6677-8899-AABBCCDDEEFF", SQL_GUID},
+};
+
 TEST_F(TdsServerTest, ValuesOfEveryTypeComeBack) {
-  struct Kind {
-    const char* Type;
-    const char* Literal;
-    const char* Shown;
-    SQLSMALLINT Code;
-  };
-  const std::vector<Kind> kinds = {
-      {"int", "-7", "-7", SQL_INTEGER},
-      {"smallint", "300", "300", SQL_SMALLINT},
-      {"tinyint", "200", "200", SQL_TINYINT},
-      {"bigint", "9007199254740993", "9007199254740993", SQL_BIGINT},
-      {"bit", "1", "1", SQL_BIT},
-      {"real", "1.5", "1.5", SQL_REAL},
-      {"float", "2.25", "2.25", SQL_DOUBLE},
-      {"numeric(12,3)", "12345.678", "12345.678", SQL_NUMERIC},
-      {"decimal(9,2)", "-1.5", "-1.50", SQL_NUMERIC},
-      {"money", "12.5", "12.5000", SQL_DECIMAL},
-      {"smallmoney", "-2", "-2.0000", SQL_DECIMAL},
-      {"char(3)", "'a'", "a  ", SQL_CHAR},
-      {"varchar(20)", "'it''s'", "it's", SQL_VARCHAR},
-      {"nchar(3)", "N'\xD0\x96'", "\xD0\x96  ", SQL_WCHAR},
-      {"nvarchar(20)", "N'\xE2\x82\xAC \xE4\xB8\xAD \xF0\x9F\x98\x80'", "\xE2\x82\xAC \xE4\xB8\xAD \xF0\x9F\x98\x80",
-       SQL_WVARCHAR},
-      {"text", "'long'", "long", SQL_LONGVARCHAR},
-      {"ntext", "N'\xD0\x96'", "\xD0\x96", SQL_WLONGVARCHAR},
-      {"image", "0x00FF", "00ff", SQL_LONGVARBINARY},
-      {"binary(3)", "0x01", "010000", SQL_BINARY},
-      {"varbinary(9)", "0xABCD", "abcd", SQL_VARBINARY},
-      {"datetime", "'11/20/26 2:03:05 PM'", "2026-11-20 14:03:05.000", SQL_TYPE_TIMESTAMP},
-      {"smalldatetime", "'2026-11-20 14:03'", "2026-11-20 14:03:00", SQL_TYPE_TIMESTAMP},
-      {"uniqueidentifier", "'00112233-4455-6677-8899-AABBCCDDEEFF'", "00112233-4455-6677-8899-AABBCCDDEEFF", SQL_GUID},
-  };
-  for (const Kind& kind : kinds) {
+  for (const Kind& kind : kKinds) {
     const std::string type = kind.Type;
     client->RunAll({"CREATE TABLE #t (v " + type + ")", "INSERT INTO #t VALUES (" + std::string(kind.Literal) + ")",
                     "INSERT INTO #t VALUES (NULL)"});
