@@ -46,9 +46,9 @@ TEST_P(RdoContract, FailureInTheBackgroundIsRaisedByTheResult) {
     const Background background(query);
     background.Poll();
     EXPECT_TRUE(engine->rdoErrors().empty());
-    ExpectFailure(Profile().SyntaxError, "nonsense", [&] { background.result->MoveFirst(); });
+    ExpectRdoFailure(Profile().SyntaxError, "nonsense", [&] { background.result->MoveFirst(); });
     EXPECT_FALSE(engine->rdoErrors().empty());
-    ExpectFailure(rdErrClosed, "closed", [&] { background.result->MoveFirst(); });
+    ExpectRdoFailure(rdErrClosed, "closed", [&] { background.result->MoveFirst(); });
     EXPECT_EQ(Value("SELECT 1 AS a"), Variant(1));
   }
 }
@@ -58,7 +58,7 @@ TEST_P(RdoContract, EndlessStatementIsStillExecutingUntilItIsCancelled) {
   EXPECT_TRUE(background.result->StillExecuting());
   background.result->Cancel();
   EXPECT_FALSE(background.result->StillExecuting());
-  ExpectFailure(rdErrClosed, "closed", [&] { background.result->MoveFirst(); });
+  ExpectRdoFailure(rdErrClosed, "closed", [&] { background.result->MoveFirst(); });
   EXPECT_EQ(Value("SELECT 1 AS a"), Variant(1));
 }
 
@@ -77,7 +77,7 @@ TEST_P(RdoContract, EndOfAConnectionStopsWhatItRuns) {
   const Background background(Query(Profile().Endless));
   connection->Close();
   EXPECT_FALSE(background.result->StillExecuting());
-  ExpectFailure(rdErrClosed, "closed", [&] { background.result->MoveFirst(); });
+  ExpectRdoFailure(rdErrClosed, "closed", [&] { background.result->MoveFirst(); });
 }
 
 TEST_P(RdoContract, OtherConnectionWorksWhileOneIsBusy) {

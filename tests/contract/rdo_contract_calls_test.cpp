@@ -84,7 +84,7 @@ TEST_P(RdoContract, FailureBehindTheFirstResultIsRaised) {
   const auto query = Query("INSERT INTO {t}words VALUES ('x'); INSERT INTO not_here VALUES (1)");
   for (const bool prepared : {true, false}) {
     query->SetPrepared(prepared);
-    ExpectFailure(Profile().NoTableErrorBehind, "not_here", [&] { query->Execute(); });
+    ExpectRdoFailure(Profile().NoTableErrorBehind, "not_here", [&] { query->Execute(); });
   }
   EXPECT_EQ(Value("SELECT 1 AS a"), Variant(1));
 }

@@ -8,30 +8,30 @@ namespace {
 const std::string kEuro = "O'Neil \xE2\x82\xAC\xC3\x9F";  // a quote, the euro sign, a sharp s
 
 TEST_P(RdoContract, UnknownDriverSays01000) {
-  ExpectFailure(0, "01000: ", [&] { ConnectWith("Driver=NoSuchDriver"); });
+  ExpectRdoFailure(0, "01000: ", [&] { ConnectWith("Driver=NoSuchDriver"); });
   EXPECT_EQ(engine->rdoErrors().front().SQLState, "01000");
 }
 
 TEST_P(RdoContract, UnknownDataSourceSaysIM002) {
-  ExpectFailure(0, "IM002: ", [&] { ConnectWith("DSN=velmoria-no-such-source"); });
+  ExpectRdoFailure(0, "IM002: ", [&] { ConnectWith("DSN=velmoria-no-such-source"); });
   EXPECT_EQ(engine->rdoErrors().front().SQLState, "IM002");
 }
 
 TEST_P(RdoContract, DatabaseThatCannotBeReachedFailsWithTheDriversOwnNumber) {
   const auto& failure = Profile().UnreachableFailure;
-  ExpectFailure(failure.Number, failure.Text, [&] { ConnectWith(Filled(Profile().Unreachable)); });
+  ExpectRdoFailure(failure.Number, failure.Text, [&] { ConnectWith(Filled(Profile().Unreachable)); });
 }
 
 TEST_P(RdoContract, WrongUserFailsAndTheNextConnectionWorks) {
   if (!Profile().WhyNoUsers.empty()) GTEST_SKIP() << Profile().WhyNoUsers;
   const auto& failure = Profile().WrongUserFailure;
-  ExpectFailure(failure.Number, failure.Text, [&] { ConnectWith(Filled(Profile().WrongUser)); });
+  ExpectRdoFailure(failure.Number, failure.Text, [&] { ConnectWith(Filled(Profile().WrongUser)); });
   for (const auto& error : engine->rdoErrors()) EXPECT_EQ(error.Description.find("secret"), std::string::npos);
   EXPECT_NO_THROW(Connect());
 }
 
 TEST_P(RdoContract, TextThatDoesNotParseFailsAndTheNextWorks) {
-  ExpectFailure(Profile().SyntaxError, "nonsense", [&] { Run("nonsense"); });
+  ExpectRdoFailure(Profile().SyntaxError, "nonsense", [&] { Run("nonsense"); });
   EXPECT_FALSE(engine->rdoErrors().empty());
   EXPECT_EQ(Value("SELECT 1 AS a"), Variant(1));
   EXPECT_TRUE(engine->rdoErrors().empty());
@@ -39,7 +39,7 @@ TEST_P(RdoContract, TextThatDoesNotParseFailsAndTheNextWorks) {
 
 TEST_P(RdoContract, TableThatIsNotThereFailsWhenItIsOpened) {
   const auto table = connection->rdoTables()->Item("not_here");
-  ExpectFailure(Profile().NoTableError, "not_here", [&] { table->OpenResultset({.Type = rdOpenKeyset}); });
+  ExpectRdoFailure(Profile().NoTableError, "not_here", [&] { table->OpenResultset({.Type = rdOpenKeyset}); });
 }
 
 TEST_P(RdoContract, ColumnsReportTheirTypes) {
@@ -95,7 +95,7 @@ TEST_P(RdoContract, NumberThatItsColumnCannotHoldRaises6WithTheColumn) {
   Run("INSERT INTO {t}narrow VALUES (2147483648, -32769, 256)");
   for (const std::string column : {"i", "s", "y"}) {
     const std::string sql = "SELECT " + column + " FROM {t}narrow";
-    ExpectFailure(static_cast<std::int32_t>(RuntimeFailure::Overflow), "'" + column + "'", [&] { Value(sql); });
+    ExpectRdoFailure(static_cast<std::int32_t>(RuntimeFailure::Overflow), "'" + column + "'", [&] { Value(sql); });
   }
   Run("UPDATE {t}narrow SET i = -2147483648, s = 32767, y = 255");
   EXPECT_EQ(Value("SELECT i FROM {t}narrow"), Variant(std::numeric_limits<std::int32_t>::min()));
@@ -141,8 +141,8 @@ TEST_P(RdoContract, TextWithACharacter0IsRefused) {
     for (const rdoNumber options : {0, rdAsyncEnable}) {
       const auto query = Query(text);
       query->SetPrepared(prepared);
-      ExpectFailure(static_cast<std::int32_t>(RuntimeFailure::InvalidArgument), "character 0",
-                    [&] { query->OpenResultset({.Options = options}); });
+      ExpectRdoFailure(static_cast<std::int32_t>(RuntimeFailure::InvalidArgument), "character 0",
+                       [&] { query->OpenResultset({.Options = options}); });
     }
   }
 }
@@ -211,7 +211,7 @@ TEST_P(RdoContract, TableMadeAnewWithItsColumnsSwappedIsNotReadIntoTheOldOnes) {
   while (!result->AtEOF()) result->GetRows(500);
   Run("DROP TABLE {t}wide");
   make("b int, a int");
-  ExpectFailure(rdErrClosed, "columns of the result have changed", [&] { result->MoveFirst(); });
+  ExpectRdoFailure(rdErrClosed, "columns of the result have changed", [&] { result->MoveFirst(); });
 }
 
 TEST_P(RdoContract, TwoOpenResultsOfOneConnectionDoNotDisturbEachOther) {

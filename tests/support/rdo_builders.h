@@ -21,7 +21,7 @@ namespace velmoria::test {
 
 /// Expects an Error with the number and, as a part, the text.
 template <class Routine>
-void ExpectFailure(std::int32_t number, const std::string& part, Routine&& routine) {
+void ExpectRdoFailure(std::int32_t number, const std::string& part, Routine&& routine) {
   try {
     routine();
     ADD_FAILURE() << "nothing was thrown";

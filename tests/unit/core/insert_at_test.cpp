@@ -19,7 +19,7 @@ class InsertAtTest : public testing::Test {
     for (std::size_t at = 1; at <= list_.Count(); ++at) keys += list_.KeyAt(at);
     return keys;
   }
-  void ExpectFailure(RuntimeFailure failure, const char* key, const Position& position) {
+  void ExpectFailedInsert(RuntimeFailure failure, const char* key, const Position& position) {
     const auto error = Thrown([&] { InsertAt(list_, 3, key, position); });
     ASSERT_TRUE(error);
     EXPECT_EQ(error->Number(), static_cast<std::int32_t>(failure));
@@ -55,13 +55,13 @@ TEST_F(InsertAtTest, BeforeWinsWhereBothAreGiven) {
 }
 
 TEST_F(InsertAtTest, PlaceThatIsNotThereFails) {
-  ExpectFailure(RuntimeFailure::SubscriptOutOfRange, "c", {.Before = 3});
-  ExpectFailure(RuntimeFailure::SubscriptOutOfRange, "c", {.After = 0});
-  ExpectFailure(RuntimeFailure::InvalidArgument, "c", {.Before = "c"});
-  ExpectFailure(RuntimeFailure::TypeMismatch, "c", {.After = Variant::Null()});
+  ExpectFailedInsert(RuntimeFailure::SubscriptOutOfRange, "c", {.Before = 3});
+  ExpectFailedInsert(RuntimeFailure::SubscriptOutOfRange, "c", {.After = 0});
+  ExpectFailedInsert(RuntimeFailure::InvalidArgument, "c", {.Before = "c"});
+  ExpectFailedInsert(RuntimeFailure::TypeMismatch, "c", {.After = Variant::Null()});
 }
 
-TEST_F(InsertAtTest, KeyInUseFails) { ExpectFailure(RuntimeFailure::KeyInUse, "A", {.Before = 1}); }
+TEST_F(InsertAtTest, KeyInUseFails) { ExpectFailedInsert(RuntimeFailure::KeyInUse, "A", {.Before = 1}); }
 
 }  // namespace
 }  // namespace velmoria::test

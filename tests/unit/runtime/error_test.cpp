@@ -78,12 +78,12 @@ TEST(ErrorTest, NumbersAtTheEndsOfTheirTypeAreNoCatalogueNumbers) {
 }
 
 TEST(ErrorTest, FailUsesTheUsualText) {
-  ExpectFailure(RuntimeFailure::FileNotFound, "File not found", [] { Fail(RuntimeFailure::FileNotFound); });
+  ExpectRuntimeFailure(RuntimeFailure::FileNotFound, "File not found", [] { Fail(RuntimeFailure::FileNotFound); });
 }
 
 TEST(ErrorTest, FailTakesAnotherTextWhenGiven) {
-  ExpectFailure(RuntimeFailure::DriverFailure, "08001: no server",
-                [] { Fail(RuntimeFailure::DriverFailure, "08001: no server"); });
+  ExpectRuntimeFailure(RuntimeFailure::DriverFailure, "08001: no server",
+                       [] { Fail(RuntimeFailure::DriverFailure, "08001: no server"); });
 }
 
 }  // namespace

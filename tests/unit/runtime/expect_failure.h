@@ -10,7 +10,7 @@ namespace velmoria {
 
 /// Runs an action that must raise a failure of the run-time with its usual text.
 template <class Action>
-void ExpectFailure(RuntimeFailure failure, const std::string& text, Action action) {
+void ExpectRuntimeFailure(RuntimeFailure failure, const std::string& text, Action action) {
   try {
     action();
     ADD_FAILURE() << "nothing was raised instead of " << static_cast<int>(failure);
@@ -22,22 +22,22 @@ void ExpectFailure(RuntimeFailure failure, const std::string& text, Action actio
 
 template <class Action>
 void ExpectTypeMismatch(Action action) {
-  ExpectFailure(RuntimeFailure::TypeMismatch, "Type mismatch", action);
+  ExpectRuntimeFailure(RuntimeFailure::TypeMismatch, "Type mismatch", action);
 }
 
 template <class Action>
 void ExpectOverflow(Action action) {
-  ExpectFailure(RuntimeFailure::Overflow, "Overflow", action);
+  ExpectRuntimeFailure(RuntimeFailure::Overflow, "Overflow", action);
 }
 
 template <class Action>
 void ExpectInvalidArgument(Action action) {
-  ExpectFailure(RuntimeFailure::InvalidArgument, "Invalid procedure call or argument", action);
+  ExpectRuntimeFailure(RuntimeFailure::InvalidArgument, "Invalid procedure call or argument", action);
 }
 
 template <class Action>
 void ExpectSubscriptOutOfRange(Action action) {
-  ExpectFailure(RuntimeFailure::SubscriptOutOfRange, "Subscript out of range", action);
+  ExpectRuntimeFailure(RuntimeFailure::SubscriptOutOfRange, "Subscript out of range", action);
 }
 
 }  // namespace velmoria

@@ -70,7 +70,7 @@ TEST(KeyedListTest, LettersOfOtherAlphabetsAreFoldedToo) {
   EXPECT_EQ(list.PositionOf("дата"), 3U);
   EXPECT_EQ(list.PositionOf("ÉTÉ"), 4U);
   EXPECT_EQ(list.PositionOf("ete"), 0U);
-  ExpectFailure(RuntimeFailure::KeyInUse, kKeyInUse, [&] { list.Add(5, "Été"); });
+  ExpectRuntimeFailure(RuntimeFailure::KeyInUse, kKeyInUse, [&] { list.Add(5, "Été"); });
   EXPECT_TRUE(list.RemoveKey("größe"));
   ExpectConsistent(list);
 }
@@ -141,9 +141,9 @@ TEST(KeyedListTest, AnIndexThatIsNeitherRaises13) {
 
 TEST(KeyedListTest, ADuplicateKeyRaises457AndChangesNothing) {
   auto list = ThreeMembers();
-  ExpectFailure(RuntimeFailure::KeyInUse, kKeyInUse, [&] { list.Add(99, "ONE"); });
-  ExpectFailure(RuntimeFailure::KeyInUse, kKeyInUse, [&] { list.Insert(1, 99, "two"); });
-  ExpectFailure(RuntimeFailure::KeyInUse, kKeyInUse, [&] { list.Rename(1, "THREE"); });
+  ExpectRuntimeFailure(RuntimeFailure::KeyInUse, kKeyInUse, [&] { list.Add(99, "ONE"); });
+  ExpectRuntimeFailure(RuntimeFailure::KeyInUse, kKeyInUse, [&] { list.Insert(1, 99, "two"); });
+  ExpectRuntimeFailure(RuntimeFailure::KeyInUse, kKeyInUse, [&] { list.Rename(1, "THREE"); });
   EXPECT_EQ(Shown(list), "One=10 Two=20 Three=30 ");
   ExpectConsistent(list);
 }
@@ -172,7 +172,7 @@ TEST(KeyedListTest, MembersMayHaveNoKey) {
   list.Insert(1, 3);
   EXPECT_EQ(Shown(list), "=3 =1 =2 ");
   EXPECT_EQ(list.PositionOf(""), 3U);
-  ExpectFailure(RuntimeFailure::KeyInUse, kKeyInUse, [&] { list.Add(4, ""); });
+  ExpectRuntimeFailure(RuntimeFailure::KeyInUse, kKeyInUse, [&] { list.Add(4, ""); });
 }
 
 TEST(KeyedListTest, MembersWithoutAKeyComeAndGoBesideKeyedOnes) {
@@ -297,7 +297,7 @@ TEST(KeyedListTest, KeysAreFoundAndRefusedWhetherMembersAreFewOrMany) {
     ExpectConsistent(list);
     EXPECT_EQ(list.FindKey("Missing"), nullptr);
     EXPECT_EQ(list.FindKey(""), nullptr);
-    ExpectFailure(RuntimeFailure::KeyInUse, kKeyInUse, [&] { list.Add(0, key); });
+    ExpectRuntimeFailure(RuntimeFailure::KeyInUse, kKeyInUse, [&] { list.Add(0, key); });
   }
   for (int count = 12; count >= 1; --count) {
     EXPECT_TRUE(list.RemoveKey("KEY" + std::to_string(count)));

@@ -35,7 +35,8 @@ const struct Conversion {
 TEST(VariantConvertTest, NullRaises94InEveryConversion) {
   for (const Conversion& row : kConversions) {
     SCOPED_TRACE(row.Name);
-    ExpectFailure(RuntimeFailure::InvalidUseOfNull, "Invalid use of Null", [&] { row.Convert(Variant::Null()); });
+    ExpectRuntimeFailure(RuntimeFailure::InvalidUseOfNull, "Invalid use of Null",
+                         [&] { row.Convert(Variant::Null()); });
   }
 }
 
@@ -303,7 +304,8 @@ TEST(VariantConvertTest, ElementsOfAnArrayRefuseWhatDoesNotConvert) {
   auto bytes = Variant::Array(0, 0, VarType::Byte);
   ExpectOverflow([&] { bytes.SetElement(0, 256); });
   auto dates = Variant::Array(0, 0, VarType::Date);
-  ExpectFailure(RuntimeFailure::InvalidUseOfNull, "Invalid use of Null", [&] { dates.SetElement(0, Variant::Null()); });
+  ExpectRuntimeFailure(RuntimeFailure::InvalidUseOfNull, "Invalid use of Null",
+                       [&] { dates.SetElement(0, Variant::Null()); });
   EXPECT_EQ(objects.Element(0).TypeName(), "Nothing");
   ExpectInvalidArgument([] { Variant::Array(0, 0, VarType::Null); });
 }

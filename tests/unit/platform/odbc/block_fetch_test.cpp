@@ -89,22 +89,22 @@ TEST_F(BlockFetchTest, RowThatDoesNotConvertIsTheDriversFailure) {
   odbc->FailingRow = 1500;
   odbc->Diagnostics = {{"22003", 9, "out of range"}};
   const auto result = OpenNumbers(2000);
-  ExpectFailure(9, "22003: out of range", [&] { result->MoveLast(); });
+  ExpectRdoFailure(9, "22003: out of range", [&] { result->MoveLast(); });
 }
 
 TEST_F(BlockFetchTest, NumberThatIsNoByteRaises6WithItsColumn) {
   odbc->Columns = {{"Age", -6}};
   odbc->Rows = {{"-5"}};
-  ExpectFailure(static_cast<std::int32_t>(RuntimeFailure::Overflow), "'Age'", [&] { OpenRows(); });
+  ExpectRdoFailure(static_cast<std::int32_t>(RuntimeFailure::Overflow), "'Age'", [&] { OpenRows(); });
 }
 
 TEST_F(BlockFetchTest, FailedFetchCanNotBeTakenForTheEnd) {
   odbc->FailName = "FetchScroll";
   odbc->FailNameFrom = 3;
   const auto result = OpenNumbers(5000);
-  ExpectFailure(7, "fake failure", [&] { result->MoveLast(); });
+  ExpectRdoFailure(7, "fake failure", [&] { result->MoveLast(); });
   odbc->FailName.clear();
-  ExpectFailure(rdErrClosed, "could not be read to its end", [&] { result->MoveLast(); });
+  ExpectRdoFailure(rdErrClosed, "could not be read to its end", [&] { result->MoveLast(); });
   EXPECT_EQ(result->RowCount(), -1);
 }
 

@@ -59,7 +59,7 @@ TEST_F(ConnectionEndTest, CloseEndsTheResultsThatHangOnTheConnection) {
   environment->Close();
   EXPECT_EQ(odbc->OpenHandles(), 0U);
   EXPECT_EQ(result->GetRows(10).Rows(), 10U);
-  ExpectFailure(rdErrClosed, "", [&] { result->GetRows(5000); });
+  ExpectRdoFailure(rdErrClosed, "", [&] { result->GetRows(5000); });
   EXPECT_EQ(odbc->Misuses, 0);
 }
 

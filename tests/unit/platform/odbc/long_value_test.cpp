@@ -88,7 +88,7 @@ TEST_F(LongValueTest, FailureOfAnyPieceIsRaised) {
     const auto column = Column(kLongText, Story(100));
     odbc->FailName = "GetData";
     odbc->FailNameFrom = piece;
-    ExpectFailure(7, "fake failure", [&] { column->ColumnSize(); });
+    ExpectRdoFailure(7, "fake failure", [&] { column->ColumnSize(); });
     odbc->FailName.clear();
     odbc->CallsOf.clear();
     EXPECT_EQ(column->ColumnSize(), 100);

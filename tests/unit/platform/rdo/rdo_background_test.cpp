@@ -39,7 +39,7 @@ TEST_F(RdoBackgroundTest, CancelIsRepeatedUntilTheStatementEnds) {
   result->Cancel();
   EXPECT_GE(odbc->CallsOf["Cancel"], 3);
   EXPECT_FALSE(result->StillExecuting());
-  ExpectFailure(rdErrClosed, "closed", [&] { result->MoveFirst(); });
+  ExpectRdoFailure(rdErrClosed, "closed", [&] { result->MoveFirst(); });
 }
 
 TEST_F(RdoBackgroundTest, CancelOfAnOpenResultDoesNothing) {
@@ -54,7 +54,7 @@ TEST_F(RdoBackgroundTest, CancelOfAResultThatNobodyLookedAtClosesIt) {
   odbc->Release();
   while (result->StillExecuting()) std::this_thread::yield();
   result->Cancel();
-  ExpectFailure(rdErrClosed, "closed", [&] { result->MoveFirst(); });
+  ExpectRdoFailure(rdErrClosed, "closed", [&] { result->MoveFirst(); });
 }
 
 TEST_F(RdoBackgroundTest, EndOfTheResultStopsTheStatement) {
@@ -69,7 +69,7 @@ TEST_F(RdoBackgroundTest, EndOfTheEnvironmentStopsTheStatement) {
   const auto result = OpenHeld(Open());
   environment->Close();
   EXPECT_FALSE(result->StillExecuting());
-  ExpectFailure(rdErrClosed, "closed", [&] { result->MoveFirst(); });
+  ExpectRdoFailure(rdErrClosed, "closed", [&] { result->MoveFirst(); });
   EXPECT_EQ(odbc->Misuses, 0);
 }
 
@@ -86,9 +86,9 @@ TEST_F(RdoBackgroundTest, NextStatementWaitsForTheOneThatRuns) {
 TEST_F(RdoBackgroundTest, FailureIsRaisedOnceAndLeavesTheResultClosed) {
   odbc->FailName = "Execute";
   const auto result = Open()->CreateQuery("", "SELECT")->OpenResultset({.Options = rdAsyncEnable});
-  ExpectFailure(7, "HY000: fake failure", [&] { result->RowCount(); });
+  ExpectRdoFailure(7, "HY000: fake failure", [&] { result->RowCount(); });
   EXPECT_EQ(engine->rdoErrors().size(), 1U);
-  ExpectFailure(rdErrClosed, "closed", [&] { result->RowCount(); });
+  ExpectRdoFailure(rdErrClosed, "closed", [&] { result->RowCount(); });
 }
 
 TEST_F(RdoBackgroundTest, DriverThatKeepsItsLockGetsSeveralStatementsOnTheCallersThread) {
@@ -98,7 +98,7 @@ TEST_F(RdoBackgroundTest, DriverThatKeepsItsLockGetsSeveralStatementsOnTheCaller
     return connection->CreateQuery("", sql)->OpenResultset({.Options = rdAsyncEnable})->StillExecuting();
   };
   odbc->FailName = "Execute";
-  ExpectFailure(7, "fake", [&] { open("SELECT 1; SELECT 2"); });
+  ExpectRdoFailure(7, "fake", [&] { open("SELECT 1; SELECT 2"); });
   EXPECT_NO_THROW(open("SELECT ';'; "));
 }
 
@@ -133,7 +133,7 @@ TEST_F(RdoBackgroundTest, FailureOfFetchingAheadIsRaisedWhereTheRowsAreRead) {
   connection->CreateQuery("", "DELETE")->Execute();
   EXPECT_TRUE(engine->rdoErrors().empty());
   EXPECT_EQ(result->GetRows(10).Rows(), 10U);
-  ExpectFailure(7, "fake", [&] { result->GetRows(900); });
+  ExpectRdoFailure(7, "fake", [&] { result->GetRows(900); });
 }
 
 }  // namespace

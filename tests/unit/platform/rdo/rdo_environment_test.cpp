@@ -57,7 +57,7 @@ TEST_F(RdoEnvironmentTest, BeginTransIsAllOrNothing) {
   const auto first = Open();
   const auto second = Open();
   odbc->FailAt = odbc->CallCount + 2;
-  ExpectFailure(7, "fake failure", [&] { environment->BeginTrans(); });
+  ExpectRdoFailure(7, "fake failure", [&] { environment->BeginTrans(); });
   EXPECT_EQ(odbc->Transactions, (Texts{"begin 1", "rollback 1"}));
   environment->BeginTrans();
   EXPECT_EQ(odbc->Transactions.back(), "begin 2");
@@ -69,7 +69,7 @@ TEST_F(RdoEnvironmentTest, FailedCommitLeavesTheTransactionToBeRolledBack) {
   environment->BeginTrans();
   odbc->FailName = "EndTran";
   odbc->FailNameFrom = 2;
-  ExpectFailure(7, "fake failure", [&] { environment->CommitTrans(); });
+  ExpectRdoFailure(7, "fake failure", [&] { environment->CommitTrans(); });
   odbc->FailName.clear();
   environment->RollbackTrans();
   EXPECT_EQ(odbc->Transactions.back(), "rollback 2");
@@ -104,8 +104,8 @@ TEST_F(RdoEnvironmentTest, ClosedEnvironmentOpensNothingAndClosesAgain) {
   const auto connection = Open();
   environment->Close();
   EXPECT_EQ(odbc->OpenHandles(), 0U);
-  ExpectFailure(rdErrClosed, "environment is closed", [&] { Open(); });
-  ExpectFailure(rdErrClosed, "environment is closed", [&] { environment->BeginTrans(); });
+  ExpectRdoFailure(rdErrClosed, "environment is closed", [&] { Open(); });
+  ExpectRdoFailure(rdErrClosed, "environment is closed", [&] { environment->BeginTrans(); });
   environment->Close();
   connection->Close();
   EXPECT_EQ(odbc->Misuses, 0);

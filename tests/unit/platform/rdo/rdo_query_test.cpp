@@ -67,7 +67,7 @@ TEST_F(RdoQueryTest, OutputOfBytesIsRefused) {
   const auto query = Open()->CreateQuery("", "{ call p (?) }");
   query->rdoParameters()[0]->SetDirection(rdParamOutput);
   query->rdoParameters()[0]->SetType(rdTypeVARBINARY);
-  ExpectFailure(static_cast<std::int32_t>(RuntimeFailure::InvalidArgument), "'Param1'", [&] { query->Execute(); });
+  ExpectRdoFailure(static_cast<std::int32_t>(RuntimeFailure::InvalidArgument), "'Param1'", [&] { query->Execute(); });
 }
 
 TEST_F(RdoQueryTest, InputOfAnOutputHasToFitItsType) {
@@ -75,7 +75,7 @@ TEST_F(RdoQueryTest, InputOfAnOutputHasToFitItsType) {
   query->rdoParameters()[0]->SetDirection(rdParamInputOutput);
   query->rdoParameters()[0]->SetType(rdTypeINTEGER);
   query->rdoParameters()[0]->SetValue(1.5);
-  ExpectFailure(static_cast<std::int32_t>(RuntimeFailure::Overflow), "", [&] { query->Execute(); });
+  ExpectRdoFailure(static_cast<std::int32_t>(RuntimeFailure::Overflow), "", [&] { query->Execute(); });
 }
 
 // Name, kind (1 in, 2 in and out, 3 column of the result, 4 out, 5 return value) and driver's type, as a catalogue has
@@ -128,7 +128,7 @@ TEST_F(RdoQueryTest, TextThatIsNoCallAsksNoCatalogue) {
 TEST_F(RdoQueryTest, QueryGoesOnAfterAFailure) {
   const auto query = Open()->CreateQuery("", "DELETE FROM t");
   odbc->FailName = "Execute";
-  ExpectFailure(7, "HY000: fake failure", [&] { query->Execute(); });
+  ExpectRdoFailure(7, "HY000: fake failure", [&] { query->Execute(); });
   EXPECT_EQ(engine->rdoErrors().size(), 1U);
   odbc->FailName.clear();
   query->Execute();
@@ -138,8 +138,8 @@ TEST_F(RdoQueryTest, QueryGoesOnAfterAFailure) {
 TEST_F(RdoQueryTest, QueryOfAClosedConnectionIsRefused) {
   const auto query = Open()->CreateQuery("", "DELETE FROM t");
   environment->Close();
-  ExpectFailure(rdErrClosed, "closed", [&] { query->Execute(); });
-  ExpectFailure(rdErrClosed, "closed", [&] { query->OpenResultset(); });
+  ExpectRdoFailure(rdErrClosed, "closed", [&] { query->Execute(); });
+  ExpectRdoFailure(rdErrClosed, "closed", [&] { query->OpenResultset(); });
 }
 
 TEST_F(RdoQueryTest, TableIsReadWholeAndItsNameDelimitedOnlyWhereItMust) {

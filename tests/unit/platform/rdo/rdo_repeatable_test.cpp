@@ -104,7 +104,7 @@ TEST_F(RdoRepeatableTest, AFailureToRunAgainLeavesThePosition) {
   const auto result = OpenMany();
   ReadPages(*result, 1, 70);
   odbc->FailName = "Execute";
-  ExpectFailure(7, "fake failure", [&] { result->MoveFirst(); });
+  ExpectRdoFailure(7, "fake failure", [&] { result->MoveFirst(); });
   EXPECT_EQ(result->AbsolutePosition(), 35001);
   odbc->FailName.clear();
   result->MoveFirst();
@@ -124,8 +124,8 @@ TEST_F(RdoRepeatableTest, GoingOnBehindAFailureToRunAgainIsRefused) {
   const auto result = OpenMany();
   ReadPages(*result, 1, 70);
   odbc->FailName = "Execute";
-  ExpectFailure(7, "fake failure", [&] { result->MoveFirst(); });
-  ExpectFailure(rdErrClosed, "could not be read to its end", [&] { result->MoveLast(); });
+  ExpectRdoFailure(7, "fake failure", [&] { result->MoveFirst(); });
+  ExpectRdoFailure(rdErrClosed, "could not be read to its end", [&] { result->MoveLast(); });
 }
 
 TEST_F(RdoRepeatableTest, TableThatWasMadeAnewWithOtherColumnsIsRefusedAndNotReadIntoTheOldOnes) {
@@ -133,7 +133,7 @@ TEST_F(RdoRepeatableTest, TableThatWasMadeAnewWithOtherColumnsIsRefusedAndNotRea
   ReadPages(*result, 1, 70);
   std::swap(odbc->Columns[0], odbc->Columns[1]);
   for (auto& row : odbc->Rows) std::swap(row[0], row[1]);
-  ExpectFailure(rdErrClosed, "columns of the result have changed", [&] { result->MoveFirst(); });
+  ExpectRdoFailure(rdErrClosed, "columns of the result have changed", [&] { result->MoveFirst(); });
   EXPECT_EQ(result->AbsolutePosition(), 35001);
   std::swap(odbc->Columns[0], odbc->Columns[1]);
   for (auto& row : odbc->Rows) std::swap(row[0], row[1]);
@@ -147,7 +147,7 @@ TEST_F(RdoRepeatableTest, ColumnsThatChangedBeforeALongValueIsReadWholeAreRefuse
   odbc->Rows[2000][1] = std::string(10000, 'x');
   const auto result = Open()->CreateQuery("", "SELECT")->OpenResultset({.Type = rdOpenKeyset, .Repeatable = true});
   odbc->Columns[0].Name = "Number";
-  ExpectFailure(rdErrClosed, "columns of the result have changed", [&] { result->GetRows(3001); });
+  ExpectRdoFailure(rdErrClosed, "columns of the result have changed", [&] { result->GetRows(3001); });
 }
 
 TEST_F(RdoRepeatableTest, LongValueOfARowThatWasReadAnewIsReadAnew) {

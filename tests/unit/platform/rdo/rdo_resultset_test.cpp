@@ -91,7 +91,7 @@ TEST_F(RdoResultsetTest, BookmarkIsThePosition) {
 TEST_F(RdoResultsetTest, BookmarkOfNoRowRaises5AndMovesNothing) {
   const auto result = OpenNumbers(3);
   for (const int bookmark : {0, -1, 4}) {
-    ExpectFailure(kInvalidArgument, "", [&] { result->SetBookmark(bookmark); });
+    ExpectRdoFailure(kInvalidArgument, "", [&] { result->SetBookmark(bookmark); });
     EXPECT_EQ(result->AbsolutePosition(), 1);
   }
 }
@@ -99,8 +99,8 @@ TEST_F(RdoResultsetTest, BookmarkOfNoRowRaises5AndMovesNothing) {
 TEST_F(RdoResultsetTest, ReadingWithoutACurrentRowRaises40009) {
   const auto result = OpenNumbers(1);
   result->MoveNext();
-  ExpectFailure(rdErrNoCurrentRow, "no current row", [&] { result->Bookmark(); });
-  ExpectFailure(rdErrNoCurrentRow, "no current row", [&] { result->rdoColumns().At(std::size_t{1})->Value(); });
+  ExpectRdoFailure(rdErrNoCurrentRow, "no current row", [&] { result->Bookmark(); });
+  ExpectRdoFailure(rdErrNoCurrentRow, "no current row", [&] { result->rdoColumns().At(std::size_t{1})->Value(); });
 }
 
 TEST_F(RdoResultsetTest, AbsolutePositionBeyondAnEndGoesToThatEnd) {
@@ -132,11 +132,11 @@ TEST_F(RdoResultsetTest, ForwardOnlyResultRefusesWhatGoesBack) {
   const auto result = OpenNumbers(3000, rdOpenForwardOnly);
   result->MoveFirst();
   EXPECT_EQ(result->GetRows(2000).Rows(), 2000U);
-  ExpectFailure(rdErrForwardOnly, "forward-only", [&] { result->MoveLast(); });
-  ExpectFailure(rdErrForwardOnly, "forward-only", [&] { result->MovePrevious(); });
-  ExpectFailure(rdErrForwardOnly, "forward-only", [&] { result->MoveFirst(); });
-  ExpectFailure(rdErrForwardOnly, "forward-only", [&] { result->Move(-1); });
-  ExpectFailure(rdErrForwardOnly, "forward-only", [&] { result->SetBookmark(1); });
+  ExpectRdoFailure(rdErrForwardOnly, "forward-only", [&] { result->MoveLast(); });
+  ExpectRdoFailure(rdErrForwardOnly, "forward-only", [&] { result->MovePrevious(); });
+  ExpectRdoFailure(rdErrForwardOnly, "forward-only", [&] { result->MoveFirst(); });
+  ExpectRdoFailure(rdErrForwardOnly, "forward-only", [&] { result->Move(-1); });
+  ExpectRdoFailure(rdErrForwardOnly, "forward-only", [&] { result->SetBookmark(1); });
   EXPECT_EQ(result->AbsolutePosition(), 2001);
   EXPECT_EQ(result->GetRows(2000).Rows(), 1000U);
 }
@@ -180,13 +180,13 @@ TEST_F(RdoResultsetTest, ClosedResultKeepsWhatItHasGivenAndRefusesTheRest) {
   result->Close();
   EXPECT_EQ(Numbers(block), (std::vector<int>{1, 2, 3}));
   EXPECT_TRUE(result->AtEOF());
-  ExpectFailure(rdErrClosed, "result is closed", [&] { result->GetRows(1); });
-  ExpectFailure(rdErrClosed, "result is closed", [&] { result->MoveFirst(); });
-  ExpectFailure(rdErrClosed, "result is closed", [&] { result->RowCount(); });
+  ExpectRdoFailure(rdErrClosed, "result is closed", [&] { result->GetRows(1); });
+  ExpectRdoFailure(rdErrClosed, "result is closed", [&] { result->MoveFirst(); });
+  ExpectRdoFailure(rdErrClosed, "result is closed", [&] { result->RowCount(); });
 }
 
 TEST_F(RdoResultsetTest, NegativeNumberOfRowsRaises5) {
-  ExpectFailure(kInvalidArgument, "", [&] { OpenNumbers(3)->GetRows(-1); });
+  ExpectRdoFailure(kInvalidArgument, "", [&] { OpenNumbers(3)->GetRows(-1); });
 }
 
 }  // namespace
