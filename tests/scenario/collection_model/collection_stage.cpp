@@ -290,14 +290,11 @@ constexpr CollectionAct kActs[] = {
      [](S& s, const Step&, auto&) { s.Mine->Undo(); }},
 };
 
-// Most are short, for what matters takes few steps; some are long, for the states that many steps leave behind.
-std::size_t DrawnLength(Dice& dice) { return dice.OneIn(16) ? 16 + dice.Below(24) : 6 + dice.Below(6); }
-
 }  // namespace
 
 std::vector<CollectionStep> DrawnCollectionSteps(std::uint64_t seed) {
   Dice dice(seed);
-  std::vector<CollectionStep> steps(DrawnLength(dice));
+  std::vector<CollectionStep> steps(dice.Length({6, 6}, {16, 24}));
   for (auto& step : steps) {
     step.Act = &dice.ByWeight(kActs);
     step.Object = dice.Below(16);

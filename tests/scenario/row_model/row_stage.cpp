@@ -173,14 +173,11 @@ constexpr RowAct kActs[] = {
      [](S& s, const P&, const Step&) { s.WriteGuards(); }},
 };
 
-// Most are short, for what matters takes few steps; some are long, for the states that many steps leave behind.
-std::size_t DrawnLength(Dice& dice) { return dice.OneIn(16) ? 12 + dice.Below(20) : 4 + dice.Below(6); }
-
 }  // namespace
 
 std::vector<RowStep> DrawnRowSteps(std::uint64_t seed) {
   Dice dice(seed);
-  std::vector<RowStep> steps(DrawnLength(dice));
+  std::vector<RowStep> steps(dice.Length({4, 6}, {12, 20}));
   for (auto& step : steps) {
     step.Act = &dice.ByWeight(kActs);
     step.Row = dice.Below(8);

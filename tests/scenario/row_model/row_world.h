@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "tests/scenario/row_model/row_model.h"
+#include "tests/support/dice.h"
 #include "tests/support/one_action.h"
 #include "tests/support/scoped_apartment.h"
 #include "tests/support/sqlite_file.h"
-#include "tests/unit/properties/state_model/state_values.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/property.h"
 
