@@ -347,7 +347,7 @@ FakeOdbc::Code FakeOdbc::GetData(Handle statement, Word column, Small cType, Han
     std::memcpy(value, rest.data(), std::min(rest.size(), room));
   }
   if (rest.size() <= room) return SQL_SUCCESS;
-  if (!TellsLengths) *indicator = SQL_NO_TOTAL;
+  if (!(cType == SQL_C_CHAR ? TellsTextLengths : TellsLengths)) *indicator = SQL_NO_TOTAL;
   return SQL_SUCCESS_WITH_INFO;
 }
 

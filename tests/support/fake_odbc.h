@@ -62,8 +62,9 @@ class FakeOdbc final : public odbc::Calls {
   std::string DriverName = "fake.so";
   Word ActiveStatements = 0;  // as many as wanted
   bool TransactionKeepsResults = true;
-  bool TellsLengths = true;  // of a value that GetData has not given whole
-  int LostCancels = 0;       // so many come before the execution that they mean
+  bool TellsLengths = true;      // of bytes that GetData has not given whole
+  bool TellsTextLengths = true;  // of such a text
+  int LostCancels = 0;           // so many come before the execution that they mean
 
   // What fails: the n-th of all calls (freeing is not counted), or every call of a name from the n-th of them on.
   int FailAt = 0;

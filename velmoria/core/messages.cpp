@@ -82,12 +82,13 @@ MessagePtr Messages::Item(const Variant& index) const {
   return item == nullptr ? MessagePtr() : *item;
 }
 
-MessagePtr Messages::SetupItem(const MessageArguments& arguments) {
+MessagePtr Messages::SetupItem(MessageArguments arguments) {
   if (!suspendRoutine_.empty()) return {};
+  const auto number = static_cast<std::int32_t>(arguments.Number);
   MessagePtr item;
-  WithErrorsIgnored([&] { item = Make<Message>(arguments); });
+  WithErrorsIgnored([&] { item = Make<Message>(std::move(arguments)); });
   Add(item);
-  WithErrorsIgnored([&] { AddWarnings(*this, DaoErrorsOf(static_cast<std::int32_t>(arguments.Number)), tfDAO); });
+  WithErrorsIgnored([&] { AddWarnings(*this, DaoErrorsOf(number), tfDAO); });
   WithErrorsIgnored([&] { AddWarnings(*this, TakeRdoErrors(), tfRDO); });
   return item;
 }

@@ -64,7 +64,7 @@ class VELMORIA_API Messages final : public Object {
   /// Records a message and behind it, as warnings, what the database engines themselves say: DAO's list of errors when
   /// its last entry has the number given, RDO's list whatever the number, which is emptied then. The result is the new
   /// message, also when it was declined, or none while messaging is suspended.
-  MessagePtr SetupItem(const MessageArguments& arguments);
+  MessagePtr SetupItem(MessageArguments arguments);
 
   /// The name of the routine that suspended messaging, or "" while messages are recorded.
   std::string SuspendRoutine() const { return suspendRoutine_; }

@@ -25,6 +25,11 @@ void AppendOperatorValue(std::string& text, const Property& property, zEngines e
 
 void AppendSet(std::string& text, const Property& property, zSourceTypes sourceType, zEngines engine);
 
+/// Properties.SetClause and ValuesClause. What is long is written once, where it stays.
+void AppendSetClause(std::string& text, const Properties& properties, zSourceTypes sourceType, zEngines engine,
+                     bool dirtyOnly);
+void AppendValuesClause(std::string& text, const Properties& properties, zEngines engine, bool dirtyOnly);
+
 void AppendWhere(std::string& text, const Property& property, zSourceTypes sourceType, zEngines engine);
 
 }  // namespace velmoria::sql

@@ -1,4 +1,5 @@
 #include <array>
+#include <span>
 #include <string_view>
 
 #include "velmoria/core/type_codes.h"
@@ -21,7 +22,22 @@ void AppendCharacter(std::string& text, Byte code) {
   AppendUtf8(text, code >= 0x80 && code <= 0x9F ? kUpperControls[code - 0x80U] : code);
 }
 
+// A long value is not moved for what follows it.
+void MakeRoom(std::string& text, std::size_t characters) {
+  constexpr std::size_t kLong = 65536;
+  constexpr std::size_t kBehind = 4096;
+  if (characters >= kLong) text.reserve(text.size() + characters + kBehind);
+}
+
+// At most.
+std::size_t LengthOf(std::span<const Byte> codes) {
+  std::size_t length = 0;
+  for (const auto code : codes) length += code < 0x80 ? 1 : code < 0xA0 ? 3 : 2;
+  return length;
+}
+
 void AppendText(std::string& text, std::string_view value) {
+  MakeRoom(text, value.size());
   text += '\'';
   for (const char character : value) {
     if (character == '\'') text += '\'';
@@ -59,6 +75,7 @@ bool IsVariantArray(const Variant& value) { return value.Type() == ArrayOf(VarTy
 void AppendBytes(std::string& text, const Variant& value) {
   text += '\'';
   if (value.IsByteArray()) {
+    MakeRoom(text, LengthOf(value.Bytes()));
     for (const auto code : value.Bytes()) AppendCharacter(text, code);
   } else if (!IsVariantArray(value)) {
     text += value.AsText();

@@ -9,34 +9,51 @@ namespace {
 
 /// The members that take part, each appended by `append`, with ", " between.
 template <class Append>
-std::string Joined(const Properties& properties, bool dirtyOnly, Append append) {
-  std::string text;
+void AppendJoined(std::string& text, const Properties& properties, bool dirtyOnly, Append append) {
+  const auto before = text.size();
   for (const auto& property : properties) {
     if (dirtyOnly && !property->DirtyValue()) continue;
-    if (!text.empty()) text += ", ";
+    if (text.size() != before) text += ", ";
     append(text, *property);
   }
-  return text;
 }
 
 }  // namespace
 
+namespace sql {
+
+void AppendSetClause(std::string& text, const Properties& properties, zSourceTypes sourceType, zEngines engine,
+                     bool dirtyOnly) {
+  AppendJoined(text, properties, dirtyOnly,
+               [&](std::string& end, const Property& property) { AppendSet(end, property, sourceType, engine); });
+}
+
+void AppendValuesClause(std::string& text, const Properties& properties, zEngines engine, bool dirtyOnly) {
+  AppendJoined(text, properties, dirtyOnly,
+               [&](std::string& end, const Property& property) { AppendValue(end, property, engine); });
+}
+
+}  // namespace sql
+
 std::string Properties::NamesClause(zSourceTypes sourceType, bool dirtyOnly) const {
-  return Joined(*this, dirtyOnly,
-                [&](std::string& text, const Property& property) { sql::AppendName(text, property, sourceType); });
+  std::string text;
+  AppendJoined(text, *this, dirtyOnly,
+               [&](std::string& end, const Property& property) { sql::AppendName(end, property, sourceType); });
+  return text;
 }
 
 std::string Properties::ValuesClause(zEngines engine, bool dirtyOnly) const {
-  return Joined(*this, dirtyOnly,
-                [&](std::string& text, const Property& property) { sql::AppendValue(text, property, engine); });
+  std::string text;
+  sql::AppendValuesClause(text, *this, engine, dirtyOnly);
+  return text;
 }
 
 // The table is not looked at: a source of several tables gets the same list for each.
 std::string Properties::SetClause(zSourceTypes sourceType, zEngines engine, const std::string& /*sourceTable*/,
                                   bool dirtyOnly) const {
-  return Joined(*this, dirtyOnly, [&](std::string& text, const Property& property) {
-    sql::AppendSet(text, property, sourceType, engine);
-  });
+  std::string text;
+  sql::AppendSetClause(text, *this, sourceType, engine, dirtyOnly);
+  return text;
 }
 
 std::string Properties::WhereClause(zSourceTypes sourceType, const PropertiesPtr& values, zEngines engine) const {

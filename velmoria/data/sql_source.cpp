@@ -4,6 +4,7 @@
 
 #include "velmoria/core/apartment_impl.h"
 #include "velmoria/core/messages.h"
+#include "velmoria/data/sql_clauses_impl.h"
 #include "velmoria/design/source.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/property.h"
@@ -125,11 +126,13 @@ std::string Source::SQLInsert(const PropertiesPtr& properties, bool& returnsIden
   if (sourceType == stView && row.Count() == 0) return {};
   const auto identity = CounterColumns(properties, parameters)->ReturnIdentityClause(sourceType);
   const auto names = row.NamesClause(sourceType, true);
-  const auto values = row.ValuesClause(Engine(), true);
+  const bool spaced = !identity.empty() || sourceType == stView;
+  auto text = Concat({sourceType == stView ? " INSERT INTO " : "INSERT INTO ", SourceText(), " ( ", names, " ) VALUES",
+                      spaced ? " ( " : " ("});
+  sql::AppendValuesClause(text, row, Engine(), true);
   returnsIdentity = !identity.empty();
-  const bool spaced = returnsIdentity || sourceType == stView;
-  return Concat({sourceType == stView ? " INSERT INTO " : "INSERT INTO ", SourceText(), " ( ", names, " ) VALUES",
-                 spaced ? " ( " : " (", values, returnsIdentity ? " ) " : " )", identity});
+  text.append(returnsIdentity ? " ) " : " )").append(identity);
+  return text;
 } catch (...) { Failed("SQLInsert"); }
 
 std::string Source::SQLUpdate(const PropertiesPtr& properties, const PropertiesPtr& parameters) try {
@@ -138,9 +141,10 @@ std::string Source::SQLUpdate(const PropertiesPtr& properties, const PropertiesP
   if (!IsTableOrView(sourceType)) return {};
   const auto& row = Present(properties);
   if (sourceType == stView && row.Count() == 0) return {};
-  return Concat({sourceType == stView ? " UPDATE " : "UPDATE ", SourceText(), " SET ",
-                 row.SetClause(sourceType, Engine(), {}, true), " WHERE ",
-                 Present(parameters).WhereClause(sourceType, nullptr, Engine())});
+  auto text = Concat({sourceType == stView ? " UPDATE " : "UPDATE ", SourceText(), " SET "});
+  sql::AppendSetClause(text, row, sourceType, Engine(), true);
+  text.append(" WHERE ").append(Present(parameters).WhereClause(sourceType, nullptr, Engine()));
+  return text;
 } catch (...) {
   PassRefusedOperator(*this, "SQLUpdate");
   Failed("SQLUpdate");

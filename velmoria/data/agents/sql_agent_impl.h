@@ -77,7 +77,7 @@ class SQLAgent final : public Agent, public Reporting {
   bool NeedsStatement() const;
   bool OnlyReads() const;
   OpenResultsetArguments HowToOpen() const;
-  rdoQueryPtr CreateStatement(const std::string& sql) const;
+  rdoQueryPtr CreateStatement(std::string sql) const;
   rdoQueryPtr CreatePreparedStatement() const;
   void CheckSourceType(const char* routine) const;
   void CheckRequiredValues() const;
@@ -96,7 +96,7 @@ class SQLAgent final : public Agent, public Reporting {
 
   void InsertRow(const PropertiesPtr& properties, const PropertiesPtr& parameters, bool identityRequired);
   void ReadIdentity(rdoQuery& query, const PropertiesPtr& properties, bool required) const;
-  void ExecuteLogged(const char* routine, const std::string& sql) const;
+  void ExecuteLogged(const char* routine, std::string sql) const;
 
   ClassPtr class_;
   ActionPtr action_;

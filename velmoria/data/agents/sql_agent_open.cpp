@@ -78,7 +78,7 @@ void AppendParameter(std::string& text, const rdoParameter& parameter) {
           "  Direction: " + NumberText(parameter.Direction()) + "  Value: ";
   const auto& value = parameter.Value();
   if (value.IsText())
-    text += Quoted(value.TextView());
+    text.append("'").append(value.TextView()).append("'");
   else if (value.IsByteArray())
     text += "(Byte Array)";
   else
@@ -127,8 +127,8 @@ void SQLAgent::DescribeResultset() try {
   if (!propertiesData_) propertiesData_ = action_->RDOCreatePropertiesData(*resultset_);
 } catch (...) { Failed("CreateResultset", SourceFailure(source_->SourceType()), {source_->SourceText()}); }
 
-rdoQueryPtr SQLAgent::CreateStatement(const std::string& sql) const {
-  auto query = action_->Connection()->GetConnection()->CreateQuery("", sql);
+rdoQueryPtr SQLAgent::CreateStatement(std::string sql) const {
+  auto query = action_->Connection()->GetConnection()->CreateQuery("", std::move(sql));
   query->SetPrepared(!has(source_->OptionFlags(), ofRDOPassthru));
   return query;
 }

@@ -50,8 +50,8 @@ void Refresh(Properties& properties, const std::vector<CounterValue>& values) {
 
 }  // namespace
 
-void SQLAgent::ExecuteLogged(const char* routine, const std::string& sql) const {
-  const auto query = CreateStatement(sql);
+void SQLAgent::ExecuteLogged(const char* routine, std::string sql) const {
+  const auto query = CreateStatement(std::move(sql));
   LogStatement(routine, *query);
   query->Execute();
   query->Close();
@@ -70,8 +70,7 @@ void SQLAgent::InsertPersistentProperties(const PropertiesPtr& properties) try {
 
 void SQLAgent::InsertRow(const PropertiesPtr& properties, const PropertiesPtr& parameters, bool identityRequired) {
   bool returnsIdentity = false;
-  const auto sql = source_->SQLInsert(properties, returnsIdentity, parameters);
-  const auto query = CreateStatement(sql);
+  const auto query = CreateStatement(source_->SQLInsert(properties, returnsIdentity, parameters));
   BindLongValues(*query, *properties);
   LogStatement("InsertPersistentProperties", *query);
   if (returnsIdentity)

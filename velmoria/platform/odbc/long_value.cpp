@@ -12,44 +12,52 @@ namespace {
 
 constexpr std::size_t kPieceOfUnknown = std::size_t{1} << 20;
 
-// The room that the rest of a value needs, as the driver announces it; some cannot tell.
-std::size_t RoomFor(Length left, std::size_t ending) {
-  return left == SQL_NO_TOTAL ? kPieceOfUnknown : static_cast<std::size_t>(left) + ending;
-}
+/// Asks the driver for a column piece by piece.
+class Pieces {
+ public:
+  Pieces(Statement& statement, Word column, bool isText) : statement_(statement), column_(column), isText_(isText) {
+    // The length is asked for first, so that a value takes no more room than its own and is not moved.
+    Read(CType(), &nothing_, 0);
+    if (isText && left_ == SQL_NO_TOTAL) Read(SQL_C_BINARY, &nothing_, 0);  // what would be converted has a length
+  }
 
-// What the driver had to give; more than was taken where it cannot tell how much.
-std::size_t GivenOf(Length left, std::size_t taken) {
-  if (left == SQL_NULL_DATA) return 0;
-  return left == SQL_NO_TOTAL ? taken + 1 : static_cast<std::size_t>(left);
-}
+  bool IsNull() const noexcept { return left_ == SQL_NULL_DATA; }
+  bool IsAtEnd() const noexcept { return left_ == 0; }
+  void AppendTo(std::vector<Byte>& value) {
+    const std::size_t before = value.size();
+    const std::size_t ending = isText_ ? 1 : 0;  // a text ends in a zero in every piece
+    const std::size_t taken = left_ > 0 ? static_cast<std::size_t>(left_) : kPieceOfUnknown;
+    value.resize(before + taken + ending);
+    Read(CType(), value.data() + before, taken + ending);
+    const bool goesOn = left_ == SQL_NO_TOTAL || left_ > static_cast<Length>(taken);
+    value.resize(before + (goesOn ? taken : static_cast<std::size_t>(std::max(left_, Length{0}))));
+    if (left_ != SQL_NO_TOTAL) left_ = goesOn ? left_ - static_cast<Length>(taken) : 0;
+  }
+
+ private:
+  Small CType() const noexcept { return isText_ ? SQL_C_CHAR : SQL_C_BINARY; }
+  void Read(Small cType, Byte* place, std::size_t room) {
+    left_ = 0;
+    const Code code =
+        statement_.Calls().GetData(statement_.Get(), column_, cType, place, static_cast<Length>(room), &left_);
+    if (code == SQL_NO_DATA) left_ = 0;
+    if (code != SQL_NO_DATA) statement_.Check(code);
+  }
+
+  Statement& statement_;
+  Word column_;
+  bool isText_;
+  Byte nothing_ = 0;
+  Length left_ = 0;
+};
 
 }  // namespace
 
-// The length is asked for first, so that a value takes the room of its own length and nothing is moved.
 Variant ReadLongValue(Statement& statement, Word column, bool isText) {
-  const Small cType = isText ? SQL_C_CHAR : SQL_C_BINARY;
-  const std::size_t ending = isText ? 1 : 0;  // a text ends in a zero in every piece
-  Length left = 0;
-  const auto read = [&](Byte* place, std::size_t room) {
-    const Code code =
-        statement.Calls().GetData(statement.Get(), column, cType, place, static_cast<Length>(room), &left);
-    if (code != SQL_NO_DATA) statement.Check(code);
-    return code != SQL_NO_DATA;
-  };
+  Pieces pieces(statement, column, isText);
+  if (pieces.IsNull()) return Variant::Null();
   std::vector<Byte> value;
-  Byte nothing = 0;
-  bool more = read(&nothing, 0) && left != 0;
-  if (more && left == SQL_NULL_DATA) return Variant::Null();
-  while (more) {
-    const std::size_t before = value.size();
-    const std::size_t room = RoomFor(left, ending);
-    value.resize(before + room);
-    const std::size_t taken = room - ending;
-    const std::size_t given = read(value.data() + before, room) ? GivenOf(left, taken) : 0;
-    more = given > taken;
-    value.resize(before + std::min(given, taken));
-    if (more && left != SQL_NO_TOTAL) left -= static_cast<Length>(taken);
-  }
+  while (!pieces.IsAtEnd()) pieces.AppendTo(value);
   return Variant(std::move(value));
 }
 

@@ -59,11 +59,18 @@ TEST_F(LongValueTest, ValueHandedOutIsTheHostsToChange) {
 }
 
 TEST_F(LongValueTest, ValueOfALengthThatTheDriverCannotTellIsReadInPieces) {
-  odbc->TellsLengths = false;
+  odbc->TellsLengths = odbc->TellsTextLengths = false;
   for (const auto type : {kLongText, kLongBytes}) {
     const auto column = Column(type, Story(3'000'000));
     EXPECT_EQ(column->GetChunk(3'000'000), Bytes(Story(3'000'000)));
   }
+}
+
+TEST_F(LongValueTest, LengthThatTheDriverCannotTellOfATextIsThatOfItsBytes) {
+  odbc->TellsTextLengths = false;
+  const auto column = Column(kLongText, Story(300'000));
+  EXPECT_EQ(column->GetChunk(300'000), Bytes(Story(300'000)));
+  EXPECT_EQ(odbc->CallsOf["GetData"], 3);
 }
 
 TEST_F(LongValueTest, NullIsNullAndNothingIsEmpty) {
