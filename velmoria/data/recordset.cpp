@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <utility>
 
 #include "velmoria/core/statistics.h"
@@ -94,13 +95,16 @@ RowChanges& Recordset::Changes() {
 std::int32_t Recordset::AddRow() {
   const auto row = Count();
   auto& changes = Changes();
-  changes.Touch(row, static_cast<std::size_t>(columns_->Count()));
+  changes.Touch(row, CellsOfRow());
   changes.Enter(List::New, row);
   ++addedRows_;
   return row;
 }
 
 std::size_t Recordset::ColumnOf(const Variant& index) const { return PlaceOfColumn(*columns_->Item(index)); }
+
+/// One for every column that there is or was.
+std::size_t Recordset::CellsOfRow() const { return static_cast<std::size_t>(columns_->LastOrder()); }
 
 Variant Recordset::Fetched(std::int32_t row, std::size_t column) const {
   if (column >= fetchedColumns_) Fail(RuntimeFailure::SubscriptOutOfRange);
@@ -119,18 +123,29 @@ void Recordset::RefuseDeleted(std::int32_t row, const char* routine) const {
   if (changes_ && changes_->IsIn(List::Deleted, row)) Raise(errPersistence_Deleted, routine, {NumberText(row)});
 }
 
+/// The host may have moved the definitions, or taken one out: a column keeps its place all the same.
+PropertyDataPtr Recordset::DefinitionAt(std::size_t column) const {
+  const auto definition =
+      std::ranges::find_if(*columns_, [=](const auto& each) { return PlaceOfColumn(*each) == column; });
+  return definition == columns_->end() ? PropertyDataPtr() : *definition;
+}
+
+bool Recordset::IsLong(std::int32_t row, std::size_t column) const {
+  return row < fetchedRows_ && rows_.Storage(column) == ColumnStorage::Placeholder;
+}
+
 // Nothing but a long column that was not read with its page has an Empty value under no change.
 bool Recordset::IsUnread(std::int32_t row, std::size_t column) const {
-  if (row >= fetchedRows_ || readsLong_ || rows_.Storage(column) != ColumnStorage::Placeholder) return false;
+  if (readsLong_ || !IsLong(row, column)) return false;
   if (changes_ && changes_->FindStored(row, column)) return false;
-  const Variant order(static_cast<std::int32_t>(column) + 1);
-  return agent_->AccessMethod() == kRdo && columns_->Item(order)->DataType() == dtByteArray;
+  const auto definition = DefinitionAt(column);
+  return definition && definition->DataType() == dtByteArray && agent_->AccessMethod() == kRdo;
 }
 
 void Recordset::ReadLong(std::int32_t row, std::size_t column) {
   const Marked reading(readsLong_);
-  const Variant order(static_cast<std::int32_t>(column) + 1);
-  Store(row, column, agent_->GetBLOBFieldValue(order, BuildProperties(row, "")));
+  const auto properties = BuildProperties(row, "");
+  Store(row, column, agent_->GetBLOBFieldValue(DefinitionAt(column)->Name(), properties));
 }
 
 Variant Recordset::PresentOrRead(std::int32_t row, std::size_t column) {

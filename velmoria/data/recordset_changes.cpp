@@ -31,7 +31,7 @@ bool IsRestored(const Variant& old, const Variant& present) {
 }  // namespace
 
 void Recordset::Store(std::int32_t row, std::size_t column, const Variant& value) {
-  auto& cells = Changes().Touch(row, static_cast<std::size_t>(columns_->Count())).Cells;
+  auto& cells = Changes().Touch(row, CellsOfRow()).Cells;
   if (column >= cells.size()) Fail(RuntimeFailure::SubscriptOutOfRange);
   cells[column].Present = value;
   cells[column].Stored = true;
@@ -136,7 +136,10 @@ void Recordset::SetStateFlags(std::int32_t row, zStateFlags flags) try {
 
 void Recordset::Restore(std::int32_t row, std::size_t column) {
   const auto old = OldColumn(row, column);
-  if (IsRestored(old, Present(row, column))) Store(row, column, old);
+  if (!IsRestored(old, Present(row, column))) return;
+  Store(row, column, old);
+  // A long column is read again when it is next asked for.
+  if (old.IsEmpty() && IsLong(row, column)) changes_->Touch(row, 0).Cells[column].Stored = false;
 }
 
 bool Recordset::CancelDelete(std::int32_t row) {
@@ -149,7 +152,7 @@ bool Recordset::CancelDelete(std::int32_t row) {
 void Recordset::Undo(std::int32_t row) try {
   if (!CancelDelete(row)) return;
   const bool isNew = changes_->IsIn(List::New, row);
-  const auto columns = static_cast<std::size_t>(columns_->Count());
+  const auto columns = CellsOfRow();
   // Columns that were not changed have an Empty old value, and that is what they go back to.
   for (std::size_t column = 0; column < columns; ++column) Restore(row, column);
   changes_->Leave(List::Dirty, row);

@@ -116,9 +116,12 @@ class Recordset final : public Object, public Reporting {
   PropertiesPtr BuildProperties(std::int32_t row, const std::string& key);
   std::int32_t AddRow();
   std::size_t ColumnOf(const Variant& index) const;
+  std::size_t CellsOfRow() const;
   Variant Fetched(std::int32_t row, std::size_t column) const;
   Variant Present(std::int32_t row, std::size_t column) const;
   Variant PresentOrRead(std::int32_t row, std::size_t column);
+  PropertyDataPtr DefinitionAt(std::size_t column) const;
+  bool IsLong(std::int32_t row, std::size_t column) const;
   bool IsUnread(std::int32_t row, std::size_t column) const;
   void ReadLong(std::int32_t row, std::size_t column);
   void RefuseDeleted(std::int32_t row, const char* routine) const;

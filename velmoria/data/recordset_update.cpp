@@ -63,7 +63,7 @@ void Recordset::FileAsSaved(std::int32_t row) {
 }
 
 void Recordset::NullEmptyValues(std::int32_t row) {
-  const auto columns = static_cast<std::size_t>(columns_->Count());
+  const auto columns = CellsOfRow();
   for (std::size_t column = 0; column < columns; ++column) {
     if (Present(row, column).IsEmpty()) Store(row, column, Variant::Null());
   }

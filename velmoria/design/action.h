@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "velmoria/design/action_kind.h"
@@ -90,13 +91,16 @@ class VELMORIA_API Action final : public DesignObject<ActionKind> {
 
  private:
   void PassOn(const ParentChange& change) override;
+  struct LastColumns;
   ConnectionPtr FindOrSetupConnection() const;
   PropertiesDataPtr DescribeSource();
+  PropertiesDataPtr MakeDefinitions(const rdoResultset& result, std::string& context);
 
   SourcesPtr sources_;
   KeyFormatPtr keyFormat_;
   ConnectionPtr connection_;
   PropertiesPtr schemaCache_;
+  std::shared_ptr<LastColumns> lastColumns_;
 };
 
 }  // namespace velmoria

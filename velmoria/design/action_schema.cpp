@@ -42,22 +42,51 @@ void AddColumn(PropertiesData& definitions, const odbc::ColumnInfo& column, zEng
       {.Attributes = AttributesOf(column), .OrdinalPosition = definitions.Count(), .ChunkRequired = column.IsLong});
 }
 
+PropertiesDataPtr DefinitionsOf(const std::vector<odbc::ColumnInfo>& columns, zEngines engine, std::string& context) {
+  auto definitions = Make<PropertiesData>();
+  for (const auto& column : columns) {
+    context = column.Name;
+    AddColumn(*definitions, column, engine);
+  }
+  return definitions;
+}
+
 }  // namespace
+
+/// What was made of a result's columns. Results that share the description get definitions like these, which are never
+/// given out themselves; they are made when the description comes for the second time.
+struct Action::LastColumns {
+  odbc::Columns Described;
+  zEngines Engine = engUnknown;
+  PropertiesDataPtr Definitions;
+
+  bool Are(const odbc::Columns& described, zEngines engine) const {
+    return Described == described && Engine == engine;
+  }
+};
+
+PropertiesDataPtr Action::MakeDefinitions(const rdoResultset& result, std::string& context) {
+  const auto engine = Connection()->Engine();
+  const auto& described = result.Described();
+  if (!lastColumns_ || !lastColumns_->Are(described, engine)) {
+    lastColumns_ = std::make_shared<LastColumns>(LastColumns{described, engine, {}});
+    return DefinitionsOf(*described, engine, context);
+  }
+  auto& like = lastColumns_->Definitions;
+  if (!like) like = DefinitionsOf(*described, engine, context);
+  return like->Twin();
+}
 
 PropertiesDataPtr Action::RDOCreatePropertiesData(rdoResultset& result) {
   std::string context;
   try {
-    const auto engine = Connection()->Engine();
-    auto definitions = Make<PropertiesData>();
+    const auto start = Now();
+    auto definitions = MakeDefinitions(result, context);
     const auto statistic =
         definitions->Statistics()->SetupItem({.Name = "Read " + Quoted(DatabaseName()) + " Properties Meta-data",
                                               .SubjectLabel = "Column",
-                                              .StartTime = Now()});
-    for (const auto& column : result.Described()) {
-      context = column.Name;
-      AddColumn(*definitions, column, engine);
-    }
-    statistic->SetSubjectCount(definitions->Count());
+                                              .SubjectCount = definitions->Count(),
+                                              .StartTime = start});
     statistic->SetEndTime(Now());
     return definitions;
   } catch (...) {

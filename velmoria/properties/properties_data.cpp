@@ -98,6 +98,15 @@ PropertiesDataPtr PropertiesData::Copy(bool recursive) const try {
   return copy;
 } catch (...) { Failed("Copy"); }
 
+PropertiesDataPtr PropertiesData::Twin() const {
+  auto twin = Make<PropertiesData>();
+  const auto created = Now();
+  twin->items_ = items_.Mapped([&](const auto& item) { return Make<PropertyData>(*item, created); });
+  twin->generation_ = generation_;
+  twin->lastOrder_ = lastOrder_;
+  return twin;
+}
+
 bool PropertiesData::Dirty() const {
   return !modified_.IsEmpty() || std::ranges::any_of(items_, [](const auto& item) { return item->Dirty(); });
 }

@@ -48,6 +48,9 @@ class PropertiesData final : public Object, public Reporting {
   /// Dirty, of clean copies of the members; recursive copies their Attributes.
   PropertiesDataPtr Copy(bool recursive) const;
 
+  /// A clean list of definitions like these, which have only been set up; as if made now.
+  PropertiesDataPtr Twin() const;
+
   /// Whether members came, went or changed their name, or one of them is dirty itself.
   bool Dirty() const;
   void SetDirty();
@@ -61,6 +64,8 @@ class PropertiesData final : public Object, public Reporting {
 
   /// The definitions become the columns of rows: from now on a member keeps the OrderNumber it has.
   void FixOrder() noexcept;
+  /// The highest OrderNumber that was given.
+  std::int32_t LastOrder() const noexcept { return lastOrder_; }
   /// Another number whenever members came, went or changed their name.
   std::uint32_t Generation() const noexcept { return generation_; }
 

@@ -39,6 +39,13 @@ AttributesDataPtr MakeAttributes(const ColumnFacts& facts) {
 
 PropertyData::PropertyData() = default;
 
+PropertyData::PropertyData(const PropertyData& like, Date created)
+    : fields_(like.fields_),
+      style_(like.style_),
+      orderNumber_(like.orderNumber_),
+      dateCreated_(created),
+      columnFacts_(like.columnFacts_) {}
+
 PropertyData::~PropertyData() = default;
 
 void PropertyData::Setup(zPropertyStyles style, const PropertyFields& fields, std::int32_t orderNumber,

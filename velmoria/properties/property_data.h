@@ -25,6 +25,8 @@ struct ColumnFacts {
 class PropertyData final : public Object, public Reporting, public Pooled {
  public:
   PropertyData();
+  /// One like a definition that was only set up, as if made at that time.
+  PropertyData(const PropertyData& like, Date created);
   ~PropertyData() override;
   std::string_view ReportedType() const noexcept override { return "PropertyData"; }
 

@@ -57,6 +57,9 @@ class KeyedList {
   /// Gives the member at a position another key; its position stays.
   void Rename(std::size_t position, std::string_view key);
   void Clear() noexcept;
+  /// The same keys in the same order, over what `make` makes of each member.
+  template <class Make>
+  KeyedList Mapped(Make make) const;
 
   class Iterator {
    public:

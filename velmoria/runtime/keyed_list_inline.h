@@ -55,6 +55,16 @@ const typename KeyedList<T>::Entry& KeyedList<T>::Checked(std::size_t position) 
 }
 
 template <class T>
+template <class Make>
+KeyedList<T> KeyedList<T>::Mapped(Make make) const {
+  KeyedList mapped;
+  mapped.entries_.reserve(entries_.size());
+  for (const Entry& entry : entries_) mapped.entries_.push_back({make(entry.Value), entry.Key, entry.HasKey});
+  mapped.index_ = index_;
+  return mapped;
+}
+
+template <class T>
 const T& KeyedList<T>::At(std::size_t position) const {
   return Checked(position).Value;
 }

@@ -113,8 +113,9 @@ RowBlock RowBlock::Slice(std::size_t first, std::size_t count) const {
 RowBlock::Place RowBlock::Find(std::size_t row) const noexcept {
   row += skip_;
   if (row < ends_.front()) return {chunks_.front().get(), row};
-  // Fetches are of one size but for the first and the last, so the second chunk's size usually tells which one it is.
-  const std::size_t guess = 1 + Quotient(row - ends_[0], ends_[1] - ends_[0]);
+  // Fetches are of one size but for the first two and the last, so the third one's size usually tells which one it is.
+  const bool isLater = ends_.size() > 2 && row >= ends_[1];
+  const std::size_t guess = isLater ? 2 + Quotient(row - ends_[1], ends_[2] - ends_[1]) : 1;
   std::size_t chunk = std::min(guess, ends_.size() - 1);
   const bool right = row < ends_[chunk] && row >= ends_[chunk - 1];
   if (!right) chunk = static_cast<std::size_t>(std::upper_bound(ends_.begin(), ends_.end(), row) - ends_.begin());

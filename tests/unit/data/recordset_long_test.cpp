@@ -87,6 +87,28 @@ TEST_F(RecordsetLongTest, ADeletedRowIsNotAskedForIt) {
   EXPECT_EQ(Database().LongReads, 0);
 }
 
+TEST_F(RecordsetLongTest, AMemberAddedBeforeItsDefinitionLeavesItsPlace) {
+  rows_.Row(1)->SetupItem({.Name = "Extra"}, {.Before = 1});
+  EXPECT_EQ(Photo()->Value(), Bytes({1, 2, 3}));
+  Photo()->SetValue(Bytes({9}));
+  EXPECT_TRUE(Photo()->DirtyValue());
+}
+
+TEST_F(RecordsetLongTest, AMemberRemovedBeforeItsDefinitionLeavesItsPlace) {
+  const auto photo = Photo();
+  rows_.Columns->Remove("Name");
+  EXPECT_EQ(photo->Value(), Bytes({1, 2, 3}));
+}
+
+TEST_F(RecordsetLongTest, UndoOfTheRowLetsItBeReadAgain) {
+  Photo()->Value();
+  const auto row = rows_.Row(0);
+  row->Item("Name")->SetValue("Eve");
+  rows_.Rows->Undo(0);
+  EXPECT_EQ(Photo()->Value(), Bytes({1, 2, 3}));
+  EXPECT_EQ(Database().LongReads, 2);
+}
+
 }  // namespace
 
 }  // namespace velmoria::test

@@ -116,6 +116,44 @@ TEST_F(ActionSchemaTest, TheDiscoveryIsMeasured) {
   EXPECT_EQ(statistic->EndTime(), statistic->StartTime());
 }
 
+TEST_F(ActionSchemaTest, WhatAHostDoesToTheDefinitionsOfOneResultNoOtherResultShows) {
+  driver_->Columns = {{"Id", 4}, {"Name", 12, 40}, {"Picture", -4}};
+  const OneAction design;
+  const auto definitionsOf = [&] { return design.Agent()->PropertiesData(); };
+  for (int result = 0; result < 3; ++result) {
+    const auto definitions = definitionsOf();
+    ASSERT_EQ(definitions->Count(), 3) << result;
+    const auto name = definitions->Item("Name");
+    EXPECT_EQ(name->Caption(), "") << result;
+    EXPECT_FALSE(definitions->Dirty()) << result;
+    EXPECT_EQ(definitions->Item("Picture")->AttributesData()->Count(), 3) << result;
+    name->SetCaption("changed");
+    definitions->Remove("Id");
+    definitions->SetupItem(psUser, {.Name = "Extra"});
+  }
+}
+
+TEST_F(ActionSchemaTest, AResultWithOtherColumnsGetsItsOwnDefinitions) {
+  driver_->Columns = {{"Id", 4}, {"Name", 12, 40}};
+  const OneAction design;
+  for (int result = 0; result < 3; ++result) design.Agent()->PropertiesData();
+  driver_->Columns = {{"Name", 12, 20}, {"Id", 4}};
+  const auto definitions = design.Agent()->PropertiesData();
+  EXPECT_EQ(definitions->Item(1)->Name(), "Name");
+  EXPECT_EQ(definitions->Item("Name")->Size(), 20);
+}
+
+TEST_F(ActionSchemaTest, AnAgentThatOpensAnewDescribesWhatItThenReads) {
+  driver_->Columns = {{"Id", 4}, {"Number", 4}};
+  driver_->Rows = {{"1", "2"}};
+  const OneAction design;
+  const auto agent = design.Agent();
+  EXPECT_EQ(agent->GetRecordset(0, {}, false)->Columns()->Item(1)->Name(), "Id");
+  driver_->Columns = {{"Number", 4}, {"Id", 4}};
+  const auto again = agent->GetRecordset(0, {}, false);
+  EXPECT_EQ(again->Values(0, *again->Columns()->Item("Number")), Variant(1));
+}
+
 TEST_F(ActionSchemaTest, AFailureTellsTheColumnBesideIt) {
   driver_->Columns = {{"Id", 4}, {"Id", 4}};
   EXPECT_TRUE(Thrown([&] { Definitions(); }));

@@ -221,6 +221,23 @@ TEST_F(PropertiesDataTest, MemberThatCannotBeCopiedFailsTheCopy) {
   ExpectRaised(errProperty_DataType, [&] { data->Copy(true); }, {.Text = "Property: 'A'", .Count = 2});
 }
 
+TEST_F(PropertiesDataTest, ATwinIsTheSameListOfCleanDefinitionsOfItsOwn) {
+  const auto data = Of({"A", "B", "C", "D", "E", "F"});
+  data->Item("C")->SetColumnFacts({.Attributes = 3, .OrdinalPosition = 3});
+  const auto twin = data->Twin();
+  EXPECT_EQ(Order(twin), Order(data));
+  EXPECT_EQ(twin->Item("f")->SourceKey(), "t.F");
+  EXPECT_EQ(twin->Item("C")->AttributesData()->Count(), 3);
+  EXPECT_FALSE(twin->Dirty());
+  EXPECT_EQ(twin->Generation(), data->Generation());
+  twin->Remove("A");
+  twin->Item("B")->SetCaption("changed");
+  twin->SetupItem(psUser, {.Name = "G"});
+  EXPECT_EQ(Order(data), "A1B2C3D4E5F6");
+  EXPECT_EQ(data->Item("B")->Caption(), "");
+  EXPECT_EQ(Order(twin), "B1C2D3E4F5G6");
+}
+
 TEST_F(PropertiesDataTest, OnlyARecursiveCopyTakesTheAttributes) {
   const auto data = Of({"A"});
   data->Item("A")->AttributesData()->SetupItem({.Name = "Colour"});

@@ -55,9 +55,9 @@ void SQLAgent::TakeMarkedKeys() {
   }
 }
 
-/// Most agents only read, so the Identifier's Properties are copied by the first that writes.
+/// The marked parameters are the key; without them the Identifier's Properties, which nobody else has.
 const PropertiesPtr& SQLAgent::KeyParameters() {
-  if (!keyParameters_) keyParameters_ = identifier_->Properties()->Copy();
+  if (!keyParameters_) keyParameters_ = identifier_->Properties();
   return keyParameters_;
 }
 
@@ -91,7 +91,8 @@ void SQLAgent::CloseResultset() noexcept {
 }
 
 PropertiesDataPtr SQLAgent::PropertiesData() try {
-  if (!propertiesData_) CreateResultset();
+  if (!propertiesData_ && !resultset_) CreateResultset();
+  DescribeResultset();
   return propertiesData_;
 } catch (...) { Failed("PropertiesData (Get)"); }
 

@@ -105,7 +105,7 @@ class SQLAgent final : public Agent, public Reporting {
   PropertiesDataPtr propertiesData_;
   PropertiesPtr parameters_;
   PropertiesPtr statementParameters_;
-  PropertiesPtr keyParameters_;  // until it is needed, the Identifier stands for it
+  PropertiesPtr keyParameters_;  // until they are needed, only those that were marked
   PropertiesPtr filterParameters_;
   rdoResultsetPtr resultset_;
   bool asyncFlag_ = false;

@@ -78,37 +78,59 @@ Length NumberAttribute(Statement& statement, Word column, Word field, Length unk
   return Succeeded(code) ? number : unknown;
 }
 
-void Describe(Statement& statement, Word column, ColumnInfo& info) {
-  std::array<Char, 1024> name{};
-  Small length = 0;
-  Small type = 0;
-  Small nullable = SQL_NULLABLE_UNKNOWN;
-  ULength size = 0;
-  statement.Check(statement.Calls().DescribeCol(statement.Get(), column, name.data(),
-                                                static_cast<Small>(name.size() - 1), &length, &type, &size,
-                                                &info.Digits, &nullable));
-  info.Name = reinterpret_cast<const char*>(name.data());
-  info.Type = DocumentedType(type);
-  info.Size = static_cast<std::int32_t>(std::min<ULength>(size, std::numeric_limits<std::int32_t>::max()));
-  info.Required = nullable == SQL_NO_NULLS;
-  info.DriverType = type;
-  info.Nullable = nullable;
-}
+/// What a driver says of a column when it is asked for a description; one is used again for the next column.
+class Description {
+ public:
+  void Ask(Statement& statement, Word column) {
+    name_[0] = 0;
+    digits_ = 0;
+    nullable_ = SQL_NULLABLE_UNKNOWN;
+    Small length = 0;
+    statement.Check(statement.Calls().DescribeCol(statement.Get(), column, name_.data(),
+                                                  static_cast<Small>(name_.size() - 1), &length, &type_, &size_,
+                                                  &digits_, &nullable_));
+  }
 
-bool IsDescribedAs(const ColumnInfo& info, const ColumnInfo& known) noexcept {
-  return info.DriverType == known.DriverType && info.Size == known.Size && info.Digits == known.Digits &&
-         info.Nullable == known.Nullable && info.Name == known.Name;
+  bool IsOf(const ColumnInfo& known) const noexcept {
+    return type_ == known.DriverType && Size() == known.Size && digits_ == known.Digits &&
+           nullable_ == known.Nullable && known.Name == Name();
+  }
+
+  ColumnInfo Column() const {
+    return {.Name = Name(),
+            .Type = DocumentedType(type_),
+            .Size = Size(),
+            .Digits = digits_,
+            .Required = nullable_ == SQL_NO_NULLS,
+            .DriverType = type_,
+            .Nullable = nullable_};
+  }
+
+ private:
+  const char* Name() const noexcept { return reinterpret_cast<const char*>(name_.data()); }
+  std::int32_t Size() const noexcept {
+    return static_cast<std::int32_t>(std::min<ULength>(size_, std::numeric_limits<std::int32_t>::max()));
+  }
+
+  std::array<Char, 1024> name_{};
+  Small type_ = 0;
+  Small digits_ = 0;
+  Small nullable_ = 0;
+  ULength size_ = 0;
+};
+
+bool AreDescribedAs(Statement& statement, std::size_t count, const std::vector<ColumnInfo>& known) {
+  if (count != known.size()) return false;
+  Description description;
+  for (std::size_t place = 0; place < count; ++place) {
+    description.Ask(statement, static_cast<Word>(place + 1));
+    if (!description.IsOf(known[place])) return false;
+  }
+  return true;
 }
 
 bool IsWhole(std::int32_t type) noexcept {
   return type == rdTypeINTEGER || type == rdTypeSMALLINT || type == rdTypeBIGINT;
-}
-
-std::vector<ColumnInfo> Describe(Statement& statement) {
-  std::vector<ColumnInfo> columns(static_cast<std::size_t>(statement.Columns()));
-  Word column = 0;
-  for (auto& info : columns) Describe(statement, ++column, info);
-  return columns;
 }
 
 void AskAttributes(Statement& statement, Word column, ColumnInfo& info) {
@@ -130,10 +152,16 @@ void AskAttributes(Statement& statement, Word column, ColumnInfo& info) {
 }  // namespace
 
 Columns DescribeColumns(Statement& statement, const Columns& known) {
-  auto columns = Describe(statement);
-  if (known && std::ranges::equal(columns, *known, IsDescribedAs)) return known;
-  Word column = 0;
-  for (auto& info : columns) AskAttributes(statement, ++column, info);
+  const auto count = static_cast<std::size_t>(statement.Columns());
+  if (known && AreDescribedAs(statement, count, *known)) return known;
+  std::vector<ColumnInfo> columns;
+  columns.reserve(count);
+  Description description;
+  while (columns.size() < count) {
+    const auto column = static_cast<Word>(columns.size() + 1);
+    description.Ask(statement, column);
+    AskAttributes(statement, column, columns.emplace_back(description.Column()));
+  }
   return std::make_shared<const std::vector<ColumnInfo>>(std::move(columns));
 }
 

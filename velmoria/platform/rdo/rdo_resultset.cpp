@@ -49,9 +49,9 @@ const KeyedList<rdoColumnPtr>& rdoResultset::rdoColumns() const {
   return columns_;
 }
 
-const std::vector<odbc::ColumnInfo>& rdoResultset::Described() const {
+const odbc::Columns& rdoResultset::Described() const {
   Cursor();
-  return *described_;
+  return described_;
 }
 
 bool rdoResultset::AtBOF() const { return Cursor().AtBOF(); }

@@ -12,8 +12,9 @@
 
 namespace velmoria {
 
-/// An open, read-only result. It keeps the rows that it has fetched, so every move is arithmetic and reading everything
-/// is one forward pass. It opens on its first row.
+/// An open, read-only result. It keeps the rows that it has fetched, so every move is arithmetic, reading everything is
+/// one forward pass, and a position is the same row whatever the database has by then. Rows far behind the position may
+/// be kept in a temporary file, which nobody else can open and which ends with the result. It opens on its first row.
 ///
 /// Moves never fail for lack of rows: beyond an end they stop before the first or after the last row, and on an empty
 /// result they do nothing. A result opened rdOpenForwardOnly refuses, with 40088, to move to its last row or to any row
@@ -52,7 +53,8 @@ class rdoResultset : public Object {
   /// In the order of the result, positions from 1; of columns with the same name the first one has the key.
   const KeyedList<rdoColumnPtr>& rdoColumns() const;
   /// What the driver says of them, in the same order; for who needs no more, since the objects cost more than this.
-  const std::vector<odbc::ColumnInfo>& Described() const;
+  /// Results of one shape share it for as long as nothing changes.
+  const odbc::Columns& Described() const;
 
   void MoveFirst();
   void MoveLast();
