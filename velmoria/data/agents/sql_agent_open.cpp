@@ -73,12 +73,18 @@ bool EnforcesOrder() {
   return setting && setting->Value().AsBoolean();
 }
 
+/// A long text takes its own room, not that of the next doubling.
+void AppendText(std::string& text, std::string_view value) {
+  if (value.size() > text.capacity()) text.reserve(text.size() + value.size() + 1024);
+  text.append("'").append(value).append("'");
+}
+
 void AppendParameter(std::string& text, const rdoParameter& parameter) {
   text += "\r\n    Name: " + Quoted(parameter.Name()) + "  Type: " + NumberText(parameter.Type()) +
           "  Direction: " + NumberText(parameter.Direction()) + "  Value: ";
   const auto& value = parameter.Value();
   if (value.IsText())
-    text.append("'").append(value.TextView()).append("'");
+    AppendText(text, value.TextView());
   else if (value.IsByteArray())
     text += "(Byte Array)";
   else
