@@ -31,18 +31,8 @@ BlockFetch::BlockFetch(Statement& statement, const std::vector<ColumnInfo>& colu
   rowByRow_ = isStream_ && overflow == Overflow::ReadRowByRow && (canOverflow || firstAlone_);
 }
 
-void BlockFetch::Skip(std::size_t rows) {
-  for (skipped_ = 0; skipped_ < rows; ++skipped_) {
-    const Code code = statement_.Calls().Fetch(statement_.Get());
-    if (code == SQL_NO_DATA) break;
-    statement_.Check(code);
-  }
-  ended_ = skipped_ < rows;
-  rowsBefore_ = skipped_;
-}
-
 std::size_t BlockFetch::RowsOfBlock() const noexcept {
-  if (firstAlone_ && rowsBefore_ == skipped_) return 1;
+  if (firstAlone_ && rowsBefore_ == 0) return 1;
   const std::size_t most = rowsBefore_ == 0 ? kFirstBlock : kWholeBlock;
   return std::clamp<std::size_t>(kBlockBytes / std::max<std::size_t>(rowBytes_, 1), 1, most);
 }
@@ -124,7 +114,7 @@ void BlockFetch::CompleteLongValues(std::size_t rows, bool informed) {
 Variant BlockFetch::ReadLong(std::size_t row, Word column, bool isText) {
   statement_.AwaitTurn();
   if (isStream_) {
-    const bool isThere = row == skipped_ + 1 && rowsBefore_ == row && !ended_;
+    const bool isThere = row == 1 && rowsBefore_ == 1 && !ended_;
     if (!isThere) throw Error(rdErrForwardOnly, "A forward-only result cannot go back.");
   } else {
     statement_.UnbindColumns();

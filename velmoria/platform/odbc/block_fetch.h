@@ -34,8 +34,6 @@ class BlockFetch {
 
   /// The next rows, or null after the last one. After a failure it must not be called again.
   std::shared_ptr<const RowChunk> Next();
-  /// Passes over rows ahead of the first Next.
-  void Skip(std::size_t rows);
   /// Reads a long column of the row, both from 1, whatever its length: a byte array, or Null. Raises 40088 when the row
   /// cannot be gone back to: of a cursor that does not scroll, only the first row fetched can be read before the
   /// second is.
@@ -63,8 +61,7 @@ class BlockFetch {
   bool ended_ = false;
   std::size_t capacity_ = 0;   // rows that the landings hold
   std::size_t arraySize_ = 0;  // rows that the driver is told to fetch
-  std::size_t skipped_ = 0;
-  std::size_t rowsBefore_ = 0;  // those skipped included
+  std::size_t rowsBefore_ = 0;
   ULength fetched_ = 0;
   std::vector<Word> status_;
 };

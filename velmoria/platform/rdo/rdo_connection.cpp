@@ -22,10 +22,12 @@ struct Greeting {
   const char* Text;
 };
 
-// Doubled quotes have to be the whole truth about literals, and text has to be UTF-8.
+// Doubled quotes have to be the whole truth about literals, and text has to be UTF-8. A statement that is run again has
+// to give its rows in the same order, so a large table is always read from its beginning.
 constexpr std::array kGreetings = {
     Greeting{"PostgreSQL", "SET standard_conforming_strings = on"},
     Greeting{"PostgreSQL", "SET client_encoding = 'UTF8'"},
+    Greeting{"PostgreSQL", "SET synchronize_seqscans = off"},
     Greeting{"MySQL", "SET SESSION sql_mode = CONCAT(@@SESSION.sql_mode, ',NO_BACKSLASH_ESCAPES')"},
     Greeting{"MariaDB", "SET SESSION sql_mode = CONCAT(@@SESSION.sql_mode, ',NO_BACKSLASH_ESCAPES')"},
 };

@@ -12,12 +12,6 @@ namespace velmoria {
 
 using Overflow = odbc::BlockFetch::Overflow;
 
-namespace {
-
-constexpr std::size_t kKeptBytes = std::size_t{4} << 20;
-
-}  // namespace
-
 RdoCursor::RdoCursor(rdoConnectionPtr connection, std::unique_ptr<odbc::Statement> statement,
                      std::unique_ptr<odbc::ParameterValues> values, bool forwardOnly)
     : engine_(connection->Engine()),
@@ -69,7 +63,7 @@ odbc::Columns RdoCursor::Describe() {
   return known;
 }
 
-void RdoCursor::RunAgain(Overflow overflow, long long skipped) {
+void RdoCursor::RunAgain() {
   fetch_.reset();
   statement_.reset();
   connection_->Leave(this);
@@ -80,40 +74,26 @@ void RdoCursor::RunAgain(Overflow overflow, long long skipped) {
   values_->BindTo(*statement_);
   recipe_->Prepared ? statement_->Execute() : statement_->ExecuteDirect(recipe_->Sql);
   if (!OpenResult()) odbc::FailClosed("The statement gives no result any more.");
-  // The rows that are kept, and those who read them, know the columns that there were.
+  // The rows that there are, and those who read them, know the columns that there were.
   if (odbc::DescribeColumns(*statement_, columns_) != columns_) {
     odbc::FailClosed("The columns of the result have changed.");
   }
-  fetch_ = std::make_unique<odbc::BlockFetch>(*statement_, *columns_, overflow);
-  fetch_->Skip(static_cast<std::size_t>(skipped));
+  fetch_ = std::make_unique<odbc::BlockFetch>(*statement_, *columns_, Overflow::ReadRowByRow);
 }
 
-/// Brings back the rows from the first on.
-void RdoCursor::Rewind() {
-  engine_->rdoErrors().clear();
-  RunAgain(Overflow::Tell, 0);
-  rows_ = {};
-  long_.reset();
-  keptBytes_ = 0;
-  dropped_ = 0;
-  ended_ = false;
-  FetchMore();
-}
-
-/// Lets go of what lies far behind the position.
-void RdoCursor::LetGo() {
-  if (!recipe_) return;
-  std::size_t rows = 0;
-  const std::size_t here = Place(std::max(position_ - 1, dropped_ + 1));
-  for (const auto& chunk : rows_.Chunks()) {
-    const auto bytes = chunk->HeapBytes();
-    if (rows + chunk->Rows() > here || keptBytes_ < kKeptBytes + bytes) break;
-    keptBytes_ -= bytes;
-    rows += chunk->Rows();
+/// Fetches the rows that there are once more, and leaves them as they are. Blocks of the same columns are of the same
+/// sizes, so the last one ends where these end.
+void RdoCursor::RequireSameRows() {
+  for (long long first = 1; first <= rows_.Count();) {
+    const auto again = fetch_->Next();
+    if (!again || !rows_.Are(*again, first)) odbc::FailClosed("The rows of the result have changed.");
+    first += static_cast<long long>(again->Rows());
   }
-  if (rows == 0) return;
-  rows_ = rows_.Slice(rows, rows_.Rows() - rows);
-  dropped_ += static_cast<long long>(rows);
+}
+
+/// A forward-only result is never asked for them, but it may have to compare them.
+FetchedRows::Behind RdoCursor::WhatIsBehind() const noexcept {
+  return forwardOnly_ && !recipe_ ? FetchedRows::Behind::IsGone : FetchedRows::Behind::IsKept;
 }
 
 void RdoCursor::Cancel() noexcept {
@@ -130,11 +110,11 @@ void RdoCursor::FetchRest() noexcept {
   EndStatement();
 }
 
-bool RdoCursor::AtBOF() const noexcept { return closed_ || position_ == 0 || Fetched() == 0; }
+bool RdoCursor::AtBOF() const noexcept { return closed_ || position_ == 0 || rows_.Count() == 0; }
 
-bool RdoCursor::AtEOF() const noexcept { return closed_ || position_ > Fetched() || Fetched() == 0; }
+bool RdoCursor::AtEOF() const noexcept { return closed_ || position_ > rows_.Count() || rows_.Count() == 0; }
 
-long long RdoCursor::RowCount() const noexcept { return ended_ ? Fetched() : -1; }
+long long RdoCursor::RowCount() const noexcept { return ended_ ? rows_.Count() : -1; }
 
 bool RdoCursor::FetchMore() {
   if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
@@ -143,13 +123,12 @@ bool RdoCursor::FetchMore() {
   if (failed_ || !fetch_ || !statement_->IsOpen()) odbc::FailClosed("The result could not be read to its end.");
   failed_ = true;
   auto chunk = NextChunk();
+  const bool isThere = chunk != nullptr;
+  if (isThere) rows_.Append(std::move(chunk));
   failed_ = false;
   ended_ = fetch_->HasEnded();
   if (ended_ && std::ranges::none_of(*columns_, &odbc::ColumnInfo::IsLong)) EndStatement();
-  if (!chunk) return false;
-  keptBytes_ += chunk->HeapBytes();
-  rows_.Append(std::move(chunk));
-  return true;
+  return isThere;
 }
 
 // A value that a driver announced shorter than it is takes the rows from there on one by one.
@@ -157,50 +136,49 @@ std::shared_ptr<const RowChunk> RdoCursor::NextChunk() {
   try {
     return fetch_->Next();
   } catch (const odbc::BlockFetch::ValueCut&) {}
-  RunAgain(Overflow::ReadRowByRow, Fetched());
+  RunAgain();
+  RequireSameRows();
   return fetch_->Next();
 }
 
 bool RdoCursor::Reach(long long position) {
-  while (position > Fetched() && FetchMore()) {}
-  return position <= Fetched();
+  while (position > rows_.Count() && FetchMore()) {}
+  return position <= rows_.Count();
 }
 
 void RdoCursor::GoTo(long long position) {
   RequireOpen();
-  if (Fetched() == 0) return;
+  if (rows_.Count() == 0) return;
   const long long target = std::max(position, 0LL);
   if (forwardOnly_ && target < position_) throw Error(rdErrForwardOnly, "A forward-only result cannot go back.");
-  if (target >= 1 && target <= dropped_) Rewind();
-  position_ = Reach(target) ? target : Fetched() + 1;
+  position_ = Reach(target) ? target : rows_.Count() + 1;
 }
 
 void RdoCursor::GoToLast() {
   RequireOpen();
-  if (Fetched() == 0) return;
+  if (rows_.Count() == 0) return;
   if (forwardOnly_) throw Error(rdErrForwardOnly, "A forward-only result cannot go to its last row.");
   while (FetchMore()) {}
-  position_ = Fetched();
+  position_ = rows_.Count();
 }
 
 RowBlock RdoCursor::Take(long long rows) {
   RequireOpen();
   if (rows < 0) Fail(RuntimeFailure::InvalidArgument);
-  if (Fetched() == 0) return {};
+  if (rows_.Count() == 0) return {};
   const long long first = std::max(position_, 1LL);
-  if (first <= dropped_) Rewind();
   // One row more, to know whether the result goes on behind the last one.
   Reach(first + std::min(rows, std::numeric_limits<long long>::max() - first));
-  const long long count = std::min(rows, Fetched() - first + 1);
-  auto taken = rows_.Slice(Place(first), static_cast<std::size_t>(count));
+  const long long count = std::min(rows, rows_.Count() - first + 1);
+  auto taken = rows_.Take(first, count);
   position_ = first + count;
-  LetGo();
+  rows_.MoveFarBehind(position_, WhatIsBehind());
   return taken;
 }
 
 Variant RdoCursor::Value(std::size_t column) const {
   RequireRow();
-  return rows_.Value(column, Place(position_));
+  return rows_.Value(column, position_);
 }
 
 const Variant& RdoCursor::LongValue(std::size_t column) {
@@ -214,19 +192,16 @@ const Variant& RdoCursor::LongValue(std::size_t column) {
   return long_->Bytes;
 }
 
-// What has let go of rows needs the connection for them; what has them all needs it no more.
 void RdoCursor::EndStatement() noexcept {
   fetch_.reset();
   statement_.reset();
   if (connection_) connection_->Leave(this);
-  if (recipe_ && dropped_ > 0) return;
   recipe_.reset();
   values_.reset();
   connection_ = nullptr;
 }
 
 void RdoCursor::Close() noexcept {
-  recipe_.reset();
   EndStatement();
   failure_ = nullptr;
   rows_ = {};

@@ -9,6 +9,7 @@
 #include "velmoria/platform/odbc/block_fetch.h"
 #include "velmoria/platform/odbc/parameters.h"
 #include "velmoria/platform/rdo/constants.h"
+#include "velmoria/platform/rdo/fetched_rows.h"
 #include "velmoria/platform/rdo/fwd.h"
 #include "velmoria/runtime/object.h"
 #include "velmoria/runtime/row_block.h"
@@ -19,8 +20,11 @@ namespace velmoria {
 /// share. Positions count from 1; 0 is before the first row, one more than the number of rows is after the last.
 ///
 /// It owns the statement, and keeps the connection alive while it needs the driver: until the last row has been
-/// fetched, or until Close where there are long columns, which are not fetched with their row, or rows that it has let
-/// go of.
+/// fetched, or until Close where there are long columns, which are not fetched with their row.
+///
+/// A position is the same row for as long as the result is open, whatever the database has by then. Rows more than
+/// about 4 MB behind the position may lie in a temporary file of the process, which nobody else can open and which ends
+/// with the result.
 class RdoCursor : public Object {
  public:
   /// Takes over a statement that has been executed, or that is being executed in the background, and what is bound to
@@ -28,8 +32,8 @@ class RdoCursor : public Object {
   RdoCursor(rdoConnectionPtr connection, std::unique_ptr<odbc::Statement> statement,
             std::unique_ptr<odbc::ParameterValues> values, bool forwardOnly);
   ~RdoCursor() override;
-  /// The text only reads: rows far behind the position need not be kept, since running it again brings them back. They
-  /// are then as the database has them by that time.
+  /// The text only reads: where a value turns out longer than the driver said, it may be run again, row by row. Reading
+  /// on raises 40071 when the rows before that one are not the same any more.
   void LetRunAgain(std::string sql, bool prepared);
   /// What the connection knows of the columns by this name is compared first, and kept; before Open.
   void SetShape(std::string shape) { shape_ = std::move(shape); }
@@ -47,13 +51,13 @@ class RdoCursor : public Object {
   void FetchRest() noexcept;
 
   long long Position() const noexcept { return position_; }
-  bool HasRow() const noexcept { return position_ >= 1 && position_ <= Fetched(); }
+  bool HasRow() const noexcept { return position_ >= 1 && position_ <= rows_.Count(); }
   bool AtBOF() const noexcept;
   bool AtEOF() const noexcept;
   /// -1 until the end has been reached.
   long long RowCount() const noexcept;
   /// Goes to a position, fetching up to it; beyond the ends to the ends. Raises 40088 for going back in a forward-only
-  /// result, 40071 after Close.
+  /// result, 40071 after Close. Take and Value raise 40071 when rows cannot be read back from the file.
   void GoTo(long long position);
   void GoToLast();
   RowBlock Take(long long rows);
@@ -79,15 +83,13 @@ class RdoCursor : public Object {
   std::shared_ptr<const RowChunk> NextChunk();
   bool OpenResult();
   odbc::Columns Describe();
-  void RunAgain(odbc::BlockFetch::Overflow overflow, long long skipped);
-  void Rewind();
-  void LetGo();
+  void RunAgain();
+  void RequireSameRows();
+  FetchedRows::Behind WhatIsBehind() const noexcept;
   /// Fetches until the position is known to exist or the end is reached.
   bool Reach(long long position);
   void RequireRow() const;
   void EndStatement() noexcept;
-  long long Fetched() const noexcept { return dropped_ + static_cast<long long>(rows_.Rows()); }
-  std::size_t Place(long long position) const noexcept { return static_cast<std::size_t>(position - dropped_ - 1); }
 
   rdoEnginePtr engine_;
   rdoConnectionPtr connection_;  // none once the statement has ended
@@ -98,9 +100,7 @@ class RdoCursor : public Object {
   std::unique_ptr<odbc::BlockFetch> fetch_;
   std::exception_ptr failure_;  // of FetchRest
   std::optional<Recipe> recipe_;
-  RowBlock rows_;
-  long long dropped_ = 0;      // rows ahead of those that are kept
-  std::size_t keptBytes_ = 0;  // of rows_
+  FetchedRows rows_;
   std::unique_ptr<Long> long_;
   long long position_ = 1;
   bool forwardOnly_;

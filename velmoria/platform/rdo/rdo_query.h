@@ -17,8 +17,9 @@ struct OpenResultsetArguments {
   rdoNumber Type = rdOpenForwardOnly;
   rdoNumber LockType = rdConcurReadOnly;
   rdoNumber Options = 0;
-  /// The text only reads, so it may be run again for rows that are not kept: a result other than rdOpenStatic then
-  /// keeps a few megabytes behind its position, however large it is.
+  /// The text only reads, so it may be run again. A result other than rdOpenStatic then comes by a cursor that does not
+  /// scroll and gives whole blocks; when a value turns out longer than the driver said, the text is run once more, row
+  /// by row, and 40071 raised if the rows before that one are not the same by then.
   bool Repeatable = false;
   /// Results of the same shape, in letters too, have the columns of the same table or view, and what drivers take long
   /// to say of these is asked once for a connection. Columns that have changed are noticed by their names, types and

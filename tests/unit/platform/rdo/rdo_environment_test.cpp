@@ -1,5 +1,7 @@
 #include "velmoria/platform/rdo/rdo_environment.h"
 
+#include <algorithm>
+
 #include <sql.h>
 #include <sqlext.h>
 
@@ -134,6 +136,12 @@ TEST_F(RdoEnvironmentTest, ServersThatReadBackslashesInLiteralsAreToldNotTo) {
   odbc->Server = "SQLite";
   Open();
   EXPECT_TRUE(odbc->Texts.empty());
+}
+
+TEST_F(RdoEnvironmentTest, AServerThatBeginsALargeTableWhereItReadLastIsToldNotTo) {
+  odbc->Server = "PostgreSQL";
+  Open();
+  EXPECT_NE(std::ranges::find(odbc->Texts, "SET synchronize_seqscans = off"), odbc->Texts.end());
 }
 
 }  // namespace
