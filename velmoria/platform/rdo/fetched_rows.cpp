@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t kBytesBehind = std::size_t{4} << 20;
 
 /// It is looked again when so great a part of the rows in memory has come or has been passed.
-constexpr std::size_t kLooks = 4;
+constexpr std::size_t kLooks = 16;
 
 /// The part of a chunk's bytes that is won when it is let go of here.
 std::size_t OwnBytes(const std::shared_ptr<const RowChunk>& chunk) noexcept {
