@@ -13,6 +13,26 @@ class LongContract : public BrokeringContract {
     BrokeringContract::SetUp();
     MakeKinds();
     AddClass("Kind", "kinds");
+    auto l = Parameter("l", dtByteArray);
+    l.SourceDataType = dtRDOLONGVARCHAR;
+    AddAction("Kind", {.Name = "Write", .Text = "INSERT INTO {t}kinds (v, l, x) VALUES ('?', ?, ?)", .Type = stSQL},
+              {l, Parameter("x", dtByteArray)});
+    AddAction("Kind", {.Name = "Text", .Text = "SELECT * FROM {t}kinds ORDER BY id", .Type = stSQL});
+  }
+  /// A row with these in its long columns and a "?" in v.
+  void Write(const Variant& text, const Variant& bytes) {
+    const auto parameters = ActionOf("Kind", "Write")->CreateParameters();
+    parameters->Item("l")->SetValue(text);
+    parameters->Item("x")->SetValue(bytes);
+    Framework{}.CreateBusinessContext()->Execute(
+        {.ClassName = "Kind", .ActionName = "Write", .Parameters = parameters});
+  }
+  /// The ids of the rows that a text gives and a filter of this column leaves.
+  static std::string Filtered(const char* column, const std::string& comparison, const Variant& value) {
+    const auto filters = Framework{}.CreateProperties();
+    filters->SetupItem(
+        {.Name = column, .Value = value, .DataType = dtByteArray, .Operator = comparison, .Flags = pfInput});
+    return Ids(AgentOf("Kind", "Text", filters)->GetRecordset(0, nullptr, false));
   }
   static Variant Bytes(const std::string& text) { return std::vector<Byte>(text.begin(), text.end()); }
 };
@@ -80,21 +100,31 @@ TEST_P(LongContract, LongValueIsChangedWithTheOthersAndEmptied) {
 }
 
 TEST_P(LongContract, BytesOfEveryKindAreWrittenByMarkers) {
-  auto l = Parameter("l", dtByteArray);
-  l.SourceDataType = dtRDOLONGVARCHAR;
-  AddAction("Kind", {.Name = "Write", .Text = "INSERT INTO {t}kinds (v, l, x) VALUES ('?', ?, ?)", .Type = stSQL},
-            {l, Parameter("x", dtByteArray)});
   std::vector<Byte> bytes(70'000);
   for (std::size_t place = 0; place < bytes.size(); ++place) bytes[place] = static_cast<Byte>(place);
   const std::string text(300'000, 'y');
-  const auto parameters = ActionOf("Kind", "Write")->CreateParameters();
-  parameters->Item("l")->SetValue(text);
-  parameters->Item("x")->SetValue(bytes);
-  Framework{}.CreateBusinessContext()->Execute({.ClassName = "Kind", .ActionName = "Write", .Parameters = parameters});
+  Write(text, bytes);
   const auto kind = One("Kind", 1);
   EXPECT_EQ(Value(kind, "v"), Variant("?"));
   EXPECT_EQ(Value(kind, "x"), Variant(bytes));
   EXPECT_EQ(Value(kind, "l"), Bytes(text));
+}
+
+TEST_P(LongContract, FilterComparesLongTextAsTextAndLongBytesWithBytes) {
+  const std::string text = std::string(70'000, 'y') + "\xC3\xA9";
+  const std::string bytes = std::string(70'000, '\xFF') + '\0';
+  Write(text, Bytes(bytes));
+  Write("short", Bytes("\x01"));
+  for (int more = 3; more <= 100; ++more) Run("INSERT INTO {t}kinds (v) VALUES ('more')");
+  Write("short", Bytes("\x01"));
+  EXPECT_EQ(Filtered("l", "=", text), "1");
+  EXPECT_EQ(Filtered("l", "=", Bytes(text)), "1");
+  EXPECT_EQ(Filtered("l", "=", "short"), "2 101");
+  EXPECT_EQ(Filtered("l", ">", "short"), "1");
+  EXPECT_EQ(Filtered("x", "=", Bytes(bytes)), "1");
+  EXPECT_EQ(Filtered("x", "=", Bytes("\x01")), "2 101");
+  for (const auto* column : {"l", "x"}) EXPECT_EQ(Filtered(column, "<>", Variant::Null()), "1 2 101") << column;
+  ExpectRaised(errRDO_Resultset, [] { Filtered("x", "=", "short"); });
 }
 
 TEST_P(LongContract, LongestValueIsPassedOnOnce) {

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <span>
+#include <string_view>
 
 #include "velmoria/data/agents/result_filter_impl.h"
 #include "velmoria/platform/rdo/rdo_column.h"
@@ -6,6 +8,7 @@
 #include "velmoria/properties/match_operator_impl.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/property.h"
+#include "velmoria/runtime/error.h"
 
 namespace velmoria {
 
@@ -35,6 +38,20 @@ std::int64_t CompareTo(const Variant& criterion, const Variant& value) {
   return CompareOrdered(value, criterion);
 }
 
+int CompareBytes(std::span<const Byte> left, std::span<const Byte> right) {
+  const auto order = std::lexicographical_compare_three_way(left.begin(), left.end(), right.begin(), right.end());
+  return order < 0 ? -1 : order > 0 ? 1 : 0;
+}
+
+// The bytes of a long text are those of its characters, and order as they do.
+std::int64_t CompareLong(const rdoColumn& column, const Variant& value, const Variant& criterion) {
+  if (criterion.IsNull()) return 1;
+  if (criterion.IsByteArray()) return CompareBytes(value.Bytes(), criterion.Bytes());
+  if (column.Type() != rdTypeLONGVARCHAR) Fail(RuntimeFailure::TypeMismatch);
+  const auto text = criterion.AsText();
+  return CompareBytes(value.Bytes(), {reinterpret_cast<const Byte*>(text.data()), text.size()});
+}
+
 }  // namespace
 
 ResultFilter::ResultFilter(const Agent& agent, const rdoResultset& result, const Properties& filters) : agent_(agent) {
@@ -54,8 +71,11 @@ bool ResultFilter::Matches() const {
 
 bool ResultFilter::Holds(const Criterion& criterion) const {
   if (!criterion.Column) return false;
-  const auto value = criterion.Column->Value();
-  const auto comparison = CompareTo(criterion.Value, value);
+  const auto& column = *criterion.Column;
+  const bool isLong = column.ChunkRequired();
+  const auto value = isLong ? column.Whole() : column.Value();
+  const auto comparison =
+      isLong && !value.IsNull() ? CompareLong(column, value, criterion.Value) : CompareTo(criterion.Value, value);
   if (!criterion.Operator)
     Raise(errNotSupported_Operator, "ResultsetMatchesParameters", {criterion.OperatorText, criterion.Name});
   if (criterion.Operator->IsOrdering && IsUnset(value)) return false;

@@ -25,7 +25,8 @@ class ResultFilter final : public Reporting {
 
   /// Whether the current row matches; none does when the column of a parameter is not in the result. The first
   /// parameter that does not hold decides: what stands behind it is not looked at. Raises 15096 for an Operator that is
-  /// none, and 13 for a value that cannot be compared with its column.
+  /// none, 13 for a value that cannot be compared with its column, and 40088 where the value of a long column is out of
+  /// the result's reach.
   bool Matches() const;
 
  private:

@@ -38,6 +38,11 @@ Variant rdoColumn::GetChunk(rdoNumber size) {
   return chunk.size() == bytes.size() ? value : Variant(chunk);
 }
 
+const Variant& rdoColumn::Whole() const {
+  if (!info_.IsLong) Fail(RuntimeFailure::InvalidArgument);
+  return cursor_->LongValue(place_);
+}
+
 Variant rdoColumn::Value() const { return cursor_->Value(place_); }
 
 }  // namespace velmoria

@@ -44,6 +44,9 @@ class rdoColumn : public Object {
   /// The next bytes of the long column's value, at most as many as asked for, as a byte array; Null for a Null, and
   /// Empty behind the last byte. Another row begins anew. Raises as ColumnSize, and 5 for a column that is not long.
   Variant GetChunk(rdoNumber size);
+  /// The long column's value in the current row, a byte array or Null, whatever chunks have been taken of it. Raises as
+  /// ColumnSize, and 5 for a column that is not long.
+  const Variant& Whole() const;
   /// Empty for a long column. Raises 40009 when the result has no current row.
   Variant Value() const;
 

@@ -12,6 +12,8 @@ namespace {
 
 constexpr short kDouble = 8;
 constexpr short kTimestamp = 93;
+constexpr short kLongText = -1;
+constexpr short kLongBytes = -4;
 
 /// A statement that declares no parameters, so that those passed filter its rows.
 class SQLAgentFilterTest : public ReadOverFake {
@@ -39,6 +41,16 @@ class SQLAgentFilterTest : public ReadOverFake {
   static PropertiesPtr Amount(const char* sign, const Variant& value) {
     return Parameter({.Name = "Amount", .Value = value, .DataType = dtDouble, .Operator = sign});
   }
+
+  /// Rows 1 to 4 of a long column: of two values, of nothing and of Null.
+  void HoldLongValues(short type, const std::string& first, const std::string& second) {
+    driver_->Columns = {{"Id", kInteger}, {"Story", type, 255}};
+    driver_->Rows = {{"1", first}, {"2", second}, {"3", ""}, {"4", {}}};
+  }
+  static PropertiesPtr Story(const char* sign, const Variant& value, zDataTypes type = dtByteArray) {
+    return Parameter({.Name = "Story", .Value = value, .DataType = type, .Operator = sign});
+  }
+  static Variant Bytes(const std::string& text) { return std::vector<Byte>(text.begin(), text.end()); }
 
   DatabaseAgentPtr agent_;
 };
@@ -138,6 +150,48 @@ TEST_F(SQLAgentFilterTest, NoMatchIsAnEmptyPage) {
 TEST_F(SQLAgentFilterTest, WhatTheColumnCannotBeComparedWithIsRaised) {
   ExpectRaised(errRDO_Resultset, [&] { Read(Parameter({.Name = "Amount", .Value = "many", .DataType = dtString})); },
                {.Text = "SourceText: 'SELECT * FROM orders'"});
+}
+
+TEST_F(SQLAgentFilterTest, LongTextIsComparedAsTextWhateverItsLength) {
+  const std::string story = "\xC3\xA9 " + std::string(5000, 's');
+  HoldLongValues(kLongText, story, "short");
+  const OperatorCase cases[] = {{"=", "2"}, {"<>", "1 3 4"}, {">", "1"}, {"<", "3"}, {">=", "1 2"}, {"<=", "2 3"}};
+  for (const auto& row : cases) EXPECT_EQ(Ids(Read(Story(row.Operator, "short", dtString))), row.Ids) << row.Operator;
+  EXPECT_EQ(Ids(Read(Story("=", story, dtString))), "1");
+  EXPECT_EQ(Ids(Read(Story("=", story))), "1");
+  EXPECT_EQ(Ids(Read(Story("=", Bytes(story)))), "1");
+  EXPECT_EQ(Ids(Read(Story("=", "", dtString))), "3");
+}
+
+TEST_F(SQLAgentFilterTest, LongBytesAreComparedWithBytes) {
+  HoldLongValues(kLongBytes, "\xFFz", "\x01");
+  EXPECT_EQ(Ids(Read(Story("=", Bytes("\xFFz")))), "1");
+  EXPECT_EQ(Ids(Read(Story("<>", Bytes("\xFFz")))), "2 3 4");
+  EXPECT_EQ(Ids(Read(Story(">", Bytes("\x01")))), "1");
+  ExpectRaised(errRDO_Resultset, [&] { Read(Story("=", "z")); }, {.Text = "SourceText: 'SELECT * FROM orders'"});
+}
+
+TEST_F(SQLAgentFilterTest, NullFindsTheRowsWithoutALongValue) {
+  for (const auto type : {kLongText, kLongBytes}) {
+    HoldLongValues(type, "a", "b");
+    EXPECT_EQ(Ids(Read(Story("=", Variant::Null()))), "4");
+    EXPECT_EQ(Ids(Read(Story("<>", Variant::Null()))), "1 2 3");
+  }
+}
+
+TEST_F(SQLAgentFilterTest, LongValueThatBeginsAPageIsTestedAgainAsItIs) {
+  HoldLongValues(kLongText, "a", "a");
+  const auto both = Story("=", "a", dtString);
+  both->SetupItem({.Name = "Again", .Value = "b", .DataType = dtString, .Operator = "<", .SourceName = "Story"});
+  const auto first = Read(both, 1);
+  EXPECT_EQ(Ids(first), "1");
+  EXPECT_EQ(Ids(agent_->GetRecordset(0, first, false)), "2");
+}
+
+TEST_F(SQLAgentFilterTest, LongValueThatTheResultCannotGoBackToIsRefusedByTheCursor) {
+  driver_->Scrolls = false;
+  HoldLongValues(kLongText, "a", "b");
+  ExpectRaised(errNotSupported_Cursor, [&] { Read(Story("=", "b", dtString)); });
 }
 
 }  // namespace

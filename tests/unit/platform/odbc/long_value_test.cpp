@@ -88,6 +88,7 @@ TEST_F(LongValueTest, ChunksFollowOneAnotherUntilTheEnd) {
   EXPECT_EQ(column->GetChunk(3), Bytes("def"));
   EXPECT_EQ(column->GetChunk(3), Bytes("g"));
   EXPECT_TRUE(column->GetChunk(3).IsEmpty());
+  EXPECT_EQ(column->Whole(), Bytes("abcdefg"));
 }
 
 TEST_F(LongValueTest, FailureOfAnyPieceIsRaised) {
