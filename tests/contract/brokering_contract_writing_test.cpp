@@ -1,6 +1,8 @@
 // Objects written through the real drivers: new, changed and deleted ones, those of related classes with them, and the
 // number that the server gives a new row.
 
+#include <algorithm>
+
 #include "tests/contract/brokering_contract.h"
 
 namespace velmoria::test {
@@ -37,6 +39,25 @@ TEST_P(BrokeringContract, NewObjectOfEveryKindOfValueIsInsertedAndReadAgain) {
     if (property->Name() == "id") continue;
     EXPECT_EQ(Value(stored, property->Name().c_str()), property->Value()) << property->Name();
   }
+}
+
+TEST_P(BrokeringContract, LineThatEndsInABackslashIsWrittenAndFoundAsItIs) {
+  const std::string text = "a\\\nb\\\r\nc'\\\n";
+  std::string longText = text + std::string(9000, 'x') + text;
+  longText.erase(std::remove(longText.begin(), longText.end(), '\''), longText.end());  // not doubled in such a value
+  MakeTable("lines", "id int NOT NULL PRIMARY KEY, name varchar(40), body text");
+  AddClass("Line", "lines");
+  const auto line = Framework{}.CreateBusinessObject({.ClassName = "Line"});
+  Set(line, "id", 1);
+  Set(line, "name", text);
+  Set(line, "body", longText);
+  line->Update();
+  EXPECT_EQ(Value(One("Line", 1), "body"), Variant(std::vector<Byte>(longText.begin(), longText.end())));
+  const auto byName = ActionOf("Line", "Get")->CreateParameters();
+  byName->SetupItem({.Name = "name", .Value = text, .DataType = dtString, .SourceColumn = "name", .Flags = pfInput});
+  const auto found = AgentOf("Line", "Get", byName)->GetRecordset(0, nullptr, false);
+  ASSERT_EQ(found->Count(), 1);
+  EXPECT_EQ(found->GetPersistentProperties(0, "")->Item("name")->Value(), Variant(text));
 }
 
 TEST_P(BrokeringContract, EveryKindOfValueIsChangedEmptiedAndSetAgain) {

@@ -86,6 +86,35 @@ void AppendBytes(std::string& text, const Variant& value) {
   text += '\'';
 }
 
+bool JoinsLines(zEngines engine) { return engine == engSQLServer || engine == engSybase; }
+
+/// The place of a line's end behind a backslash.
+std::size_t FindJoined(std::string_view text, std::size_t from) {
+  for (auto at = text.find('\\', from); at != text.npos; at = text.find('\\', at + 1)) {
+    const auto behind = text.substr(at + 1, 2);
+    if (behind.starts_with('\n') || behind == "\r\n") return at + 1;
+  }
+  return text.npos;
+}
+
+// T-SQL takes a backslash at the end of a line for no part of the literal, nor the line's end, and has no way of
+// writing the two but in literals of their own. What SQL Server joins is cut at 8,000 bytes unless one part is without
+// limit.
+void SplitJoinedLines(std::string& text, std::size_t start, zEngines engine) {
+  constexpr std::size_t kMostJoined = 8000;
+  auto place = FindJoined(text, start);
+  if (place == text.npos) return;
+  const auto literal = text.substr(start);
+  text.resize(start);
+  if (engine == engSQLServer && literal.size() > kMostJoined) text += "CAST('' AS varchar(max)) + ";
+  std::size_t written = 0;
+  for (place -= start; place != literal.npos; place = FindJoined(literal, place)) {
+    text.append(literal, written, place - written).append("' + '");
+    written = place;
+  }
+  text.append(literal, written);
+}
+
 }  // namespace
 
 void AppendLiteral(std::string& text, const Variant& value, zDataTypes dataType, zEngines engine) {
@@ -93,8 +122,9 @@ void AppendLiteral(std::string& text, const Variant& value, zDataTypes dataType,
     text += "NULL";
     return;
   }
+  const auto start = text.size();
   switch (dataType == dtVariant ? DataTypeForVarType(value.Type()) : dataType) {
-    case dtString: return AppendText(text, value.IsText() ? value.TextView() : std::string_view(value.AsText()));
+    case dtString: AppendText(text, value.IsText() ? value.TextView() : std::string_view(value.AsText())); break;
     case dtLongInteger:
     case dtInteger:
     case dtCurrency:
@@ -104,10 +134,10 @@ void AppendLiteral(std::string& text, const Variant& value, zDataTypes dataType,
     case dtByte: return AppendNumberOf(text, value);
     case dtDate: return AppendBetween(text, engine == engAccess ? '#' : '\'', value.AsText());
     case dtBoolean: return AppendBoolean(text, value, engine);
-    case dtByteArray: return AppendBytes(text, value);
-    case dtVariant: break;
+    case dtByteArray: AppendBytes(text, value); break;
+    case dtVariant: Fail(RuntimeFailure::TypeMismatch);
   }
-  Fail(RuntimeFailure::TypeMismatch);
+  if (JoinsLines(engine)) SplitJoinedLines(text, start, engine);
 }
 
 }  // namespace velmoria::sql

@@ -41,6 +41,9 @@ class SplittingTest(unittest.TestCase):
                             ("'a\\'", "a\\"), ("'a\\\nb'", "ab"), ("'a\\\r\nb'", "ab"), ("'a\nb'", "a\nb")]:
             self.assertEqual(tokens_of(text)[0].text, value)
 
+    def test_line_ends_in_a_literal_of_its_own_is_kept(self):
+        self.assertEqual([token.text for token in tokens_of("'a\\' + '\nb'")], ["a\\", "+", "\nb"])
+
     def test_doubled_quotes_and_brackets_stand_for_one(self):
         self.assertEqual([token.text for token in tokens_of("'it''s' N'n''' [a]]b] \"c\"\"d\" 0xAB")],
                          ["it's", "n'", "a]b", 'c"d', "0xAB"])

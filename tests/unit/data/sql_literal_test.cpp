@@ -60,7 +60,14 @@ INSTANTIATE_TEST_SUITE_P(
                     LiteralCase{"VariantText", "it's", dtVariant, "'it''s'", "'it''s'"},
                     LiteralCase{"VariantDate", kNoon, dtVariant, "'2026-11-20 14:03:05'", "#2026-11-20 14:03:05#"},
                     LiteralCase{"VariantBoolean", true, dtVariant, "1", "True"},
-                    LiteralCase{"VariantDouble", 2.5, dtVariant, "2.5", "2.5"}),
+                    LiteralCase{"VariantDouble", 2.5, dtVariant, "2.5", "2.5"},
+                    LiteralCase{"VariantInteger", std::int16_t{-12}, dtVariant, "-12", "-12"},
+                    LiteralCase{"VariantLong", std::int32_t{70000}, dtVariant, "70000", "70000"},
+                    LiteralCase{"VariantSingle", 0.5F, dtVariant, "0.5", "0.5"},
+                    LiteralCase{"VariantCurrency", Currency{-123450}, dtVariant, "-12.345", "-12.345"},
+                    LiteralCase{"VariantDecimal", Decimal::Parse("1.50"), dtVariant, "1.50", "1.50"},
+                    LiteralCase{"VariantByte", Byte{200}, dtVariant, "200", "200"},
+                    LiteralCase{"ArrayOfNoValues", Variant::ArrayOfValues({}), dtByteArray, "''", "''"}),
     [](const auto& test) { return test.param.What; });
 
 TEST(SqlLiteralTest, BytesAreOneCharacterEachAndQuotesAreNotDoubled) {
@@ -69,6 +76,41 @@ TEST(SqlLiteralTest, BytesAreOneCharacterEachAndQuotesAreNotDoubled) {
 }
 
 TEST(SqlLiteralTest, LongTextIsNotDoubledEither) { EXPECT_EQ(Literal("it's", dtByteArray), "'it's'"); }
+
+TEST(SqlLiteralTest, ALineThatEndsInABackslashIsWrittenInTwoLiteralsForServersThatWouldJoinIt) {
+  struct {
+    const char* Text;
+    const char* Literal;
+  } const cases[] = {
+      {"abc\\\ndef", "'abc\\' + '\ndef'"},
+      {"abc\\\r\ndef", "'abc\\' + '\r\ndef'"},
+      {"\\\n\\\\\n", "'\\' + '\n\\\\' + '\n'"},
+      {"it's\\\n'", "'it''s\\' + '\n'''"},
+      {"abc\\", "'abc\\'"},
+      {"\\ \n\\\r\\d\n", "'\\ \n\\\r\\d\n'"},
+  };
+  for (const auto& row : cases) {
+    for (const auto engine : {engSQLServer, engSybase}) EXPECT_EQ(Literal(row.Text, dtString, engine), row.Literal);
+  }
+  for (const auto engine : {engODBC, engOracle, engAccess})
+    EXPECT_EQ(Literal("abc\\\ndef", dtString, engine), "'abc\\\ndef'");
+}
+
+TEST(SqlLiteralTest, LongValuesAndBytesAreWrittenSoToo) {
+  const std::vector<Byte> bytes{'a', '\\', '\n'};
+  for (const auto engine : {engSQLServer, engSybase}) {
+    EXPECT_EQ(Literal(bytes, dtByteArray, engine), "'a\\' + '\n'");
+    EXPECT_EQ(Literal("a\\\n", dtByteArray, engine), "'a\\' + '\n'");
+    EXPECT_EQ(Literal(Variant::ArrayOfValues({97, 92, 10}), dtByteArray, engine), "'a\\' + '\n'");
+  }
+}
+
+TEST(SqlLiteralTest, WhatIsTooLongToBeJoinedOtherwiseIsJoinedWithoutLimit) {
+  const std::string half(4000, 'x');
+  const auto joined = "'" + half + "\\' + '\n" + half + "'";
+  EXPECT_EQ(Literal(half + "\\\n" + half, dtString, engSQLServer), "CAST('' AS varchar(max)) + " + joined);
+  EXPECT_EQ(Literal(half + "\\\n" + half, dtString, engSybase), joined);
+}
 
 TEST(SqlLiteralTest, AVariantArrayIsWrittenElementByElement) {
   EXPECT_EQ(Literal(Variant::ArrayOfValues({72, 105}), dtByteArray), "'Hi'");
