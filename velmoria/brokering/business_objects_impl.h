@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <cstdint>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "velmoria/brokering/ibusiness_object.h"
+#include "velmoria/brokering/key_map_impl.h"
 #include "velmoria/fwd.h"
-#include "velmoria/runtime/keyed_list.h"
 
 namespace velmoria {
 
@@ -56,29 +55,17 @@ class RowObjects {
   }
 
   /// The first row seen under a key stays.
-  void MapKey(std::string key, std::int64_t row) { keys_.try_emplace(std::move(key), row); }
+  void MapKey(std::string_view key, std::int64_t row) { keys_.Add(key, row); }
   /// The row under a key, or -1.
-  std::int64_t RowOf(std::string_view key) const {
-    const auto found = keys_.find(key);
-    return found == keys_.end() ? -1 : found->second;
-  }
-  bool HasKeys() const noexcept { return !keys_.empty(); }
+  std::int64_t RowOf(std::string_view key) const noexcept { return keys_.RowOf(key); }
+  bool HasKeys() const noexcept { return !keys_.IsEmpty(); }
 
   std::vector<IBusinessObjectPtr> NewObjects;
 
  private:
-  struct Hash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view key) const noexcept { return HashFolded(key); }
-  };
-  struct Same {
-    using is_transparent = void;
-    bool operator()(std::string_view left, std::string_view right) const noexcept { return EqualFolded(left, right); }
-  };
-
   std::vector<IBusinessObjectPtr> byRow_;
   std::size_t count_ = 0;
-  std::unordered_map<std::string, std::int64_t, Hash, Same> keys_;
+  KeyMap keys_;
 };
 
 }  // namespace velmoria

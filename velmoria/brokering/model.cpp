@@ -69,8 +69,11 @@ PropertiesPtr Model::Properties(const Variant& index) try {
 } catch (...) { Failed("Properties"); }
 
 PropertyPtr Model::FindProperty(const Variant& index, PropertyPtr parameter) try {
-  const PropertyKey key{.Index = index, .Parameter = parameter};
   auto& context = Held();
+  if (!parameter) {
+    if (const auto* held = context.FindHeld(index)) return *held;
+  }
+  const PropertyKey key{.Index = index, .Parameter = parameter};
   PropertyPtr found =
       QuietlyWhenHeard(context.PropertyNotFound, "Model.FindProperty", [&] { return context.FindOrAsk(key); });
   if (!found) PropertyNotFound.Raise(index, parameter, found);

@@ -149,7 +149,7 @@ void Recordset::ReadLong(std::int32_t row, std::size_t column) {
 }
 
 Variant Recordset::PresentOrRead(std::int32_t row, std::size_t column) {
-  auto value = Present(row, column);
+  auto value = changes_ ? Present(row, column) : Fetched(row, column);
   if (!value.IsEmpty() || !IsUnread(row, column)) return value;
   ReadLong(row, column);
   return Present(row, column);

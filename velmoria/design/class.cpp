@@ -14,6 +14,16 @@ namespace velmoria {
 
 template class DesignObject<ClassKind>;
 
+namespace {
+
+PropertyPtr FindKeyPart(const PropertyData& definition, Properties& given) {
+  if (const auto* held = given.FindHeld(definition.Name())) return *held;
+  const PropertyKey key{definition.Name(), definition.SourceName(), definition.SourceKey(), PropertyPtr()};
+  return QuietlyWhenHeard(given.ItemNotFound, "Class.CreateIdentifier", [&] { return given.FindOrAsk(key); });
+}
+
+}  // namespace
+
 Class::Class() = default;
 Class::~Class() = default;
 
@@ -69,9 +79,7 @@ IdentifierPtr Class::CreateIdentifier(const PropertiesPtr& properties) try {
 } catch (...) { Failed("CreateIdentifier"); }
 
 PropertyPtr Class::KeyPart(const PropertyData& definition, velmoria::Properties& given) const {
-  const PropertyKey key{definition.Name(), definition.SourceName(), definition.SourceKey(), PropertyPtr()};
-  const auto found =
-      QuietlyWhenHeard(given.ItemNotFound, "Class.CreateIdentifier", [&] { return given.FindOrAsk(key); });
+  const auto found = FindKeyPart(definition, given);
   if (!found) Raise(errIdentifier_Property, "CreateIdentifier", {definition.Details(), Name()});
   found->Data()->SetFlags(found->Flags() | definition.Flags());
   return found;

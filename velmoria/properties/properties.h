@@ -160,6 +160,8 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   PropertiesDataPtr Data() const;
   /// A member, or none: no event and no error.
   PropertyPtr Find(const PropertyKey& key) const;
+  /// A member by position or name, or null; for who asks often.
+  const PropertyPtr* FindHeld(const Variant& index) const;
   /// A member, or what a listener of ItemNotFound supplies, or none: no error.
   PropertyPtr FindOrAsk(const PropertyKey& key);
   /// A member that lives elsewhere, too: it joins under its Name, without events, and its definition is left alone.

@@ -96,8 +96,13 @@ std::int32_t Properties::PositionOf(const Variant& index) const {
   return items_ ? static_cast<std::int32_t>(items_->List.PositionOf(index)) : data_->PositionOf(index);
 }
 
+const PropertyPtr* Properties::FindHeld(const Variant& index) const {
+  const auto position = PositionOf(index);
+  return position == 0 ? nullptr : &MemberAt(position);
+}
+
 PropertyPtr Properties::FindByNames(const PropertyKey& key) const {
-  if (const auto position = PositionOf(key.Index)) return MemberAt(position);
+  if (const auto* held = FindHeld(key.Index)) return *held;
   if (key.SourceName.empty() && key.SourceKey.empty()) return {};
   for (std::int32_t position = 1; position <= Count(); ++position) {
     const auto& definition = items_ ? MemberAt(position)->Data() : data_->At(position);

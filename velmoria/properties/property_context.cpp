@@ -72,6 +72,10 @@ PropertyPtr PropertyContext::FindByNumber(const Variant& index) const {
   return {};
 }
 
+const PropertyPtr* PropertyContext::FindHeld(const Variant& name) const {
+  return name.IsText() && !items_.IsEmpty() ? items_.At(1)->FindHeld(name) : nullptr;
+}
+
 PropertyPtr PropertyContext::FindByName(const PropertyKey& key) const {
   // By position, for a listener may add collections or remove them.
   for (std::size_t position = 1; position <= items_.Count(); ++position) {

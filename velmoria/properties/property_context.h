@@ -125,6 +125,8 @@ class VELMORIA_API PropertyContext final : public Object,
   void Setup(bool locked, bool supportsAdd, bool supportsRemove);
   /// The context of an object, from the collection that made it.
   void SetupWith(const PropertiesPtr& properties);
+  /// The first collection's member of a name, which nothing goes before; null where there is none.
+  const PropertyPtr* FindHeld(const Variant& name) const;
   /// As Item and FindProperty, their events included, but none instead of an error.
   PropertiesPtr FindOrAsk(const Variant& index);
   PropertyPtr FindOrAsk(const PropertyKey& key);

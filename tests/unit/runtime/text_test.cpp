@@ -90,6 +90,28 @@ TEST(TextTest, EqualFoldedAndItsHashAgree) {
   }
 }
 
+TEST(TextTest, HashesOfEqualTextsAgreeAtEveryLength) {
+  const std::string_view lower = "customer_number_of_the_order\u017Fk";
+  std::string upper = "CUSTOMER_NUMBER_OF_THE_ORDERSK";
+  EXPECT_EQ(HashFolded(lower), HashFolded(upper));
+  for (std::size_t begin = 0; begin < 28; ++begin) {
+    for (std::size_t size = 0; begin + size <= 28; ++size)
+      EXPECT_EQ(HashFolded(lower.substr(begin, size)), HashFolded(std::string_view(upper).substr(begin, size)));
+  }
+  EXPECT_NE(HashFolded("customer"), HashFolded("customes"));
+  EXPECT_NE(HashFolded("customer_"), HashFolded("customer"));
+}
+
+TEST(TextTest, HashesOfEqualTextsAgreeWhereverACharacterThatIsNotAsciiStands) {
+  for (std::size_t place = 0; place <= 20; ++place) {
+    std::string ascii(20, 'a'), other(20, 'A');
+    ascii.insert(place, "s");
+    other.insert(place, "\u017F");
+    ASSERT_TRUE(EqualFolded(ascii, other));
+    EXPECT_EQ(HashFolded(ascii), HashFolded(other)) << place;
+  }
+}
+
 TEST(TextTest, FindsPartsWithoutRegardToCase) {
   EXPECT_TRUE(ContainsFolded("Microsoft Sql SERVER", "sql server"));
   EXPECT_TRUE(ContainsFolded("ΟΔΟΣ ΑΘΗΝΑ", "αθη"));

@@ -13,9 +13,16 @@ namespace velmoria {
 
 namespace {
 
+// Looked up for every object that is made: nothing is folded into a copy.
+struct FoldedName {
+  using is_transparent = void;
+  std::size_t operator()(std::string_view name) const noexcept { return HashFolded(name); }
+  bool operator()(std::string_view left, std::string_view right) const noexcept { return EqualFolded(left, right); }
+};
+
 struct Register {
   std::mutex Guard;
-  std::unordered_map<std::string, Components::Factory> Factories;  // by case-folded name
+  std::unordered_map<std::string, Components::Factory, FoldedName, FoldedName> Factories;
 };
 
 Register& TheRegister() {
@@ -26,7 +33,7 @@ Register& TheRegister() {
 Components::Factory FindFactory(std::string_view name) {
   auto& known = TheRegister();
   const std::scoped_lock lock(known.Guard);
-  const auto found = known.Factories.find(FoldCase(name));
+  const auto found = known.Factories.find(name);
   return found == known.Factories.end() ? nullptr : found->second;
 }
 
@@ -36,13 +43,13 @@ void Components::Register(std::string_view name, Factory factory) {
   if (name.empty() || !factory) Fail(RuntimeFailure::InvalidArgument);
   auto& known = TheRegister();
   const std::scoped_lock lock(known.Guard);
-  known.Factories.insert_or_assign(FoldCase(name), factory);
+  known.Factories.insert_or_assign(std::string(name), factory);
 }
 
 bool Components::Unregister(std::string_view name) {
   auto& known = TheRegister();
   const std::scoped_lock lock(known.Guard);
-  return known.Factories.erase(FoldCase(name)) != 0;
+  return known.Factories.erase(std::string(name)) != 0;
 }
 
 Ref<Object> Components::Create(std::string_view name) {

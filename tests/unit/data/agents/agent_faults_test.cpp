@@ -109,18 +109,18 @@ std::string ReadBackwards(FaultyOrders& orders) {
 
 std::string Count(FaultyOrders& orders) { return std::to_string(orders.Agent->RowCount()); }
 
-/// Rows of more than what a result keeps behind its position, and all of them passed.
-void DesignManyAndReadThem(FaultyOrders& orders) {
+/// Rows of more than what a result keeps in memory behind its position.
+void DesignManyAndReadAPage(FaultyOrders& orders) {
   orders.Fake.Columns = {{"Id", 4}, {"Name", 12, 4000}};
   orders.SetRows(2600, 3600);
   orders.Fake.Scrolls = false;
   orders.Design({.ObjectBuffer = 1300, .CursorType = crtKeyset});
   orders.MakeAgent();
   orders.Page = orders.Agent->GetRecordset(0, nullptr, false);
-  orders.Agent->GetRecordset(0, orders.Page, false);
 }
 
-std::string ReadFirstPageAgain(FaultyOrders& orders) {
+std::string PassAllAndReadFirstPageAgain(FaultyOrders& orders) {
+  orders.Agent->GetRecordset(0, orders.Page, false);
   return orders.Ids(orders.Agent->GetRecordset(0, nullptr, false));
 }
 
@@ -343,7 +343,7 @@ const std::vector<Operation> kOperations{
     {"ValuesLongerThanAnnounced", DesignLongTexts, ReadTexts, nullptr, kReading, false, true},
     {"ValuesLongerThanAnnouncedInAScrollingCursor", DesignLongTextsOfAScrollingCursor, ReadTexts, nullptr, kReading,
      false, true},
-    {"RowsThatWereLetGoOf", DesignManyAndReadThem, ReadFirstPageAgain, nullptr, kReading},
+    {"RowsFarBehind", DesignManyAndReadAPage, PassAllAndReadFirstPageAgain, nullptr, kReading},
     {"FilteredRows", DesignFilter, Read, nullptr, kReading},
     {"StatementWithParameters", DesignStatement, Read, nullptr, kReading},
     {"Counting", DesignTable, Count, nullptr, kReading, false, true},

@@ -1,0 +1,29 @@
+#include "velmoria/brokering/key_map_impl.h"
+#include "velmoria/runtime/text.h"
+
+namespace velmoria {
+
+void KeyMap::Add(std::string_view key, std::int64_t row) {
+  const std::size_t hash = HashFolded(key);
+  if (Find(key, hash) != KeyIndex::kNone) return;
+  index_.ReserveOne();
+  keys_.append(key);
+  entries_.push_back({keys_.size(), row});
+  index_.Add(hash, entries_.size() - 1);
+}
+
+std::int64_t KeyMap::RowOf(std::string_view key) const noexcept {
+  const std::size_t place = Find(key, HashFolded(key));
+  return place == KeyIndex::kNone ? -1 : entries_[place].Row;
+}
+
+std::string_view KeyMap::KeyAt(std::size_t place) const noexcept {
+  const std::size_t begin = place == 0 ? 0 : entries_[place - 1].End;
+  return std::string_view(keys_).substr(begin, entries_[place].End - begin);
+}
+
+std::size_t KeyMap::Find(std::string_view key, std::size_t hash) const noexcept {
+  return index_.Find(hash, [&](std::size_t place) { return EqualFolded(KeyAt(place), key); });
+}
+
+}  // namespace velmoria
