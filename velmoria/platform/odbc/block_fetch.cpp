@@ -12,7 +12,9 @@
 namespace velmoria::odbc {
 namespace {
 
-constexpr std::size_t kFirstBlock = 64;  // many results are a row or a page
+// Many results are a row or a page.
+constexpr std::size_t kFirstBlock = 8;
+constexpr std::size_t kSecondBlock = 64;
 constexpr std::size_t kWholeBlock = 1024;
 constexpr std::size_t kBlockBytes = std::size_t{4} << 20;
 
@@ -33,7 +35,8 @@ BlockFetch::BlockFetch(Statement& statement, const std::vector<ColumnInfo>& colu
 
 std::size_t BlockFetch::RowsOfBlock() const noexcept {
   if (firstAlone_ && rowsBefore_ == 0) return 1;
-  const std::size_t most = rowsBefore_ == 0 ? kFirstBlock : kWholeBlock;
+  const std::size_t next = rowsBefore_ < kSecondBlock ? kSecondBlock : kWholeBlock;
+  const std::size_t most = rowsBefore_ == 0 ? kFirstBlock : next;
   return std::clamp<std::size_t>(kBlockBytes / std::max<std::size_t>(rowBytes_, 1), 1, most);
 }
 

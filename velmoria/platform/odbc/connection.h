@@ -31,6 +31,8 @@ class Connection {
   std::string InfoText(Word information);
   Word InfoNumber(Word information);
 
+  /// The file name of the driver, "psqlodbcw.so"; empty when it does not tell.
+  const std::string& DriverName() const noexcept { return driverName_; }
   const odbc::Driver& Driver() const noexcept { return environment_.Driver(); }
   odbc::Calls& Calls() const noexcept { return *Driver().Calls; }
   /// Waits for what runs in the background. A driver does one thing at a time for a connection.
@@ -46,10 +48,16 @@ class Connection {
   bool IsAnswered(Code code) noexcept;
   void Enter(Statement* statement);
   void Leave(Statement* statement) noexcept;
+  /// A statement handle, perhaps one that was used before and is like new.
+  Handle TakeHandle();
+  void GiveBack(Handle statement, bool likeNew) noexcept;
 
   Environment& environment_;
   Handle handle_ = nullptr;
+  Handle spare_ = nullptr;  // a statement to be used again
+  std::string driverName_;
   bool connected_ = false;
+  bool keepsSpare_ = false;
   bool autoCommit_ = true;
   bool inDoubt_ = false;  // something failed, the link perhaps
   std::vector<Statement*> statements_;

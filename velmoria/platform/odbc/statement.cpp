@@ -1,5 +1,7 @@
 #include "velmoria/platform/odbc/statement.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 
 #include <sql.h>
@@ -18,31 +20,50 @@ void RefuseZero(const std::string& text) {
   Fail(RuntimeFailure::InvalidArgument, "The text of a statement holds a character 0.");
 }
 
+struct BlockAttribute {
+  odbc::Number Number;
+  Handle New;  // what a new statement has
+};
+
+const std::array kBlockAttributes = {
+    BlockAttribute{SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<Handle>(std::uintptr_t{1})},
+    BlockAttribute{SQL_ATTR_ROW_STATUS_PTR, nullptr},
+    BlockAttribute{SQL_ATTR_ROWS_FETCHED_PTR, nullptr},
+};
+
 }  // namespace
 
 Statement::Statement(Connection& connection) : connection_(&connection) {
   connection.RequireOpen();
   connection.Enter(this);
-  Handle made = nullptr;
   try {
-    connection.Check(connection.Calls().AllocHandle(SQL_HANDLE_STMT, connection.handle_, &made));
+    handle_ = connection.TakeHandle();
   } catch (...) {
     connection.Leave(this);
     throw;
   }
-  handle_ = made;
 }
 
 void Statement::Close() noexcept {
   if (connection_ == nullptr) return;
   CancelExecution();
-  if (handle_ != nullptr) connection_->Calls().FreeHandle(SQL_HANDLE_STMT, handle_);
+  if (handle_ != nullptr) connection_->GiveBack(handle_, connection_->keepsSpare_ && MakeLikeNew());
   connection_->Leave(this);
   handle_ = nullptr;
   connection_ = nullptr;
 }
 
+bool Statement::MakeLikeNew() noexcept {
+  if (isSpecial_ || !EndResult() || !UnbindParameters()) return false;
+  if (!Succeeded(Calls().FreeStmt(handle_, SQL_UNBIND))) return false;
+  const auto reset = [this](const auto& attribute) {
+    return Succeeded(Calls().SetStmtAttr(handle_, attribute.Number, attribute.New, 0));
+  };
+  return !fetchesBlocks_ || std::ranges::all_of(kBlockAttributes, reset);
+}
+
 void Statement::AskForScrolling() {
+  isSpecial_ = true;
   // A refusal is no failure: Scrolls tells what there is.
   const auto type = reinterpret_cast<Handle>(std::uintptr_t{SQL_CURSOR_STATIC});
   connection_->IsAnswered(Calls().SetStmtAttr(Get(), SQL_ATTR_CURSOR_TYPE, type, 0));
@@ -58,7 +79,11 @@ void Statement::SetAttribute(Number attribute, ULength value) {
   SetPointer(attribute, reinterpret_cast<Handle>(std::uintptr_t{value}));
 }
 
-void Statement::SetPointer(Number attribute, Handle value) { Check(Calls().SetStmtAttr(Get(), attribute, value, 0)); }
+void Statement::SetPointer(Number attribute, Handle value) {
+  const auto isOfBlocks = [=](const auto& each) { return each.Number == attribute; };
+  (std::ranges::any_of(kBlockAttributes, isOfBlocks) ? fetchesBlocks_ : isSpecial_) = true;
+  Check(Calls().SetStmtAttr(Get(), attribute, value, 0));
+}
 
 void Statement::Prepare(const std::string& text) {
   RefuseZero(text);
@@ -82,6 +107,7 @@ void Statement::ExecuteDirect(const std::string& text) {
 void Statement::ExecuteInBackground(const std::string& text, bool prepared) {
   RefuseZero(text);
   AwaitTurn();
+  isSpecial_ = true;
   execution_ = std::make_unique<Execution>(connection_->Driver().Calls, Get(), text, prepared);
   connection_->executing_ = this;
 }
@@ -142,6 +168,11 @@ Handle Statement::Get() const {
   return handle_;
 }
 
+const DateManners& Statement::Dates() const {
+  if (connection_ == nullptr) FailClosed("The connection of the statement is closed.");
+  return connection_->Dates();
+}
+
 Calls& Statement::Calls() const {
   if (connection_ == nullptr) FailClosed("The connection of the statement is closed.");
   return connection_->Calls();
@@ -149,6 +180,7 @@ Calls& Statement::Calls() const {
 
 void Statement::Check(Code code) const {
   if (Succeeded(code)) return;
+  isSpecial_ = true;
   connection_->inDoubt_ = true;
   FailWithDiagnostics(connection_->Driver(), SQL_HANDLE_STMT, handle_);
 }

@@ -59,6 +59,8 @@ class Statement {
   /// Waits for what the connection runs in the background.
   void AwaitTurn() const;
 
+  /// How the dates of the driver have to be read.
+  const DateManners& Dates() const;
   odbc::Calls& Calls() const;
   Handle Get() const;
   void Check(Code code) const;
@@ -66,10 +68,14 @@ class Statement {
  private:
   friend class Connection;
   void EndExecution() noexcept;
+  /// Takes back what was set and bound; false when it cannot be as a new one is.
+  bool MakeLikeNew() noexcept;
 
   Connection* connection_;
   Handle handle_ = nullptr;
   std::unique_ptr<Execution> execution_;
+  bool fetchesBlocks_ = false;
+  mutable bool isSpecial_ = false;  // something was done to it that is not taken back, or failed
 };
 
 }  // namespace velmoria::odbc

@@ -104,11 +104,11 @@ void rdoConnection::MakeRoom() noexcept {
 
 bool rdoConnection::NeedsThisThread(const std::string& sql) {
   return odbc::HasSeveralStatements(sql) &&
-         handle_.InfoText(SQL_DRIVER_NAME).find(kOneThreadDriver) != std::string::npos;
+         handle_.DriverName().find(kOneThreadDriver) != std::string::npos;
 }
 
 bool rdoConnection::PreparesReturns() {
-  return handle_.InfoText(SQL_DRIVER_NAME).find(kNoPreparedReturnsDriver) == std::string::npos;
+  return handle_.DriverName().find(kNoPreparedReturnsDriver) == std::string::npos;
 }
 
 // A cursor that is read to its end leaves the list, so a copy is walked.
