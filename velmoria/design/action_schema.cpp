@@ -60,9 +60,7 @@ struct Action::LastColumns {
   zEngines Engine = engUnknown;
   PropertiesDataPtr Definitions;
 
-  bool Are(const odbc::Columns& described, zEngines engine) const {
-    return Described == described && Engine == engine;
-  }
+  bool Are(const odbc::Columns& described, zEngines engine) const { return Described == described && Engine == engine; }
 };
 
 PropertiesDataPtr Action::MakeDefinitions(const rdoResultset& result, std::string& context) {

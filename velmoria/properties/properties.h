@@ -156,12 +156,10 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   bool IsBound() const { return static_cast<bool>(recordset_); }
   RecordsetPtr Recordset() const;
   std::int32_t Row() const { return row_; }
-  /// None on a transient collection.
-  PropertiesDataPtr Data() const;
+  PropertiesDataPtr Data() const;  // none on a transient collection
   /// A member, or none: no event and no error.
   PropertyPtr Find(const PropertyKey& key) const;
-  /// A member by position or name, or null; for who asks often.
-  const PropertyPtr* FindHeld(const Variant& index) const;
+  const PropertyPtr* FindHeld(const Variant& index) const;  // the same by position or name, or null
   /// A member, or what a listener of ItemNotFound supplies, or none: no error.
   PropertyPtr FindOrAsk(const PropertyKey& key);
   /// A member that lives elsewhere, too: it joins under its Name, without events, and its definition is left alone.
