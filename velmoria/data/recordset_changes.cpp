@@ -28,6 +28,12 @@ bool IsRestored(const Variant& old, const Variant& present) {
   return old == present;
 }
 
+/// On an old row an Empty old value only says that the column was not changed.
+bool IsChanged(const RowChanges::Row& row, const RowChanges::Cell& cell) {
+  if (!cell.Stored || (cell.Old.IsEmpty() && !row.IsIn(List::New))) return false;
+  return !VariantsEqual(cell.Present, cell.Old);
+}
+
 }  // namespace
 
 void Recordset::Store(std::int32_t row, std::size_t column, const Variant& value) {
@@ -71,10 +77,7 @@ Variant Recordset::OldValues(std::int32_t row, const PropertyData& column) const
 
 bool Recordset::Differs(std::int32_t row, std::size_t column) const {
   const auto* touched = changes_ ? changes_->FindDirty(row) : nullptr;
-  const auto* cell = touched ? changes_->FindStored(row, column) : nullptr;
-  if (!cell || VariantsEqual(cell->Present, cell->Old)) return false;
-  // On an old row an Empty old value only says that the column was not changed.
-  return !cell->Old.IsEmpty() || touched->IsIn(List::New);
+  return touched && column < touched->Cells.size() && IsChanged(*touched, touched->Cells[column]);
 }
 
 Variant Recordset::Dirty(std::int32_t row) const try {
@@ -87,10 +90,7 @@ Variant Recordset::Dirty(std::int32_t row) const try {
 bool Recordset::IsDirty(std::int32_t row) const {
   const auto* touched = changes_ ? changes_->FindDirty(row) : nullptr;
   if (!touched) return false;
-  for (std::size_t column = 0; column < touched->Cells.size(); ++column) {
-    if (Differs(row, column)) return true;
-  }
-  return false;
+  return std::ranges::any_of(touched->Cells, [&](const auto& cell) { return IsChanged(*touched, cell); });
 }
 
 bool Recordset::Dirty(std::int32_t row, const Variant& index) const try {

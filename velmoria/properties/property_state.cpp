@@ -25,15 +25,19 @@ void Property::SetStateFlags(zStateFlags flags) {
 void Property::ClearDirty() { Data()->ClearDirty(); }
 
 void Property::MarkUpdated() try {
-  if (has(StateFlags(), sfNew) && EmptyValue() && Data()->Modifiable()) SetValue(Variant::Null());
-  SetStateFlags(StateFlags() | sfpersistent);
-  if (has(StateFlags(), sfpendingdelete)) {
-    SetStateFlags(StateFlags() | sfdeleted);
-    SetStateFlags(StateFlags() & ~(sfpersistent | sfpendingdelete));
+  auto state = StateFlags();
+  if (has(state, sfNew) && EmptyValue() && Data()->Modifiable()) {
+    SetValue(Variant::Null());
+    state = StateFlags();
+  }
+  // A row has its state in its Recordset.
+  if (!recordset_) {
+    const bool isDeleted = has(state, sfpendingdelete);
+    state = isDeleted ? (state | sfdeleted) & ~(sfpersistent | sfpendingdelete) : state | sfpersistent;
   }
   // The store behind ClearDirty stamps the definition anew, so that Dirty reads True after an update.
   ClearDirty();
-  SetStateFlags(StateFlags() & ~(sfnonpersistent | sfdirty | sfNew));
+  SetStateFlags(state & ~(sfnonpersistent | sfdirty | sfNew));
 } catch (...) { Failed("MarkUpdated"); }
 
 void Property::MarkUndone() {
