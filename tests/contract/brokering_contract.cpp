@@ -11,7 +11,7 @@ namespace velmoria::test {
 namespace {
 
 BrokeringProfile Sqlite() {
-  return {.OddDays = {{"'0001-01-01'"}, {"'12345-01-01'"}, {"'2026-02-30'", true}, {"'soon'", true}},
+  return {.OddDays = {"'0001-01-01'", "'12345-01-01'", "'2026-02-30'", "'soon'"},
           .Repeated = "replace(hex(zeroblob({count} / 2)), '0', 'x')",
           .NoIdentity = "HY000: ",
           .WhyNoDroppedColumn = "Does not apply: the SQLite driver describes the columns that it knew before",
@@ -21,7 +21,7 @@ BrokeringProfile Sqlite() {
 }
 
 BrokeringProfile Postgres() {
-  return {.OddDays = {{"'0001-01-01'"}, {"'0044-03-15 BC'"}},
+  return {.OddDays = {"'0001-01-01'", "'0044-03-15 BC'", "'12345-01-01'", "'infinity'", "'-infinity'"},
           .Repeated = "repeat('x', {count})",
           .NoIdentity = "42601: ",
           .WhyNoIdentity = "Does not apply: PostgreSQL does not take the statement",
@@ -29,7 +29,7 @@ BrokeringProfile Postgres() {
 }
 
 BrokeringProfile MariaDb() {
-  return {.OddDays = {{"'0001-01-01'"}, {"'0000-00-00'", true}},
+  return {.OddDays = {"'0001-01-01'", "'0000-00-00'", "'2026-00-00'"},
           .AllowOddDays = "SET SESSION sql_mode = ''",
           .Repeated = "REPEAT('x', {count})",
           .LongestCount = 12'000'000,  // a packet takes 16 megabytes

@@ -18,12 +18,6 @@
 
 namespace velmoria::test {
 
-/// A day that a column can hold and a Date cannot.
-struct OddDay {
-  std::string Literal{};
-  bool IsNull = false;  // the driver does not understand it and gives Null; otherwise the read is refused
-};
-
 /// A driver under one of the engines, with what else it differs in once rows have become objects. The driver's own
 /// questions, and how a "Why" is meant, stand at RdoProfile; in its texts "{t}" is the prefix of every table here.
 struct BrokeringProfile {
@@ -31,7 +25,7 @@ struct BrokeringProfile {
   std::string Name{};
   zEngines Engine = engODBC;
   std::string FirstDay = "0100-01-01";
-  std::vector<OddDay> OddDays{};
+  std::vector<std::string> OddDays{};       // that a column can hold and a Date cannot
   std::string AllowOddDays{};               // what makes the server store them
   std::string Repeated{};                   // a text of {count} times "x"
   std::int32_t LongestCount = 100'000'000;  // the longest of these that is carried

@@ -117,5 +117,8 @@ Code CountingOdbc::Fetch(Handle statement) { return real_.Fetch(statement); }
 Code CountingOdbc::FetchScroll(Handle statement, Small direction, Length offset) {
   return real_.FetchScroll(statement, direction, offset);
 }
+odbc::Code CountingOdbc::SetPos(Handle statement, ULength row, Word operation, Word lock) {
+  return real_.SetPos(statement, row, operation, lock);
+}
 
 }  // namespace velmoria::test

@@ -63,6 +63,7 @@ class CountingOdbc final : public odbc::Calls {
                      odbc::Length capacity, odbc::Length* indicator) override;
   odbc::Code Fetch(odbc::Handle statement) override;
   odbc::Code FetchScroll(odbc::Handle statement, odbc::Small direction, odbc::Length offset) override;
+  odbc::Code SetPos(odbc::Handle statement, odbc::ULength row, odbc::Word operation, odbc::Word lock) override;
   odbc::Code GetData(odbc::Handle statement, odbc::Word column, odbc::Small cType, odbc::Handle value,
                      odbc::Length capacity, odbc::Length* indicator) override;
 

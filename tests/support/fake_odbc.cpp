@@ -311,6 +311,7 @@ FakeOdbc::Code FakeOdbc::Give(State& statement, std::size_t first) {
   const auto& given = statement.OfCatalogue ? Catalogue : Rows;
   const std::size_t rows = first >= given.size() ? 0 : std::min<std::size_t>(statement.ArraySize, given.size() - first);
   if (statement.Fetched != nullptr) *statement.Fetched = rows;
+  statement.First = first;
   statement.Current = first;
   statement.Next = first + rows;
   statement.Given.clear();
@@ -325,6 +326,14 @@ FakeOdbc::Code FakeOdbc::Give(State& statement, std::size_t first) {
     }
   }
   return informed ? SQL_SUCCESS_WITH_INFO : SQL_SUCCESS;
+}
+
+FakeOdbc::Code FakeOdbc::SetPos(Handle statement, ULength row, Word, Word) {
+  if (!Enter("SetPos", statement)) return SQL_ERROR;
+  State& state = Of(statement);
+  state.Current = state.First + row - 1;
+  state.Given.clear();
+  return SQL_SUCCESS;
 }
 
 FakeOdbc::Code FakeOdbc::GetData(Handle statement, Word column, Small cType, Handle value, Length capacity,
@@ -351,6 +360,13 @@ FakeOdbc::Code FakeOdbc::GetData(Handle statement, Word column, Small cType, Han
   return SQL_SUCCESS_WITH_INFO;
 }
 
+void FakeOdbc::DeliverStamp(const std::string& text, const Binding& binding, std::size_t row) const {
+  const auto misread = MisreadAs.find(text);
+  const std::string& read = misread == MisreadAs.end() ? text : misread->second;
+  Put(binding.Value, row, StampOf(read));
+  if (read.empty()) binding.Indicator[row] = SQL_NULL_DATA;
+}
+
 FakeOdbc::Code FakeOdbc::Deliver(const std::optional<std::string>& value, const Binding& binding, std::size_t row) {
   Length& indicator = binding.Indicator[row];
   indicator = SQL_NULL_DATA;
@@ -363,7 +379,7 @@ FakeOdbc::Code FakeOdbc::Deliver(const std::optional<std::string>& value, const 
     case SQL_C_DOUBLE: Put(binding.Value, row, std::strtod(value->c_str(), nullptr)); break;
     case SQL_C_FLOAT: Put(binding.Value, row, std::strtof(value->c_str(), nullptr)); break;
     case SQL_C_BIT: Put(binding.Value, row, static_cast<unsigned char>(*value == "1" ? 1 : 0)); break;
-    case SQL_C_TYPE_TIMESTAMP: Put(binding.Value, row, StampOf(*value)); break;
+    case SQL_C_TYPE_TIMESTAMP: DeliverStamp(*value, binding, row); break;
     default: {
       auto* const slot = static_cast<std::byte*>(binding.Value) + row * static_cast<std::size_t>(binding.Capacity);
       CopyText(*value, slot, binding.Capacity);

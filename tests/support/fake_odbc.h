@@ -60,6 +60,8 @@ class FakeOdbc final : public odbc::Calls {
   Row Outputs;                 // of the output parameters, in their order; given behind the last result
   std::vector<Row> Catalogue;  // what SQLProcedureColumns lists, column 1 first
   std::string DriverName = "fake.so";
+  /// What a timestamp's structure is given instead of what the text says; an empty text is a Null with zeros in it.
+  std::map<std::string, std::string> MisreadAs;
   Word ActiveStatements = 0;  // as many as wanted
   bool TransactionKeepsResults = true;
   bool TellsLengths = true;      // of bytes that GetData has not given whole
@@ -124,6 +126,7 @@ class FakeOdbc final : public odbc::Calls {
   Code BindCol(Handle statement, Word column, Small cType, Handle value, Length capacity, Length* indicator) override;
   Code Fetch(Handle statement) override;
   Code FetchScroll(Handle statement, Small direction, Length offset) override;
+  Code SetPos(Handle statement, ULength row, Word operation, Word lock) override;
   Code GetData(Handle statement, Word column, Small cType, Handle value, Length capacity, Length* indicator) override;
 
  private:
@@ -152,6 +155,7 @@ class FakeOdbc final : public odbc::Calls {
     bool OfCatalogue = false;
     int Result = 0;                     // of the execution, from 0
     std::size_t Next = 0;               // the row that the next fetch begins with
+    std::size_t First = 0;              // of the rows of the last fetch
     std::size_t Current = 0;            // the row that GetData reads
     std::map<Word, std::size_t> Given;  // how much of a value GetData has given
     std::map<Word, Binding> Bindings;
@@ -163,6 +167,7 @@ class FakeOdbc final : public odbc::Calls {
   Code Ran(Handle statement);
   bool PassGate();
   Code Give(State& statement, std::size_t first);
+  void DeliverStamp(const std::string& text, const Binding& binding, std::size_t row) const;
   Code Deliver(const std::optional<std::string>& value, const Binding& binding, std::size_t row);
 
   std::map<Handle, State> handles_;

@@ -335,6 +335,10 @@ FaultyOdbc::Code FaultyOdbc::FetchScroll(Handle statement, Small direction, Leng
   return Run("FetchScroll", statement, [&] { return driver_->FetchScroll(statement, direction, offset); });
 }
 
+FaultyOdbc::Code FaultyOdbc::SetPos(Handle statement, ULength row, Word operation, Word lock) {
+  return Run("SetPos", statement, [&] { return driver_->SetPos(statement, row, operation, lock); });
+}
+
 FaultyOdbc::Code FaultyOdbc::GetData(Handle statement, Word column, Small cType, Handle value, Length capacity,
                                      Length* indicator) {
   return Run("GetData", statement,

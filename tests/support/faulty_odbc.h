@@ -91,6 +91,7 @@ class FaultyOdbc final : public odbc::Calls {
   Code BindCol(Handle statement, Word column, Small cType, Handle value, Length capacity, Length* indicator) override;
   Code Fetch(Handle statement) override;
   Code FetchScroll(Handle statement, Small direction, Length offset) override;
+  Code SetPos(Handle statement, ULength row, Word operation, Word lock) override;
   Code GetData(Handle statement, Word column, Small cType, Handle value, Length capacity, Length* indicator) override;
 
  private:

@@ -25,7 +25,7 @@ BlockFetch::BlockFetch(Statement& statement, const std::vector<ColumnInfo>& colu
   landings_.reserve(columns.size());
   bool canOverflow = false;
   for (const auto& column : columns) {
-    const auto& landing = landings_.emplace_back(column, static_cast<Word>(landings_.size() + 1));
+    const auto& landing = landings_.emplace_back(column, static_cast<Word>(landings_.size() + 1), statement.Dates());
     rowBytes_ += landing.RowBytes();
     canOverflow = canOverflow || landing.CanOverflow();
   }
@@ -84,6 +84,7 @@ std::size_t BlockFetch::FetchBlock() {
   const std::size_t rows = std::min<std::size_t>(fetched_, capacity_);
   const bool informed = code == SQL_SUCCESS_WITH_INFO;
   if (informed) RefuseFailedRows();
+  for (auto& landing : landings_) landing.RefuseMisread(statement_, rows);
   const auto isCut = [&](const Landing& landing) { return landing.HasCut(rows, informed); };
   if (std::any_of(landings_.begin(), landings_.end(), isCut)) CompleteLongValues(rows, informed);
   return rows;

@@ -90,6 +90,9 @@ class UnixOdbcCalls final : public Calls {
   Code FetchScroll(Handle statement, Small direction, Length offset) override {
     return SQLFetchScroll(statement, direction, offset);
   }
+  Code SetPos(Handle statement, ULength row, Word operation, Word lock) override {
+    return SQLSetPos(statement, row, operation, lock);
+  }
   Code GetData(Handle statement, Word column, Small cType, Handle value, Length capacity, Length* indicator) override {
     return SQLGetData(statement, column, cType, value, capacity, indicator);
   }

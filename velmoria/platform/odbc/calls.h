@@ -62,6 +62,7 @@ class Calls {
                        Length* indicator) = 0;
   virtual Code Fetch(Handle statement) = 0;
   virtual Code FetchScroll(Handle statement, Small direction, Length offset) = 0;
+  virtual Code SetPos(Handle statement, ULength row, Word operation, Word lock) = 0;
   virtual Code GetData(Handle statement, Word column, Small cType, Handle value, Length capacity,
                        Length* indicator) = 0;
 };

@@ -50,6 +50,7 @@ void Connection::Connect(const std::string& connect, bool prompting, bool readOn
   connected_ = true;
   driverName_ = InfoText(SQL_DRIVER_NAME);
   keepsSpare_ = driverName_.find(kDriverOfSpares) != std::string::npos;
+  dates_ = &DateMannersOf(driverName_);
 }
 
 void Connection::Close() noexcept {

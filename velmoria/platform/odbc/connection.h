@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "velmoria/platform/odbc/date_manners.h"
 #include "velmoria/platform/odbc/environment.h"
 
 namespace velmoria::odbc {
@@ -30,6 +31,9 @@ class Connection {
   /// A text or small number about the server, by the number of SQLGetInfo; empty or 0 when the driver does not know.
   std::string InfoText(Word information);
   Word InfoNumber(Word information);
+
+  /// How the dates of the driver have to be read.
+  const DateManners& Dates() const noexcept { return *dates_; }
 
   /// The file name of the driver, "psqlodbcw.so"; empty when it does not tell.
   const std::string& DriverName() const noexcept { return driverName_; }
@@ -61,6 +65,7 @@ class Connection {
   bool autoCommit_ = true;
   bool inDoubt_ = false;  // something failed, the link perhaps
   std::vector<Statement*> statements_;
+  const DateManners* dates_ = &DateMannersOf({});
   Statement* executing_ = nullptr;  // in the background
 };
 

@@ -74,37 +74,30 @@ std::int64_t WholeOf(const Variant& value) {
   return number;
 }
 
-double DaysOf(const SQL_TIMESTAMP_STRUCT& stamp) {
-  return Date::From({.Year = stamp.year,
-                     .Month = stamp.month,
-                     .Day = stamp.day,
-                     .Hour = stamp.hour,
-                     .Minute = stamp.minute,
-                     .Second = stamp.second,
-                     .Millisecond = static_cast<int>(stamp.fraction / 1000000)})
-      .Days;
-}
-
-// A time alone lies on day 0.
-double DaysOf(const SQL_TIME_STRUCT& time) {
-  return Date::From({.Hour = time.hour, .Minute = time.minute, .Second = time.second}).Days;
-}
-
 }  // namespace
 
-Landing::Landing(const ColumnInfo& info, Word number)
+Landing::Landing(const ColumnInfo& info, Word number, const DateManners& manners)
     : name_(info.Name), number_(number), storage_(info.Storage), cType_(WayOf(storage_).CType) {
   const Way& way = WayOf(storage_);
   direct_ = way.Direct;
   slotWidth_ = way.SlotWidth;
   if (storage_ == ColumnStorage::Text) slotWidth_ = TextWidth(info.Size);
-  if (storage_ == ColumnStorage::Date && info.Type == rdTypeTIME) {
+  if (storage_ != ColumnStorage::Date) return;
+  const bool isTime = info.Type == rdTypeTIME;
+  if (isTime ? manners.TimesAsText : manners.DatesAsText) {
+    LandAsText();
+  } else if (isTime) {
     cType_ = SQL_C_TYPE_TIME;
     slotWidth_ = sizeof(SQL_TIME_STRUCT);
+  } else if (manners.Dates != Misreading::None) {
+    doubts_ = std::make_unique<DateDoubts>(manners.Dates);
   }
 }
 
-bool Landing::CanOverflow() const noexcept { return IsFetched() && cType_ == SQL_C_CHAR; }
+bool Landing::IsDateText() const noexcept { return storage_ == ColumnStorage::Date && cType_ == SQL_C_CHAR; }
+
+// A text that is longer than its slot is no date.
+bool Landing::CanOverflow() const noexcept { return IsFetched() && cType_ == SQL_C_CHAR && !IsDateText(); }
 
 void Landing::Begin(std::size_t rows) {
   whole_.clear();
@@ -115,6 +108,7 @@ void Landing::Begin(std::size_t rows) {
     rows_ = rows;
   }
   if (direct_) values_ = std::make_unique_for_overwrite<std::byte[]>(rows * slotWidth_);
+  if (doubts_) doubts_->Begin(slots_.get(), rows);
 }
 
 void Landing::Bind(Statement& statement) {
@@ -125,10 +119,13 @@ void Landing::Bind(Statement& statement) {
 void Landing::BindOutput(Statement& statement, Word number, Small direction, Small type, ULength size, Small digits,
                          const Variant& given) {
   if (storage_ == ColumnStorage::Text) slotWidth_ = kOutputText;
-  if (IsWhole()) LandAsText();
+  // A parameter is given once: what the driver may misread is not looked at again.
+  const DateManners& manners = statement.Dates();
+  const bool misreads = manners.DatesAsText || manners.TimesAsText || manners.Dates != Misreading::None;
+  if (IsWhole() || (storage_ == ColumnStorage::Date && misreads)) LandAsText();
   Begin(1);
   indicators_[0] = SQL_NULL_DATA;
-  if (given.IsGiven() && !given.IsNull()) indicators_[0] = Put(given);
+  if (given.IsGiven() && !given.IsNull()) indicators_[0] = Put(given, type);
   statement.Check(statement.Calls().BindParameter(statement.Get(), number, direction, cType_, type, size, digits,
                                                   Buffer(), static_cast<Length>(slotWidth_), indicators_.get()));
 }
@@ -145,17 +142,18 @@ void Landing::LandAsText() {
   slotWidth_ = kNumberText;
 }
 
-std::string Landing::OutputText(const Variant& value) const {
+std::string Landing::OutputText(const Variant& value, Small type) const {
   switch (storage_) {
     case ColumnStorage::Byte: return NumberText(static_cast<long long>(value.AsByte()));
     case ColumnStorage::Integer: return NumberText(static_cast<long long>(value.AsInteger()));
     case ColumnStorage::Long:
     case ColumnStorage::BigInteger: return NumberText(static_cast<long long>(WholeOf(value)));
+    case ColumnStorage::Date: return DateText(value.AsDate(), type);
     default: return value.AsText();
   }
 }
 
-Length Landing::Put(const Variant& value) {
+Length Landing::Put(const Variant& value, Small type) {
   switch (cType_) {
     case SQL_C_FLOAT: return Store(Buffer(), value.AsSingle());
     case SQL_C_DOUBLE: return Store(Buffer(), value.AsDouble());
@@ -164,7 +162,7 @@ Length Landing::Put(const Variant& value) {
     case SQL_C_TYPE_TIMESTAMP: return StoreDate(Buffer(), cType_, value.AsDate());
     default: break;
   }
-  const std::string text = OutputText(value);
+  const std::string text = OutputText(value, type);
   if (text.size() >= slotWidth_) Fail(RuntimeFailure::Overflow);
   std::memcpy(Buffer(), text.c_str(), text.size() + 1);
   return static_cast<Length>(text.size());
@@ -181,6 +179,20 @@ void Landing::Read(Statement& statement, std::size_t row) {
                                               static_cast<Length>(slotWidth_), &indicator);
   statement.Check(code);
   if (IsCut(row, code == SQL_SUCCESS_WITH_INFO)) ReadRest(statement, row);
+  if (!doubts_) return;
+  doubts_->End();
+  RefuseMisread(statement, row, 1);
+}
+
+void Landing::RefuseMisread(Statement& statement, std::size_t rows) {
+  if (!doubts_) return;
+  doubts_->End();
+  for (std::size_t row = 0; row < rows; ++row) RefuseMisread(statement, row, row + 1);
+}
+
+void Landing::RefuseMisread(Statement& statement, std::size_t row, std::size_t place) {
+  if (!doubts_->IsMisread(statement, number_, place, slots_.get() + row * slotWidth_, IsNull(row))) return;
+  Fail(RuntimeFailure::InvalidArgument, RuntimeFailureText(RuntimeFailure::InvalidArgument) + InColumn());
 }
 
 // The slot holds the beginning, without the zero that ends it; the driver goes on where it stopped.
@@ -238,9 +250,7 @@ void Landing::Convert(RowChunk::Column& column, std::size_t rows, Conversion con
     if (!IsNull(row)) {
       try {
         value = convert(row);
-      } catch (const Error& error) {
-        throw Error(error.Number(), error.Description() + " in the column '" + name_ + "'");
-      }
+      } catch (const Error& error) { throw Error(error.Number(), error.Description() + InColumn()); }
     }
     std::memcpy(column.Values.get() + row * sizeof(T), &value, sizeof(T));
   }
@@ -260,6 +270,7 @@ RowChunk::Column Landing::Finish(std::size_t rows) {
   RowChunk::Column column;
   column.Storage = storage_;
   if (!IsFetched()) return column;
+  if (IsDateText()) TakeEmptyAsNull(rows);
   MarkNulls(column, rows);
   if (direct_) {
     KeepFixed(column, rows);
@@ -287,12 +298,22 @@ void Landing::FinishConverted(RowChunk::Column& column, std::size_t rows) const 
       return Convert<Decimal>(column, rows, [this](auto row) { return Decimal::Parse(TextAt(row)); });
     default: break;
   }
-  if (cType_ == SQL_C_TYPE_TIME) {
-    Convert<double>(column, rows, [this](auto row) { return DaysOf(Slot<SQL_TIME_STRUCT>(row)); });
-  } else {
-    Convert<double>(column, rows, [this](auto row) { return DaysOf(Slot<SQL_TIMESTAMP_STRUCT>(row)); });
-  }
+  Convert<double>(column, rows, [this](auto row) { return DateAt(row).Days; });
 }
+
+velmoria::Date Landing::DateAt(std::size_t row) const {
+  if (!IsDateText()) return LoadDate(slots_.get() + row * slotWidth_, cType_);
+  // A length that the driver does not know is below 0, and one that fills the slot may have been cut.
+  if (static_cast<std::size_t>(indicators_[row]) >= slotWidth_ - 1) Fail(RuntimeFailure::InvalidArgument);
+  return ReadDateText(SlotAt(row));
+}
+
+// An empty text is no date at all.
+void Landing::TakeEmptyAsNull(std::size_t rows) noexcept {
+  std::replace(indicators_.get(), indicators_.get() + rows, Length{0}, Length{SQL_NULL_DATA});
+}
+
+std::string Landing::InColumn() const { return " in the column '" + name_ + "'"; }
 
 void Landing::KeepFixed(RowChunk::Column& column, std::size_t rows) {
   column.Values = std::move(values_);

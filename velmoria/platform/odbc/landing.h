@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "velmoria/platform/odbc/columns.h"
+#include "velmoria/platform/odbc/date_doubts.h"
 #include "velmoria/platform/odbc/statement.h"
 #include "velmoria/runtime/row_block.h"
 #include "velmoria/runtime/variant.h"
@@ -16,7 +17,7 @@ namespace velmoria::odbc {
 /// Where the values of one column land in a fetch, and how they become a column of a chunk.
 class Landing {
  public:
-  Landing(const ColumnInfo& info, Word number);
+  Landing(const ColumnInfo& info, Word number, const DateManners& manners = {});
 
   /// Bytes that a row takes in the buffers of the fetch.
   std::size_t RowBytes() const noexcept { return slotWidth_ + sizeof(Length); }
@@ -30,6 +31,8 @@ class Landing {
   void Bind(Statement& statement);
   /// Reads the value of the cursor's row, whatever its length, for the given row of the chunk.
   void Read(Statement& statement, std::size_t row);
+  /// Raises 5 for a date among the first `rows` that the driver has misread; called while the cursor is on them.
+  void RefuseMisread(Statement& statement, std::size_t rows);
   /// Whether the value of a row did not fit; `informed` tells that the driver gave information with the fetch.
   bool IsCut(std::size_t row, bool informed) const noexcept;
   /// Whether any of the first `rows` values did not fit.
@@ -50,9 +53,14 @@ class Landing {
   std::string_view SlotAt(std::size_t row) const noexcept;
   bool IsWhole() const noexcept;
   void LandAsText();
-  std::string OutputText(const Variant& value) const;
-  Length Put(const Variant& value);
+  bool IsDateText() const noexcept;
+  void RefuseMisread(Statement& statement, std::size_t row, std::size_t place);
+  std::string OutputText(const Variant& value, Small type) const;
+  Length Put(const Variant& value, Small type);
   void ReadRest(Statement& statement, std::size_t row);
+  void TakeEmptyAsNull(std::size_t rows) noexcept;
+  velmoria::Date DateAt(std::size_t row) const;
+  std::string InColumn() const;
   void KeepFixed(RowChunk::Column& column, std::size_t rows);
   void FinishText(RowChunk::Column& column, std::size_t rows) const;
   void FinishConverted(RowChunk::Column& column, std::size_t rows) const;
@@ -75,6 +83,7 @@ class Landing {
   std::unique_ptr<std::byte[]> values_;
   std::unique_ptr<Length[]> indicators_;
   std::unordered_map<std::size_t, std::string> whole_;  // the values that did not fit, by row
+  std::unique_ptr<DateDoubts> doubts_;                  // of a driver that misreads
 };
 
 }  // namespace velmoria::odbc
