@@ -25,7 +25,6 @@ constexpr std::size_t kNarrowestText = 64;
 constexpr std::size_t kUnknownText = 1024;
 constexpr std::size_t kWidestText = 4096;
 constexpr std::size_t kNumberText = 64;
-constexpr std::size_t kOutputText = 65536;
 constexpr std::size_t kFirstPiece = 16384;
 
 struct Way {
@@ -118,7 +117,6 @@ void Landing::Bind(Statement& statement) {
 
 void Landing::BindOutput(Statement& statement, Word number, Small direction, Small type, ULength size, Small digits,
                          const Variant& given) {
-  if (storage_ == ColumnStorage::Text) slotWidth_ = kOutputText;
   // A parameter is given once: what the driver may misread is not looked at again.
   const DateManners& manners = statement.Dates();
   const bool misreads = manners.DatesAsText || manners.TimesAsText || manners.Dates != Misreading::None;

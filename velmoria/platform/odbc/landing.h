@@ -41,7 +41,7 @@ class Landing {
   /// its conversion raises.
   void BindOutput(Statement& statement, Word number, Small direction, Small type, ULength size, Small digits,
                   const Variant& given);
-  /// The output parameter's value as a column of one row. Raises 6 for a text that did not fit.
+  /// The output parameter's value as a column of one row. Raises 6 for one that did not fit.
   RowChunk::Column FinishOutput();
   /// The chunk's column, made of the first `rows` rows.
   RowChunk::Column Finish(std::size_t rows);

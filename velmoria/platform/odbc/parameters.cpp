@@ -11,6 +11,7 @@
 
 #include "velmoria/platform/odbc/date_values.h"
 #include "velmoria/platform/odbc/landing.h"
+#include "velmoria/platform/odbc/output_buffer.h"
 #include "velmoria/platform/odbc/raw_values.h"
 #include "velmoria/platform/rdo/constants.h"
 #include "velmoria/runtime/error.h"
@@ -27,7 +28,10 @@ struct ParameterValues::Slot {
   std::string Number{};  // in digits
   Variant Given{};       // a text or bytes, which the driver reads in place; of an output what it takes
   Small Direction = SQL_PARAM_INPUT;
-  std::unique_ptr<Landing> Output{};  // instead of the values above
+  // Of an output, instead of the values above: one of these.
+  std::unique_ptr<Landing> Output{};
+  std::unique_ptr<OutputBuffer> Buffer{};
+  ColumnStorage Storage = ColumnStorage::Text;  // how the output is held
 };
 
 namespace {
@@ -38,7 +42,6 @@ constexpr Small kMillisecondDigits = 3;
 constexpr ULength kTimestampSize = 23;  // yyyy-mm-dd hh:mm:ss.fff
 constexpr ULength kDateSize = 10;
 constexpr ULength kTimeSize = 8;
-constexpr std::int32_t kOutputText = 8000;
 constexpr std::int32_t kOutputDigits = 28;
 constexpr Small kOutputDecimals = 6;
 
@@ -83,6 +86,50 @@ Length StoreFixed(FixedBytes& fixed, const Variant& value) {
   }
 }
 
+// A long text comes with the call, unlike one of a column.
+ColumnStorage OutputStorage(std::int32_t type) {
+  if (type == rdTypeLONGVARCHAR) return ColumnStorage::Text;
+  const auto storage = StorageOf(type);
+  return storage == ColumnStorage::Placeholder ? ColumnStorage::Bytes : storage;
+}
+
+std::int32_t TypeOfGiven(const Variant& given) {
+  if (given.IsByteArray()) return rdTypeVARBINARY;
+  const auto kind =
+      std::find_if(kFixedKinds.begin(), kFixedKinds.end(), [&](const FixedKind& k) { return k.Value == given.Type(); });
+  return kind == kFixedKinds.end() ? rdTypeVARCHAR : DocumentedType(kind->Type);
+}
+
+Variant TextOf(const Variant& value) {
+  if (!value.IsByteArray()) return value.IsText() ? value : Variant(value.AsText());
+  const auto bytes = value.Bytes();
+  return std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+}
+
+Variant BytesOfText(const Variant& value) {
+  if (!value.IsText()) Fail(RuntimeFailure::TypeMismatch);
+  const auto text = value.TextView();
+  return std::vector<Byte>(text.begin(), text.end());
+}
+
+Variant AsHeld(const Variant& value, ColumnStorage storage) {
+  if (value.IsNull()) return value;
+  switch (storage) {
+    case ColumnStorage::Integer: return value.AsInteger();
+    case ColumnStorage::Long: return value.AsLong();
+    case ColumnStorage::Single: return value.AsSingle();
+    case ColumnStorage::Double: return value.AsDouble();
+    case ColumnStorage::Currency: return value.AsCurrency();
+    case ColumnStorage::BigInteger:
+    case ColumnStorage::Decimal: return value.AsDecimal();
+    case ColumnStorage::Date: return value.AsDate();
+    case ColumnStorage::Boolean: return value.AsBoolean();
+    case ColumnStorage::Byte: return value.AsByte();
+    case ColumnStorage::Text: return TextOf(value);
+    default: return value.IsByteArray() ? value : BytesOfText(value);
+  }
+}
+
 bool HasTimeOfDay(const DateParts& parts) noexcept {
   return parts.Hour != 0 || parts.Minute != 0 || parts.Second != 0 || parts.Millisecond != 0;
 }
@@ -91,7 +138,7 @@ bool IsOnDayZero(const DateParts& parts) noexcept { return parts.Year == 1899 &&
 
 }  // namespace
 
-ParameterValues::ParameterValues() = default;
+ParameterValues::ParameterValues(bool outputsComeAsRow) : outputsComeAsRow_(outputsComeAsRow) {}
 ParameterValues::~ParameterValues() = default;
 
 void ParameterValues::Add(const Variant& value, std::int32_t type) {
@@ -125,29 +172,41 @@ void ParameterValues::Add(const Variant& value, std::int32_t type) {
 
 void ParameterValues::AddOutput(const OutputParameter& parameter, const Variant* given) {
   ColumnInfo info{.Name = parameter.Name, .Type = parameter.Type, .Size = parameter.Size, .Digits = parameter.Digits};
-  const auto kind = std::find_if(kFixedKinds.begin(), kFixedKinds.end(),
-                                 [&](const FixedKind& k) { return given != nullptr && k.Value == given->Type(); });
-  if (info.Type == 0) info.Type = kind == kFixedKinds.end() ? rdTypeVARCHAR : DocumentedType(kind->Type);
-  info.Storage = info.Type == rdTypeLONGVARCHAR ? ColumnStorage::Text : StorageOf(info.Type);
-  if (info.Storage == ColumnStorage::Placeholder) {
-    Fail(RuntimeFailure::InvalidArgument, "The parameter '" + info.Name + "' returns bytes, which cannot be taken.");
-  }
-  const bool isDecimal = info.Storage == ColumnStorage::Decimal;
-  if (info.Size <= 0) info.Size = isDecimal ? kOutputDigits : kOutputText;
-  if (isDecimal && parameter.Size <= 0) info.Digits = kOutputDecimals;
+  if (info.Type == 0) info.Type = given == nullptr ? rdTypeVARCHAR : TypeOfGiven(*given);
+  info.Storage = OutputStorage(info.Type);
   Slot& slot = slots_.emplace_back();
+  slot.Storage = info.Storage;
+  slot.Direction = given != nullptr ? SQL_PARAM_INPUT_OUTPUT : SQL_PARAM_OUTPUT;
+  if (given != nullptr) slot.Given = *given;
+  ++outputs_;
+  if (info.Storage == ColumnStorage::Text || info.Storage == ColumnStorage::Bytes) {
+    slot.Buffer = std::make_unique<OutputBuffer>(info, outputsComeAsRow_);
+    return;
+  }
+  if (info.Size <= 0) {
+    info.Size = kOutputDigits;
+    if (info.Storage == ColumnStorage::Decimal) info.Digits = kOutputDecimals;
+  }
   slot.Type = DriverType(info.Type);
   slot.Size = static_cast<ULength>(info.Size);
   slot.Digits = info.Digits;
-  slot.Direction = given != nullptr ? SQL_PARAM_INPUT_OUTPUT : SQL_PARAM_OUTPUT;
   slot.Output = std::make_unique<Landing>(info, Word{0});
-  if (given != nullptr) slot.Given = *given;
 }
 
+std::size_t ParameterValues::Count() const noexcept { return slots_.size(); }
+
+bool ParameterValues::IsOutput(std::size_t place) const { return slots_[place].Direction != SQL_PARAM_INPUT; }
+
 Variant ParameterValues::Output(std::size_t place) {
+  Slot& slot = slots_[place];
+  if (slot.Buffer) return slot.Buffer->Value();
   std::vector<RowChunk::Column> columns;
-  columns.push_back(slots_[place].Output->FinishOutput());
+  columns.push_back(slot.Output->FinishOutput());
   return RowChunk(std::move(columns), 1).Value(0, 0);
+}
+
+Variant ParameterValues::Output(std::size_t place, const Variant& value) const {
+  return AsHeld(value, slots_[place].Storage);
 }
 
 void ParameterValues::AddNumber(Slot& slot, const Variant& value, std::int32_t type) {
@@ -195,6 +254,10 @@ std::span<const std::byte> ParameterValues::BytesOf(const Slot& slot) {
 void ParameterValues::BindTo(Statement& statement) {
   Word number = 0;
   for (Slot& slot : slots_) {
+    if (slot.Buffer) {
+      slot.Buffer->Bind(statement, ++number, slot.Direction, slot.Given);
+      continue;
+    }
     if (slot.Output) {
       slot.Output->BindOutput(statement, ++number, slot.Direction, slot.Type, slot.Size, slot.Digits, slot.Given);
       continue;

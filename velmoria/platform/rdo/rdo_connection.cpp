@@ -1,5 +1,6 @@
 #include "velmoria/platform/rdo/rdo_connection.h"
 
+#include <algorithm>
 #include <array>
 
 #include <sql.h>
@@ -38,6 +39,8 @@ constexpr std::string_view kOneThreadDriver = "maodbc";
 
 // It prepares a call that returns a value without its parameters, which then is another function.
 constexpr std::string_view kNoPreparedReturnsDriver = "psqlodbc";
+
+constexpr std::array<std::string_view, 2> kOutputRowDrivers = {"psqlodbc", "maodbc"};
 
 }  // namespace
 
@@ -103,12 +106,17 @@ void rdoConnection::MakeRoom() noexcept {
 }
 
 bool rdoConnection::NeedsThisThread(const std::string& sql) {
-  return odbc::HasSeveralStatements(sql) &&
-         handle_.DriverName().find(kOneThreadDriver) != std::string::npos;
+  return odbc::HasSeveralStatements(sql) && handle_.DriverName().find(kOneThreadDriver) != std::string::npos;
 }
 
 bool rdoConnection::PreparesReturns() {
   return handle_.DriverName().find(kNoPreparedReturnsDriver) == std::string::npos;
+}
+
+bool rdoConnection::OutputsComeAsRow() {
+  const std::string driver = handle_.DriverName();
+  const auto isThis = [&](std::string_view name) { return driver.find(name) != std::string::npos; };
+  return std::ranges::any_of(kOutputRowDrivers, isThis);
 }
 
 // A cursor that is read to its end leaves the list, so a copy is walked.

@@ -40,6 +40,8 @@ class rdoConnection : public Object {
   bool NeedsThisThread(const std::string& sql);
   /// Whether the driver can prepare a call that returns a value.
   bool PreparesReturns();
+  /// Whether what a call gives back comes as a row of its own, too.
+  bool OutputsComeAsRow();
 
   /// Whether the link to the server is gone and no transaction with it: one that is lost is its owner's to end.
   bool IsLost() noexcept { return !inTransaction_ && handle_.IsLost(); }

@@ -6,6 +6,7 @@
 
 #include "velmoria/platform/rdo/rdo_connection.h"
 #include "velmoria/platform/rdo/rdo_engine.h"
+#include "velmoria/platform/rdo/rdo_parameter.h"
 #include "velmoria/runtime/error.h"
 
 namespace velmoria {
@@ -26,6 +27,29 @@ RdoCursor::~RdoCursor() { Close(); }
 
 void RdoCursor::LetRunAgain(std::string sql, bool prepared) { recipe_ = Recipe{std::move(sql), prepared}; }
 
+void RdoCursor::LetTakeOutputs(std::vector<rdoParameterPtr> parameters) {
+  if (values_->Outputs() == 0) return;
+  outputs_.emplace(*values_);
+  takers_ = std::move(parameters);
+}
+
+bool RdoCursor::TakeOutputs() {
+  if (!outputs_ || !ended_ || closed_) return false;
+  if (statement_ && !AtEOF()) return false;
+  EndResults();
+  const auto taken = std::exchange(outputs_, std::nullopt);
+  for (const auto& output : taken->Outputs()) takers_[output.Place]->SetValue(output.Value);
+  return true;
+}
+
+/// A result may be nothing but the outputs.
+void RdoCursor::NoteFirstRow() {
+  if (!outputs_ || !HasRow() || !outputs_->MayBe(columns_->size())) return;
+  std::vector<Variant> row;
+  for (const auto& column : *columns_) row.push_back(column.IsLong ? LongValue(row.size()) : Value(row.size()));
+  outputs_->Note(std::move(row));
+}
+
 const odbc::Columns& RdoCursor::Open() {
   if (closed_ && failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
   if (opened_ || closed_) return columns_;
@@ -35,6 +59,7 @@ const odbc::Columns& RdoCursor::Open() {
     statement_->FinishExecution();
     ended_ = !OpenResult();
     if (ended_) {
+      if (outputs_) outputs_->TakeAtEnd();
       EndStatement();
     } else {
       columns_ = Describe();
@@ -107,7 +132,7 @@ void RdoCursor::FetchRest() noexcept {
     Open();
     while (FetchMore()) {}
   } catch (...) { failure_ = std::current_exception(); }
-  EndStatement();
+  EndResults();
 }
 
 bool RdoCursor::AtBOF() const noexcept { return closed_ || position_ == 0 || rows_.Count() == 0; }
@@ -122,12 +147,14 @@ bool RdoCursor::FetchMore() {
   engine_->rdoErrors().clear();
   if (failed_ || !fetch_ || !statement_->IsOpen()) odbc::FailClosed("The result could not be read to its end.");
   failed_ = true;
+  const bool isFirst = rows_.Count() == 0;
   auto chunk = NextChunk();
   const bool isThere = chunk != nullptr;
   if (isThere) rows_.Append(std::move(chunk));
   failed_ = false;
   ended_ = fetch_->HasEnded();
-  if (ended_ && std::ranges::none_of(*columns_, &odbc::ColumnInfo::IsLong)) EndStatement();
+  if (isFirst) NoteFirstRow();
+  if (ended_ && std::ranges::none_of(*columns_, &odbc::ColumnInfo::IsLong)) EndResults();
   return isThere;
 }
 
@@ -201,8 +228,15 @@ void RdoCursor::EndStatement() noexcept {
   connection_ = nullptr;
 }
 
+/// Behind the last row, what the call gives back is taken before the statement ends.
+void RdoCursor::EndResults() noexcept {
+  if (outputs_ && ended_ && statement_) outputs_->TakeBehind(*statement_);
+  EndStatement();
+}
+
 void RdoCursor::Close() noexcept {
   EndStatement();
+  outputs_.reset();
   failure_ = nullptr;
   rows_ = {};
   long_.reset();

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "velmoria/platform/odbc/block_fetch.h"
+#include "velmoria/platform/odbc/call_outputs.h"
 #include "velmoria/platform/odbc/parameters.h"
 #include "velmoria/platform/rdo/constants.h"
 #include "velmoria/platform/rdo/fetched_rows.h"
@@ -37,6 +38,13 @@ class RdoCursor : public Object {
   void LetRunAgain(std::string sql, bool prepared);
   /// What the connection knows of the columns by this name is compared first, and kept; before Open.
   void SetShape(std::string shape) { shape_ = std::move(shape); }
+
+  /// What the call gives back is these parameters', one for each marker, once the results have been read; before Open.
+  void LetTakeOutputs(std::vector<rdoParameterPtr> parameters);
+  /// Gives the parameters what came back, once, when the last row has been fetched, or passed where there are long
+  /// columns, which cannot be read afterwards; false before that and where nothing comes back. Raises what the driver
+  /// refused behind the rows, and 6 for a value that is too long.
+  bool TakeOutputs();
 
   /// Whether the execution in the background goes on; a flag is looked at.
   bool IsExecuting() const noexcept { return statement_ && statement_->IsExecuting(); }
@@ -89,12 +97,16 @@ class RdoCursor : public Object {
   /// Fetches until the position is known to exist or the end is reached.
   bool Reach(long long position);
   void RequireRow() const;
+  void NoteFirstRow();
+  void EndResults() noexcept;
   void EndStatement() noexcept;
 
   rdoEnginePtr engine_;
   rdoConnectionPtr connection_;  // none once the statement has ended
   std::unique_ptr<odbc::ParameterValues> values_;
   std::unique_ptr<odbc::Statement> statement_;
+  std::optional<odbc::CallOutputs> outputs_;
+  std::vector<rdoParameterPtr> takers_;
   std::string shape_;
   odbc::Columns columns_ = std::make_shared<const std::vector<odbc::ColumnInfo>>();
   std::unique_ptr<odbc::BlockFetch> fetch_;

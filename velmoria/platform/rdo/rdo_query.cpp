@@ -5,6 +5,7 @@
 #include <sql.h>
 #include <sqlext.h>
 
+#include "velmoria/platform/odbc/call_outputs.h"
 #include "velmoria/platform/odbc/markers.h"
 #include "velmoria/platform/odbc/procedure.h"
 #include "velmoria/platform/rdo/rdo_connection.h"
@@ -72,8 +73,17 @@ void rdoQuery::NameParameters() {
   for (std::size_t place = 0; place < described.size(); ++place) Describe(*parameters_[place], described[place]);
 }
 
+/// A call that returns a value has no such row.
+bool rdoQuery::OutputsComeAsRow() const {
+  const auto is = [](rdoNumber direction) {
+    return [direction](const rdoParameterPtr& parameter) { return parameter->Direction() == direction; };
+  };
+  return !std::ranges::all_of(parameters_, is(rdParamInput)) &&
+         std::ranges::none_of(parameters_, is(rdParamReturnValue)) && connection_->OutputsComeAsRow();
+}
+
 std::unique_ptr<odbc::ParameterValues> rdoQuery::Bind(odbc::Statement& statement) const {
-  auto values = std::make_unique<odbc::ParameterValues>();
+  auto values = std::make_unique<odbc::ParameterValues>(OutputsComeAsRow());
   for (const auto& parameter : parameters_) {
     if (parameter->Direction() == rdParamInput) {
       values->Add(parameter->Value(), parameter->Type());
@@ -90,12 +100,6 @@ std::unique_ptr<odbc::ParameterValues> rdoQuery::Bind(odbc::Statement& statement
   return values;
 }
 
-void rdoQuery::TakeOutputs(odbc::ParameterValues& values) {
-  for (std::size_t place = 0; place < parameters_.size(); ++place) {
-    if (parameters_[place]->Direction() != rdParamInput) parameters_[place]->SetValue(values.Output(place));
-  }
-}
-
 void rdoQuery::Execute() {
   connection_->MakeRoom();
   connection_->Engine()->rdoErrors().clear();
@@ -109,8 +113,9 @@ void rdoQuery::Execute() {
   const auto values = Bind(*statement);
   Prepares() ? statement->Execute() : statement->ExecuteDirect(sql_);
   rowsAffected_ = statement->RowsAffected();
-  while (statement->MoreResults()) {}
-  TakeOutputs(*values);
+  odbc::CallOutputs outputs(*values);
+  outputs.TakeFrom(*statement);
+  for (const auto& output : outputs.Outputs()) parameters_[output.Place]->SetValue(output.Value);
   const bool isFree = statement->EndResult() && (parameters_.empty() || statement->UnbindParameters());
   if (Prepares() && isFree) executed_ = std::move(statement);
 }
@@ -133,6 +138,7 @@ rdoResultsetPtr rdoQuery::OpenResultset(const OpenResultsetArguments& arguments)
       Make<RdoCursor>(connection_, std::move(statement), std::move(values), arguments.Type == rdOpenForwardOnly);
   if (repeats) cursor->LetRunAgain(sql_, Prepares());
   cursor->SetShape(arguments.Shape);
+  cursor->LetTakeOutputs(parameters_);
   return Make<rdoResultset>(connection_->Engine(), std::move(cursor), arguments.Type);
 }
 

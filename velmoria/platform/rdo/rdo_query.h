@@ -28,8 +28,8 @@ struct OpenResultsetArguments {
 };
 
 /// A statement text with its parameters, run as often as wanted. Results opened from it are independent of it and of
-/// one another. Execute and OpenResultset raise 13 when the value of a parameter cannot be sent, 5 when bytes are to
-/// come back in one.
+/// one another, but for what a call gives back, which the parameters take from the one that is asked for it. Execute
+/// and OpenResultset raise 13 when the value of a parameter cannot be sent.
 class rdoQuery : public Object {
  public:
   rdoQuery(rdoConnectionPtr connection, std::string name, std::string sql);
@@ -59,10 +59,10 @@ class rdoQuery : public Object {
   void Close();
 
  private:
+  bool OutputsComeAsRow() const;
   std::unique_ptr<odbc::ParameterValues> Bind(odbc::Statement& statement) const;
   void NameParameters();
   bool Prepares() const noexcept { return prepared_ && preparable_; }
-  void TakeOutputs(odbc::ParameterValues& values);
 
   rdoConnectionPtr connection_;
   std::string name_;

@@ -103,6 +103,8 @@ void rdoResultset::Move(long long rows) {
 
 RowBlock rdoResultset::GetRows(long long rows) { return Cursor().Take(rows); }
 
+bool rdoResultset::TakeOutputs() { return Cursor().TakeOutputs(); }
+
 void rdoResultset::Close() {
   engine_->rdoErrors().clear();
   cursor_->Close();

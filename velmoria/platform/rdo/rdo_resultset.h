@@ -66,6 +66,11 @@ class rdoResultset : public Object {
   /// is then on the row after the last of them. The block stays valid after Close. Raises 5 for a negative number.
   RowBlock GetRows(long long rows);
 
+  /// Gives the parameters of the query what a call gave back, once, when the last row has been fetched, or passed where
+  /// there are long columns, which cannot be read afterwards; false before that and where nothing comes back. Raises
+  /// what the driver refused behind the rows, and 6 for a value that is too long.
+  bool TakeOutputs();
+
   void Close();
 
  private:

@@ -63,13 +63,6 @@ TEST_F(RdoQueryTest, OutputThatTheDriverLeavesIsNull) {
   EXPECT_TRUE(query->rdoParameters()[0]->Value().IsNull());
 }
 
-TEST_F(RdoQueryTest, OutputOfBytesIsRefused) {
-  const auto query = Open()->CreateQuery("", "{ call p (?) }");
-  query->rdoParameters()[0]->SetDirection(rdParamOutput);
-  query->rdoParameters()[0]->SetType(rdTypeVARBINARY);
-  ExpectRdoFailure(static_cast<std::int32_t>(RuntimeFailure::InvalidArgument), "'Param1'", [&] { query->Execute(); });
-}
-
 TEST_F(RdoQueryTest, InputOfAnOutputHasToFitItsType) {
   const auto query = Open()->CreateQuery("", "{ call p (?) }");
   query->rdoParameters()[0]->SetDirection(rdParamInputOutput);
