@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <utility>
 
 #include <sql.h>
 #include <sqlext.h>
@@ -54,19 +55,33 @@ void Statement::Close() noexcept {
 }
 
 bool Statement::MakeLikeNew() noexcept {
-  if (isSpecial_ || !EndResult() || !UnbindParameters()) return false;
+  if (isSpecial_ || !UnbindParameters()) return false;
   if (!Succeeded(Calls().FreeStmt(handle_, SQL_UNBIND))) return false;
   const auto reset = [this](const auto& attribute) {
     return Succeeded(Calls().SetStmtAttr(handle_, attribute.Number, attribute.New, 0));
   };
-  return !fetchesBlocks_ || std::ranges::all_of(kBlockAttributes, reset);
+  if (fetchesBlocks_ && !std::ranges::all_of(kBlockAttributes, reset)) return false;
+  return HasNothingLeft() && EndResult();
+}
+
+// The driver holds what is left of a result, and its lock of the file, behind the end of the result.
+bool Statement::HasNothingLeft() noexcept {
+  Small columns = 0;
+  if (!Succeeded(Calls().NumResultCols(handle_, &columns))) return false;
+  return columns == 0 || Calls().Fetch(handle_) == SQL_NO_DATA;
 }
 
 void Statement::AskForScrolling() {
   isSpecial_ = true;
-  // A refusal is no failure: Scrolls tells what there is.
   const auto type = reinterpret_cast<Handle>(std::uintptr_t{SQL_CURSOR_STATIC});
-  connection_->IsAnswered(Calls().SetStmtAttr(Get(), SQL_ATTR_CURSOR_TYPE, type, 0));
+  const auto ask = [&] { return Calls().SetStmtAttr(Get(), SQL_ATTR_CURSOR_TYPE, type, 0); };
+  if (connection_->keepsSpare_ && !Succeeded(ask())) {
+    // One that has been prepared before keeps the type that it had.
+    connection_->GiveBack(std::exchange(handle_, nullptr), false);
+    handle_ = connection_->TakeHandle();
+  }
+  // A refusal is no failure: Scrolls tells what there is.
+  connection_->IsAnswered(ask());
 }
 
 bool Statement::Scrolls() const {

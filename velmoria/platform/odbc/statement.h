@@ -70,6 +70,7 @@ class Statement {
   void EndExecution() noexcept;
   /// Takes back what was set and bound; false when it cannot be as a new one is.
   bool MakeLikeNew() noexcept;
+  bool HasNothingLeft() noexcept;
 
   Connection* connection_;
   Handle handle_ = nullptr;

@@ -42,6 +42,9 @@ constexpr std::string_view kNoPreparedReturnsDriver = "psqlodbc";
 
 constexpr std::array<std::string_view, 2> kOutputRowDrivers = {"psqlodbc", "maodbc"};
 
+// Its results end without a word when a transaction begins, if their rows come one by one.
+constexpr std::string_view kBeginEndsResultsDriver = "sqlite3odbc";
+
 }  // namespace
 
 rdoConnection::rdoConnection(rdoEnvironmentPtr environment, const std::string& connect, rdoNumber prompt, bool readOnly)
@@ -130,7 +133,7 @@ void rdoConnection::Leave(RdoCursor* cursor) noexcept { std::erase(cursors_, cur
 
 void rdoConnection::Begin() {
   if (inTransaction_) return;
-  MakeRoom();
+  if (oneAtATime_ || handle_.DriverName().find(kBeginEndsResultsDriver) != std::string::npos) FetchResults();
   handle_.SetAutoCommit(false);
   inTransaction_ = true;
 }

@@ -62,6 +62,25 @@ TEST_F(SpareStatementTest, OneThatFailedIsNotKept) {
   Read();
 }
 
+TEST_F(SpareStatementTest, OneWithRowsLeftIsNotKeptForItsDriverHoldsThem) {
+  const int open = static_cast<int>(odbc->OpenHandles());
+  odbc->Rows.assign(100, {"1", "x"});
+  connection->CreateQuery("", "SELECT")->OpenResultset({.Type = rdOpenForwardOnly})->Close();
+  EXPECT_EQ(static_cast<int>(odbc->OpenHandles()), open);
+  odbc->Rows.assign(8, {"1", "x"});  // a block that is full does not tell that it is the last
+  connection->CreateQuery("", "SELECT")->OpenResultset({.Type = rdOpenForwardOnly})->Close();
+  EXPECT_EQ(static_cast<int>(odbc->OpenHandles()), open + 1);
+}
+
+TEST_F(SpareStatementTest, ResultsAreFetchedBeforeATransactionBegins) {
+  odbc->Rows.assign(100, {"1", "x"});
+  const auto result = connection->CreateQuery("", "SELECT")->OpenResultset({.Type = rdOpenForwardOnly});
+  connection->BeginTrans();
+  const int fetched = odbc->CallsOf["FetchScroll"];
+  EXPECT_EQ(result->GetRows(1000).Rows(), 100U);
+  EXPECT_EQ(odbc->CallsOf["FetchScroll"], fetched);
+}
+
 TEST_F(SpareStatementTest, OneThatScrollsIsNotKept) {
   const int open = static_cast<int>(odbc->OpenHandles());
   Read(rdOpenStatic);
