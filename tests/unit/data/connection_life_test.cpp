@@ -76,6 +76,16 @@ TEST_F(ConnectionLifeTest, PromptAloneLetsTheDriverAsk) {
   EXPECT_FALSE(driver_->ReadOnly);
 }
 
+TEST_F(ConnectionLifeTest, PromptKeepsItsTextAndTheDriverIsToldTheUserOfTheGroupAllTheSame) {
+  const ConnectionFields fields{
+      .ConnectionType = ctPrompt, .ConnectionString = "DSN=x;", .Password = "p", .UserName = "u"};
+  const auto connection = Made(fields);
+  connection->Connect();
+  EXPECT_EQ(connection->ConnectionString(), "DSN=x;");
+  EXPECT_EQ(driver_->Connects.back(), "DSN=x;UID=u;PWD=p");
+  EXPECT_EQ(driver_->Completions.back(), SQL_DRIVER_COMPLETE);
+}
+
 TEST_F(ConnectionLifeTest, SettingUpAsksTheDriverForNothing) {
   const auto connection = Made({.ConnectionString = "x", .Password = "p", .UserName = "u"});
   EXPECT_TRUE(connection->Details().ends_with("Username: 'u'"));

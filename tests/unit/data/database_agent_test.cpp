@@ -110,6 +110,16 @@ TEST_F(DatabaseAgentTest, AnUnknownEngineHasNoBackEndAndEverythingDoesNothing) {
   EXPECT_FALSE(agent->PropertiesData());
   EXPECT_NO_THROW(agent->Execute());
   EXPECT_FALSE(Update(agent, Cached(sfNew)));
+  EXPECT_EQ(agent->ObjectBuffer(), 0);
+  EXPECT_FALSE(agent->Recordset());
+  EXPECT_FALSE(agent->AsyncFlag());
+  EXPECT_FALSE(agent->StillExecuting());
+  EXPECT_TRUE(agent->GetBLOBFieldValue("Id", Cached(sfpersistent)).IsEmpty());
+  EXPECT_NO_THROW(agent->LoadPersistentProperties());
+  EXPECT_NO_THROW(agent->Cancel());
+  const auto old = Cached(sfpersistent);
+  EXPECT_NO_THROW(agent->DeletePersistentProperties(old, 0));
+  EXPECT_EQ(old->StateFlags(), Cached(sfpersistent)->StateFlags());
 }
 
 TEST_F(DatabaseAgentTest, QuestionsGoToTheBackEnd) {
