@@ -37,16 +37,17 @@ constexpr std::array kOutputs = {
             "CREATE PROCEDURE {own}_out(IN a int, OUT b smallint, OUT c double, OUT d datetime, OUT e decimal(9,2))"
             " IF a >= 0 THEN SET b = 7, c = 1.5, d = '2026-11-20 14:03:05', e = 1.25; END IF",
             "", "DROP PROCEDURE IF EXISTS {own}_out", 3'000'000},
-    Outputs{"FreeTDS",
-            "CREATE PROCEDURE {own}_out @a int, @b varbinary(8000) OUTPUT, @c varchar(8000) OUTPUT AS"
-            " IF @a >= 0 BEGIN SET @b = CAST(REPLICATE(CHAR(171), @a) AS varbinary(8000)) SET @c = REPLICATE('x', @a) END",
-            "CREATE PROCEDURE {own}_out @x varbinary(100) OUTPUT AS SET @x = @x + @x",
-            "CREATE PROCEDURE {own}_out @a int, @b int OUTPUT AS SELECT 1 AS n UNION ALL SELECT 2 SELECT 5 AS n, 6 AS m"
-            " SET @b = CASE WHEN @a < 0 THEN NULL ELSE 10 * @a END",
-            "CREATE PROCEDURE {own}_out @a int, @b smallint OUTPUT, @c float OUTPUT, @d datetime OUTPUT,"
-            " @e numeric(9,2) OUTPUT AS IF @a >= 0 BEGIN SET @b = 7 SET @c = 1.5 SET @d = '2026-11-20 14:03:05'"
-            " SET @e = 1.25 END",
-            "", "IF OBJECT_ID('{own}_out') IS NOT NULL DROP PROCEDURE {own}_out", 8000},
+    Outputs{
+        "FreeTDS",
+        "CREATE PROCEDURE {own}_out @a int, @b varbinary(8000) OUTPUT, @c varchar(8000) OUTPUT AS"
+        " IF @a >= 0 BEGIN SET @b = CAST(REPLICATE(CHAR(171), @a) AS varbinary(8000)) SET @c = REPLICATE('x', @a) END",
+        "CREATE PROCEDURE {own}_out @x varbinary(100) OUTPUT AS SET @x = @x + @x",
+        "CREATE PROCEDURE {own}_out @a int, @b int OUTPUT AS SELECT 1 AS n UNION ALL SELECT 2 SELECT 5 AS n, 6 AS m"
+        " SET @b = CASE WHEN @a < 0 THEN NULL ELSE 10 * @a END",
+        "CREATE PROCEDURE {own}_out @a int, @b smallint OUTPUT, @c float OUTPUT, @d datetime OUTPUT,"
+        " @e numeric(9,2) OUTPUT AS IF @a >= 0 BEGIN SET @b = 7 SET @c = 1.5 SET @d = '2026-11-20 14:03:05'"
+        " SET @e = 1.25 END",
+        "", "IF OBJECT_ID('{own}_out') IS NOT NULL DROP PROCEDURE {own}_out", 8000},
 };
 
 class RdoOutputsContract : public RdoContract {
@@ -175,6 +176,15 @@ TEST_P(RdoOutputsContract, ReturnedTextIsWholeOrRefused) {
   query->rdoParameters()[1]->SetValue(17'000'000);
   ExpectRdoFailure(static_cast<std::int32_t>(RuntimeFailure::Overflow), "'RETURN_VALUE' is too long",
                    [&] { query->Execute(); });
+}
+
+TEST_P(RdoOutputsContract, DateThatTheDriverMisreadsIsRefused) {
+  if (Profile().Name != "PostgreSQL") GTEST_SKIP() << "Does not apply: the server has no such date";
+  const auto query = Call(
+      "CREATE FUNCTION public.{own}_out(OUT d timestamp) AS 'SELECT timestamp ''infinity'''"
+      " LANGUAGE sql",
+      "{ Call {own}_out (?) }");
+  ExpectRdoFailure(static_cast<std::int32_t>(RuntimeFailure::InvalidArgument), "'d'", [&] { query->Execute(); });
 }
 
 INSTANTIATE_TEST_SUITE_P(, RdoOutputsContract, testing::ValuesIn(RdoProfiles()),

@@ -7,6 +7,7 @@
 #include "velmoria/design/class.h"
 #include "velmoria/design/source.h"
 #include "velmoria/design/sources.h"
+#include "velmoria/platform/rdo/rdo_query.h"
 #include "velmoria/platform/rdo/rdo_resultset.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/properties_data.h"
@@ -87,6 +88,7 @@ void SQLAgent::SortUndeclared(const PropertyPtr& parameter) {
 void SQLAgent::CloseResultset() noexcept {
   CloseQuietly(resultset_);
   resultset_ = nullptr;
+  query_ = nullptr;
   asyncFlag_ = false;
 }
 
@@ -100,6 +102,7 @@ std::int32_t SQLAgent::RowCount() try {
   if (!resultset_) CreateResultset();
   if (resultset_->StillExecuting()) return -1;
   resultset_->MoveLast();
+  TakeOutputsOfResultset();
   return static_cast<std::int32_t>(resultset_->RowCount());
 } catch (...) { ReadFailed("RowCount (Get)"); }
 

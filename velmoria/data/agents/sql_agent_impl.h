@@ -49,9 +49,9 @@ class SQLAgent final : public Agent, public Reporting {
   /// Raises 15130.
   Variant GetBLOBFieldValue(const Variant& index, const PropertiesPtr& properties) override;
 
-  /// Output values arrive in the parameters that Initialize got. Raises 15072 for a parameter of a procedure that is
-  /// not among them, 15078, 15119, 15180 and what the database refuses. A parameter that a statement does not declare
-  /// is left out: only reading would filter by it.
+  /// Output values arrive in the parameters that Initialize got, as they do when a result has been read to its end.
+  /// Raises 15072 for a parameter of a procedure that is not among them, 15078, 15119, 15180 and what the database
+  /// refuses. A parameter that a statement does not declare is left out: only reading would filter by it.
   void Execute() override;
   /// Raises 15110, or 15179 when the statement should return a counter value and returns none.
   void InsertPersistentProperties(const PropertiesPtr& properties) override;
@@ -86,6 +86,7 @@ class SQLAgent final : public Agent, public Reporting {
   void BindParameters(rdoQuery& query) const;
   void CheckParameterOrder(const rdoQuery& query) const;
   void TakeOutputs(const rdoQuery& query) const;
+  void TakeOutputsOfResultset();
   void LogStatement(const char* routine, const rdoQuery& query) const;
 
   RecordsetPtr ReadPage(const DatabaseAgentPtr& agent, const RecordsetPtr& previous);
@@ -108,6 +109,7 @@ class SQLAgent final : public Agent, public Reporting {
   PropertiesPtr keyParameters_;  // until they are needed, only those that were marked
   PropertiesPtr filterParameters_;
   rdoResultsetPtr resultset_;
+  rdoQueryPtr query_;  // of the open result, until its outputs have been taken
   bool asyncFlag_ = false;
   std::int32_t objectBuffer_ = 0;
 };

@@ -115,12 +115,13 @@ OpenResultsetArguments SQLAgent::HowToOpen() const {
 
 void SQLAgent::CreateResultset(bool async) try {
   CheckSourceType("CreateResultset");
+  propertiesData_ = nullptr;
   const auto connection = action_->Connection();
   auto how = HowToOpen();
   if (async) how.Options = rdAsyncEnable;
-  resultset_ = NeedsStatement()
-                   ? CreatePreparedStatement()->OpenResultset(how)
-                   : connection->GetConnection()->rdoTables()->Item(source_->SourceText())->OpenResultset(how);
+  query_ = NeedsStatement() ? CreatePreparedStatement() : rdoQueryPtr();
+  resultset_ = query_ ? query_->OpenResultset(how)
+                      : connection->GetConnection()->rdoTables()->Item(source_->SourceText())->OpenResultset(how);
   asyncFlag_ = async;
   if (!async) DescribeResultset();
 } catch (...) {
@@ -198,6 +199,13 @@ void SQLAgent::TakeOutputs(const rdoQuery& query) const {
     const auto name = marker->IsNamed() ? marker->Name() : statementParameters_->Item(position)->Name();
     parameters_->Item(name)->SetValue(marker->Value());
   }
+}
+
+/// What a call gives back is complete when its rows have been read.
+void SQLAgent::TakeOutputsOfResultset() {
+  if (!query_ || !resultset_->TakeOutputs()) return;
+  TakeOutputs(*query_);
+  query_ = nullptr;
 }
 
 void SQLAgent::LogStatement(const char* routine, const rdoQuery& query) const {

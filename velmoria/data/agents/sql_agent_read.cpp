@@ -11,6 +11,7 @@
 #include "velmoria/design/action.h"
 #include "velmoria/design/class.h"
 #include "velmoria/design/source.h"
+#include "velmoria/platform/rdo/rdo_query.h"
 #include "velmoria/platform/rdo/rdo_resultset.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/properties_data.h"
@@ -38,6 +39,7 @@ RecordsetPtr SQLAgent::ReadPage(const DatabaseAgentPtr& agent, const RecordsetPt
   auto page = IsFiltered() ? ReadMatches(*resultset_, ResultFilter(*this, *resultset_, *filterParameters_),
                                          objectBuffer_, previous)
                            : ReadChunk(*resultset_, objectBuffer_, previous);
+  TakeOutputsOfResultset();
   statistic->SetSubjectCount(static_cast<std::int32_t>(page.Rows.Rows()));
   statistic->SetEndTime(Now());
   propertiesData_->Statistics()->Add(statistic);

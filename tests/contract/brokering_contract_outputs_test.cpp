@@ -1,0 +1,131 @@
+// What a procedure gives back while its rows become objects, and bytes in the parameters of a request.
+
+#include "tests/contract/brokering_contract.h"
+
+namespace velmoria::test {
+namespace {
+
+class OutputsContract : public BrokeringContract {
+ protected:
+  void SetUp() override {
+    if (!Driver().WhyNoProcedures.empty()) GTEST_SKIP() << Driver().WhyNoProcedures;
+    BrokeringContract::SetUp();
+    AddOrders(20);
+  }
+  /// "{own}_both" with its rows and its output b.
+  void AddBoth(std::int32_t objectBuffer = 0) {
+    RunAll(Profile().MakeRowsAndOutput);
+    AddAction("Order", {.Name = "Both", .Text = "{own}_both", .Type = stStoredProcedure, .ObjectBuffer = objectBuffer},
+              {Parameter("a", dtLongInteger), Parameter("b", dtLongInteger, pfOutput)});
+  }
+  /// Makes "{own}_add", which gives its a back twice.
+  std::string Twice() const {
+    if (Driver().Name == "PostgreSQL")
+      return "CREATE FUNCTION public.{own}_add(INOUT a bytea) AS 'SELECT a || a' LANGUAGE sql";
+    if (Driver().Name == "MariaDB") return "CREATE PROCEDURE {own}_add(INOUT a varbinary(100)) SET a = CONCAT(a, a)";
+    return "CREATE PROCEDURE {own}_add @a varbinary(100) OUTPUT AS SET @a = @a + @a";
+  }
+  static PropertiesPtr Given(const std::string& action, const Variant& a) {
+    auto parameters = ActionOf("Order", action)->CreateParameters();
+    parameters->Item("a")->SetValue(a);
+    return parameters;
+  }
+  static IBusinessObjectsPtr Read(const std::string& action, const PropertiesPtr& parameters) {
+    return Framework{}.GetBusinessObjects({.ClassName = "Order", .ActionName = action, .Parameters = parameters});
+  }
+};
+
+TEST_P(OutputsContract, OutputsArriveWhenTheObjectsHaveBeenRead) {
+  if (!Profile().WhyNoRowsAndOutput.empty()) GTEST_SKIP() << Profile().WhyNoRowsAndOutput;
+  AddBoth();
+  for (const int a : {15, 3}) {
+    const auto parameters = Given("Both", a);
+    EXPECT_EQ(Read("Both", parameters)->Count(), a);
+    EXPECT_EQ(parameters->Item("b")->Value(), Variant(10 * a));
+  }
+}
+
+TEST_P(OutputsContract, OutputsArriveWhateverTheCursorType) {
+  if (!Profile().WhyNoRowsAndOutput.empty()) GTEST_SKIP() << Profile().WhyNoRowsAndOutput;
+  RunAll(Profile().MakeRowsAndOutput);
+  int a = 10;
+  for (const auto type : {crtKeyset, crtDynamic, crtStatic}) {
+    const auto name = "Shop" + std::to_string(static_cast<std::int32_t>(type));
+    AddDatabase(name, Profile().Engine, ConnectText(), type);
+    AddAction("Order", {.Name = name, .Text = "{own}_both", .Type = stStoredProcedure, .DatabaseName = name},
+              {Parameter("a", dtLongInteger), Parameter("b", dtLongInteger, pfOutput)});
+    const auto parameters = Given(name, ++a);
+    EXPECT_EQ(Read(name, parameters)->Count(), a);
+    EXPECT_EQ(parameters->Item("b")->Value(), Variant(10 * a));
+  }
+}
+
+TEST_P(OutputsContract, OutputsArriveWithTheLastPage) {
+  if (!Profile().WhyNoRowsAndOutput.empty()) GTEST_SKIP() << Profile().WhyNoRowsAndOutput;
+  AddBoth(6);
+  const auto parameters = Given("Both", 15);
+  const auto agent = AgentOf("Order", "Both", parameters);
+  auto page = agent->GetRecordset(0, nullptr, true);
+  while (!page->NextBookmark().IsEmpty()) page = agent->GetRecordset(0, page, true);
+  EXPECT_EQ(Ids(page), "13 14 15");
+  EXPECT_EQ(parameters->Item("b")->Value(), Variant(150));
+}
+
+TEST_P(OutputsContract, OutputsArriveBehindRowsThatAFilterPasses) {
+  if (!Profile().WhyNoRowsAndOutput.empty()) GTEST_SKIP() << Profile().WhyNoRowsAndOutput;
+  AddBoth();
+  const auto parameters = Given("Both", 15);
+  parameters->SetupItem({.Name = "id", .Value = 12, .DataType = dtLongInteger, .Operator = ">", .Flags = pfInput});
+  EXPECT_EQ(Read("Both", parameters)->Count(), 3);
+  EXPECT_EQ(parameters->Item("b")->Value(), Variant(150));
+}
+
+TEST_P(OutputsContract, OutputsArriveWhenTheResultWasOpenedInTheBackground) {
+  if (!Profile().WhyNoRowsAndOutput.empty()) GTEST_SKIP() << Profile().WhyNoRowsAndOutput;
+  AddBoth();
+  const auto parameters = Given("Both", 15);
+  const auto agent = AgentOf("Order", "Both", parameters);
+  agent->LoadPersistentProperties();
+  while (agent->StillExecuting()) {}
+  EXPECT_EQ(agent->Recordset()->Count(), 15);
+  EXPECT_EQ(parameters->Item("b")->Value(), Variant(150));
+}
+
+TEST_P(OutputsContract, OutputsOfAProcedureThatGivesNoRowsArriveWhenItIsRead) {
+  RunAll(Driver().MakeAdd);
+  AddAction("Order", {.Name = "Add", .Text = "{own}_add", .Type = stStoredProcedure},
+            {Parameter("a", dtLongInteger), Parameter("b", dtLongInteger, pfInput | pfOutput),
+             Parameter("c", dtString, pfOutput)});
+  const auto parameters = Given("Add", 2);
+  parameters->Item("b")->SetValue(40);
+  AgentOf("Order", "Add", parameters)->GetRecordset(0, nullptr, false);
+  EXPECT_EQ(parameters->Item("b")->Value(), Variant(42));
+  EXPECT_EQ(parameters->Item("c")->Value(), Variant("sum 42"));
+}
+
+TEST_P(OutputsContract, NullOutputsAreNull) {
+  RunAll(Driver().MakeAdd);
+  AddAction("Order", {.Name = "Add", .Text = "{own}_add", .Type = stStoredProcedure},
+            {Parameter("a", dtLongInteger), Parameter("b", dtLongInteger, pfInput | pfOutput),
+             Parameter("c", dtString, pfOutput)});
+  const auto parameters = Given("Add", 2);
+  parameters->Item("b")->SetValue(Variant::Null());
+  Framework{}.CreateBusinessContext()->Execute({.ClassName = "Order", .ActionName = "Add", .Parameters = parameters});
+  EXPECT_TRUE(parameters->Item("b")->Value().IsNull());
+  EXPECT_TRUE(parameters->Item("c")->Value().IsNull());
+}
+
+TEST_P(OutputsContract, BytesArriveInTheParametersOfTheRequest) {
+  Run(Twice());
+  AddAction("Order", {.Name = "Twice", .Text = "{own}_add", .Type = stStoredProcedure},
+            {Parameter("a", dtByteArray, pfInput | pfOutput)});
+  const auto parameters = Given("Twice", std::vector<Byte>{0, 39, 255});
+  Framework{}.CreateBusinessContext()->Execute({.ClassName = "Order", .ActionName = "Twice", .Parameters = parameters});
+  EXPECT_EQ(parameters->Item("a")->Value(), Variant(std::vector<Byte>{0, 39, 255, 0, 39, 255}));
+}
+
+INSTANTIATE_TEST_SUITE_P(, OutputsContract, testing::ValuesIn(BrokeringProfiles()),
+                         [](const auto& profile) { return profile.param.Name; });
+
+}  // namespace
+}  // namespace velmoria::test
