@@ -14,7 +14,9 @@ BrokeringProfile Sqlite() {
   return {.OddDays = {"'0001-01-01'", "'12345-01-01'", "'2026-02-30'", "'soon'"},
           .Repeated = "replace(hex(zeroblob({count} / 2)), '0', 'x')",
           .NoIdentity = "HY000: ",
-          .WhyNoDroppedColumn = "Does not apply: the SQLite driver describes the columns that it knew before",
+          .WhyNoDroppedColumn =
+              "Does not apply: the SQLite driver knows a table as its connection first read it, so"
+              " connections are opened anew after a change of columns",
           .WhyNoIdentity = "Does not apply: SQLite takes one statement in a text",
           .WhyNoRowsAndOutput = "Does not apply: SQLite has no procedures",
           .WhyOneWriter = "Does not apply: SQLite has one writer at a time"};
@@ -80,12 +82,12 @@ void PrintTo(const BrokeringProfile& profile, std::ostream* stream) { *stream <<
 
 std::vector<BrokeringProfile> BrokeringProfiles() {
   std::vector<BrokeringProfile> profiles;
-  for (const auto& driver : RdoProfiles()) {
+  for (const auto& driver : RdoProfilesWithOptions()) {
     for (const auto& under : kEngines) {
       if (driver.Name != under.Driver) continue;
       profiles.push_back(under.Profile());
       profiles.back().Driver = ForManyConnections(driver);
-      profiles.back().Name = under.Name;
+      profiles.back().Name = under.Name + driver.With;
       profiles.back().Engine = under.Engine;
     }
   }

@@ -143,7 +143,8 @@ class BrokeringContract : public testing::TestWithParam<BrokeringProfile> {
   std::unique_ptr<ScopedApartment> scope_;
 };
 
-/// The drivers of RdoProfiles, each under the engine it is for; the T-SQL server is both SQL Server and Sybase.
+/// The drivers of RdoProfilesWithOptions, each under the engine it is for; the T-SQL server is both SQL Server and
+/// Sybase.
 std::vector<BrokeringProfile> BrokeringProfiles();
 
 }  // namespace velmoria::test

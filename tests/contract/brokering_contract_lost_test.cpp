@@ -18,13 +18,14 @@ class LostServerContract : public BrokeringContract {
  protected:
   void SetUp() override {
     if (Driver().Name == "SQLite") GTEST_SKIP() << "Does not apply: SQLite has no server";
+    if (!Driver().WhyNoLostServer.empty()) GTEST_SKIP() << Driver().WhyNoLostServer;
     for (const auto& [driver, kind] : kKinds)
       if (Driver().Name == driver) server_ = std::make_unique<OwnServer>(kind);
     ASSERT_NE(server_->ConnectString(), "");
     BrokeringContract::SetUp();
     AddOrders(3000);
   }
-  std::string ConnectOf() override { return server_->ConnectString(); }
+  std::string ConnectOf() override { return server_->ConnectString() + Driver().Options; }
   void Kill() { ASSERT_TRUE(server_->Kill()); }
   void StartAgain() {
     ASSERT_TRUE(server_->Start());

@@ -66,6 +66,7 @@ TEST_P(TransactionsContract, SecondBeginChangesNothingAndEndsWithoutABeginAreHar
 }
 
 TEST_P(TransactionsContract, WriteRefusedInsideATransactionLeavesTheOthersToTheCommit) {
+  if (!Driver().WhyNothingAfterRefusal.empty()) GTEST_SKIP() << Driver().WhyNothingAfterRefusal;
   const auto connection = ActionOf("Order")->Connection();
   connection->TransBegin();
   Rename(One("Order", 1), "kept");

@@ -1,5 +1,6 @@
 #include "tests/contract/rdo_contract.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <filesystem>
@@ -153,6 +154,25 @@ constexpr std::array kServers = {
     Server{"VELMORIA_TEST_TDS", FreeTds, ""},
 };
 
+constexpr const char* kDoneWithout = "Does not apply: the driver does this without the options";
+
+struct Recommended {
+  const char* Name;
+  const char* With;
+  const char* Options;
+  const char* WhyNoLostServer;
+  const char* WhyNoChangedColumns;
+  const char* WhyNothingAfterRefusal;
+};
+
+constexpr std::array kRecommended = {
+    Recommended{"SQLite", "Stepping", ";StepAPI=1", "",
+                "Does not apply: with StepAPI=1 the SQLite driver can end the process", ""},
+    Recommended{"PostgreSQL", "Declaring", ";UseDeclareFetch=1;Fetch=1000", "", "", ""},
+    Recommended{"PostgreSQL", "Lean", ";UseServerSidePrepare=0;Protocol=7.4-0", kDoneWithout, "",
+                "Does not apply: with Protocol=7.4-0 a refused statement ends its transaction"},
+};
+
 std::string NewFolder() {
   std::string pattern = (std::filesystem::temp_directory_path() / "velmoria-rdo-XXXXXX").string();
   if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
@@ -168,7 +188,7 @@ std::string Replaced(std::string text, const std::string& name, const std::strin
   return text;
 }
 
-void PrintTo(const RdoProfile& profile, std::ostream* stream) { *stream << profile.Name; }
+void PrintTo(const RdoProfile& profile, std::ostream* stream) { *stream << profile.Name << profile.With; }
 
 std::vector<RdoProfile> RdoProfiles() {
   std::vector<RdoProfile> profiles = {Sqlite()};
@@ -177,6 +197,24 @@ std::vector<RdoProfile> RdoProfiles() {
     if (connect == nullptr || *connect == '\0') continue;
     profiles.push_back(server.Profile());
     profiles.back().Connect = std::string(connect) + server.Options;
+  }
+  return profiles;
+}
+
+std::vector<RdoProfile> RdoProfilesWithOptions() {
+  auto profiles = RdoProfiles();
+  for (const auto& recommended : kRecommended) {
+    const auto plain = std::ranges::find(profiles, recommended.Name, &RdoProfile::Name);
+    if (plain == profiles.end()) continue;
+    auto profile = *plain;
+    profile.With = recommended.With;
+    profile.Options = recommended.Options;
+    profile.Connect += recommended.Options;
+    profile.WhyNothingLong = kDoneWithout;
+    profile.WhyNoLostServer = recommended.WhyNoLostServer;
+    profile.WhyNoChangedColumns = recommended.WhyNoChangedColumns;
+    profile.WhyNothingAfterRefusal = recommended.WhyNothingAfterRefusal;
+    profiles.push_back(std::move(profile));
   }
   return profiles;
 }

@@ -22,6 +22,8 @@ struct RdoFailure {
 /// A question that begins with "Why" is empty where the tests behind it apply; otherwise it is why they do not.
 struct RdoProfile {
   std::string Name{};
+  std::string With{};     // behind it in the names of tests, where the driver is told more options than it must be
+  std::string Options{};  // those, already in Connect
   std::string Connect{};
   std::vector<std::string> OpenServer{};   // run over Connect before the test connects
   std::vector<std::string> CloseServer{};  // run over Connect after the test
@@ -64,6 +66,10 @@ struct RdoProfile {
   std::string WhyNoReturnValues{};
   std::string WhyNoBatches{};
   std::string WhyNoBackslashes{};
+  std::string WhyNothingLong{};  // nothing that takes long
+  std::string WhyNoLostServer{};
+  std::string WhyNoChangedColumns{};     // by another connection, under one that has read the table
+  std::string WhyNothingAfterRefusal{};  // in the transaction that a statement was refused in
 };
 
 void PrintTo(const RdoProfile& profile, std::ostream* stream);
@@ -109,6 +115,9 @@ class RdoContract : public ::testing::TestWithParam<RdoProfile> {
 /// SQLite always; PostgreSQL, MariaDB and FreeTDS when VELMORIA_TEST_PG, VELMORIA_TEST_MARIADB and VELMORIA_TEST_TDS
 /// hold connect strings.
 std::vector<RdoProfile> RdoProfiles();
+
+/// These, and behind them the ones that docs/performance.md recommends options for, with those.
+std::vector<RdoProfile> RdoProfilesWithOptions();
 
 /// A text with a value wherever the name stood.
 std::string Replaced(std::string text, const std::string& name, const std::string& value);

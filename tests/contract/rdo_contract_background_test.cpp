@@ -83,7 +83,7 @@ TEST_P(RdoContract, EndOfAConnectionStopsWhatItRuns) {
 TEST_P(RdoContract, OtherConnectionWorksWhileOneIsBusy) {
   const auto other = Connect();
   const Background background(Query(Profile().Endless));
-  EXPECT_EQ(other->CreateQuery("", "SELECT 1 AS a")->OpenResultset()->GetRows(1).Value(0, 0), Variant(1));
+  EXPECT_EQ(other->CreateQuery("", "SELECT 1 AS a")->OpenResultset()->GetRows(1).Value(0, 0).AsLong(), 1);
   EXPECT_TRUE(background.result->StillExecuting());
 }
 
