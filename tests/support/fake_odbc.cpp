@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include <sql.h>
 #include <sqlext.h>
@@ -58,11 +59,10 @@ FakeOdbc::Code FakeOdbc::AllocHandle(Small kind, Handle parent, Handle* made) {
   *made = nullptr;
   if (!Enter("AllocHandle", parent)) return SQL_ERROR;
   *made = reinterpret_cast<Handle>(++lastHandle_);
-  State state{};
+  State& state = handles_[*made];
   state.Kind = kind;
   state.Parent = parent;
   if (kind == SQL_HANDLE_DBC) state.Number = ++connections_;
-  handles_.emplace(*made, std::move(state));
   return SQL_SUCCESS;
 }
 
@@ -179,8 +179,7 @@ FakeOdbc::Code FakeOdbc::ExecDirect(Handle statement, Char* text, Number length)
 void FakeOdbc::Hold() {
   const std::lock_guard lock(gate_);
   isHeld_ = true;
-  hasHeld_ = false;
-  isCancelled_ = false;
+  hasHeld_ = isCancelled_ = false;
 }
 
 void FakeOdbc::Release() {
@@ -215,6 +214,8 @@ FakeOdbc::Code FakeOdbc::MoreResults(Handle statement) {
   if (!Enter("MoreResults", statement)) return SQL_ERROR;
   State& state = Of(statement);
   if (state.Result++ < CountsBefore) return SQL_SUCCESS;
+  state.Next = 0;
+  if (!std::exchange(state.OfOutputs, true) && !OutputRows.empty()) return SQL_SUCCESS;
   std::size_t place = 0;
   for (const auto& bound : state.Bound) {
     if (bound.Direction == SQL_PARAM_INPUT || place == Outputs.size()) continue;
@@ -235,6 +236,7 @@ FakeOdbc::Code FakeOdbc::Ran(Handle statement) {
   if (!PassGate()) return SQL_ERROR;
   Parameters.clear();
   Of(statement).Result = 0;
+  Of(statement).OfOutputs = false;
   for (const auto& bound : Of(statement).Bound) {
     const bool isNull = *bound.Indicator == SQL_NULL_DATA;
     const auto length = isNull ? std::size_t{0} : static_cast<std::size_t>(*bound.Indicator);
@@ -263,14 +265,14 @@ FakeOdbc::Code FakeOdbc::FreeStmt(Handle statement, Word option) {
 
 FakeOdbc::Code FakeOdbc::NumResultCols(Handle statement, Small* columns) {
   if (!Enter("NumResultCols", statement)) return SQL_ERROR;
-  *columns = static_cast<Small>(Of(statement).Result < CountsBefore ? 0 : Columns.size());
+  *columns = static_cast<Small>(Of(statement).Result < CountsBefore ? 0 : ColumnsOf(Of(statement)).size());
   return SQL_SUCCESS;
 }
 
 FakeOdbc::Code FakeOdbc::DescribeCol(Handle statement, Word column, Char* name, Small capacity, Small* nameLength,
                                      Small* type, ULength* size, Small* digits, Small* nullable) {
   if (!Enter("DescribeCol", statement)) return SQL_ERROR;
-  const Column& described = Columns.at(column - 1U);
+  const Column& described = ColumnsOf(Of(statement)).at(column - 1U);
   *nameLength = CopyText(described.Name, name, capacity);
   *type = described.Type;
   *size = described.Size;
@@ -283,7 +285,8 @@ FakeOdbc::Code FakeOdbc::ColAttribute(Handle statement, Word column, Word field,
                                       Length* number) {
   if (!Enter("ColAttribute", statement)) return SQL_ERROR;
   if (text != nullptr) CopyText("", text, capacity);
-  if (number != nullptr) *number = field == SQL_DESC_UNSIGNED && Columns.at(column - 1U).WithoutSign ? SQL_TRUE : 0;
+  const bool withoutSign = ColumnsOf(Of(statement)).at(column - 1U).WithoutSign;
+  if (number != nullptr) *number = field == SQL_DESC_UNSIGNED && withoutSign ? SQL_TRUE : 0;
   if (number != nullptr && field == SQL_DESC_NULLABLE) *number = SQL_NULLABLE;
   return SQL_SUCCESS;
 }
@@ -308,7 +311,8 @@ FakeOdbc::Code FakeOdbc::FetchScroll(Handle statement, Small direction, Length o
 }
 
 FakeOdbc::Code FakeOdbc::Give(State& statement, std::size_t first) {
-  const auto& given = statement.OfCatalogue ? Catalogue : Rows;
+  const auto& given = RowsOf(statement);
+  if (statement.OfOutputs) NoteLeftOfRows(statement);
   const std::size_t rows = first >= given.size() ? 0 : std::min<std::size_t>(statement.ArraySize, given.size() - first);
   if (statement.Fetched != nullptr) *statement.Fetched = rows;
   statement.First = first;
@@ -322,10 +326,16 @@ FakeOdbc::Code FakeOdbc::Give(State& statement, std::size_t first) {
     if (statement.Status != nullptr) statement.Status[row] = fails ? SQL_ROW_ERROR : SQL_ROW_SUCCESS;
     informed = informed || fails;
     for (const auto& [column, binding] : statement.Bindings) {
+      if (column > given[first + row].size()) continue;
       if (Deliver(given[first + row][column - 1U], binding, row) == SQL_SUCCESS_WITH_INFO) informed = true;
     }
   }
   return informed ? SQL_SUCCESS_WITH_INFO : SQL_SUCCESS;
+}
+
+void FakeOdbc::NoteLeftOfRows(const State& statement) noexcept {
+  LeftOfRows += static_cast<int>(statement.Bindings.size()) + (statement.Status != nullptr) +
+                (statement.Fetched != nullptr) + (statement.ArraySize != 1);
 }
 
 FakeOdbc::Code FakeOdbc::SetPos(Handle statement, ULength row, Word, Word) {
@@ -340,7 +350,7 @@ FakeOdbc::Code FakeOdbc::GetData(Handle statement, Word column, Small cType, Han
                                  Length* indicator) {
   if (!Enter("GetData", statement)) return SQL_ERROR;
   State& state = Of(statement);
-  const auto& whole = (state.OfCatalogue ? Catalogue : Rows).at(state.Current).at(column - 1U);
+  const auto& whole = RowsOf(state).at(state.Current).at(column - 1U);
   std::size_t& given = state.Given[column];
   if (!whole || (cType != SQL_C_CHAR && cType != SQL_C_BINARY))
     return Deliver(whole, {cType, value, capacity, indicator}, 0);
@@ -368,8 +378,7 @@ void FakeOdbc::DeliverStamp(const std::string& text, const Binding& binding, std
 }
 
 FakeOdbc::Code FakeOdbc::Deliver(const std::optional<std::string>& value, const Binding& binding, std::size_t row) {
-  Length& indicator = binding.Indicator[row];
-  indicator = SQL_NULL_DATA;
+  Length& indicator = binding.Indicator[row] = SQL_NULL_DATA;
   if (!value) return SQL_SUCCESS;
   indicator = static_cast<Length>(value->size());
   switch (binding.CType) {

@@ -56,9 +56,11 @@ class FakeOdbc final : public odbc::Calls {
   bool NothingAffected = false;  // an execution ends with "no data"
   bool LinkLost = false;         // until the next connect
   std::optional<std::size_t> FailingRow;
-  int CountsBefore = 0;        // results without columns before the one with them
-  Row Outputs;                 // of the output parameters, in their order; given behind the last result
-  std::vector<Row> Catalogue;  // what SQLProcedureColumns lists, column 1 first
+  int CountsBefore = 0;               // results without columns before the one with them
+  Row Outputs;                        // of the output parameters, in their order; given behind the last result
+  std::vector<Column> OutputColumns;  // of a result behind the one with the rows
+  std::vector<Row> OutputRows;        // none: there is no such result
+  std::vector<Row> Catalogue;         // what SQLProcedureColumns lists, column 1 first
   std::string DriverName = "fake.so";
   /// What a timestamp's structure is given instead of what the text says; an empty text is a Null with zeros in it.
   std::map<std::string, std::string> MisreadAs;
@@ -84,6 +86,7 @@ class FakeOdbc final : public odbc::Calls {
   ULength LargestArray = 0;
   const void* LongPlace = nullptr;  // where GetData put the beginning of a value
   bool ReadOnly = false;
+  int LeftOfRows = 0;  // what was still bound or set for the rows when the result behind them was fetched
   /// From here on, an execution waits until Release, or until it is cancelled, which fails it.
   void Hold();
   void Release();
@@ -153,6 +156,7 @@ class FakeOdbc final : public odbc::Calls {
     Word* Status = nullptr;
     ULength* Fetched = nullptr;
     bool OfCatalogue = false;
+    bool OfOutputs = false;
     int Result = 0;                     // of the execution, from 0
     std::size_t Next = 0;               // the row that the next fetch begins with
     std::size_t First = 0;              // of the rows of the last fetch
@@ -164,9 +168,14 @@ class FakeOdbc final : public odbc::Calls {
 
   bool Enter(std::string_view name, Handle handle);
   State& Of(Handle handle) { return handles_.at(handle); }
+  const std::vector<Column>& ColumnsOf(const State& state) const { return state.OfOutputs ? OutputColumns : Columns; }
+  const std::vector<Row>& RowsOf(const State& state) const {
+    return state.OfCatalogue ? Catalogue : state.OfOutputs ? OutputRows : Rows;
+  }
   Code Ran(Handle statement);
   bool PassGate();
   Code Give(State& statement, std::size_t first);
+  void NoteLeftOfRows(const State& statement) noexcept;
   void DeliverStamp(const std::string& text, const Binding& binding, std::size_t row) const;
   Code Deliver(const std::optional<std::string>& value, const Binding& binding, std::size_t row);
 

@@ -74,6 +74,14 @@ void BlockFetch::SetArraySize(std::size_t rows) {
   arraySize_ = rows;
 }
 
+void BlockFetch::Release() {
+  if (rowByRow_) return;
+  statement_.UnbindColumns();
+  SetArraySize(1);
+  statement_.SetPointer(SQL_ATTR_ROW_STATUS_PTR, nullptr);
+  statement_.SetPointer(SQL_ATTR_ROWS_FETCHED_PTR, nullptr);
+}
+
 std::size_t BlockFetch::FetchBlock() {
   fetched_ = 0;
   const Code code = statement_.Calls().FetchScroll(

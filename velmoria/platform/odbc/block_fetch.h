@@ -27,7 +27,8 @@ class BlockFetch {
   };
   struct ValueCut {};
 
-  /// The statement has to outlive this.
+  /// The statement has to outlive the use of this. It writes into this from the first Next until Release or its end,
+  /// whichever comes first.
   BlockFetch(Statement& statement, const std::vector<ColumnInfo>& columns, Overflow overflow = Overflow::ReadRowByRow);
   BlockFetch(const BlockFetch&) = delete;
   BlockFetch& operator=(const BlockFetch&) = delete;
@@ -38,6 +39,9 @@ class BlockFetch {
   /// cannot be gone back to: of a cursor that does not scroll, only the first row fetched can be read before the
   /// second is.
   Variant ReadLong(std::size_t row, Word column, bool isText);
+  /// Takes back what is bound and set at the statement, which then no longer writes into this nor fetches blocks. It is
+  /// called ahead of anything else that the statement fetches; afterwards neither Next nor ReadLong may be.
+  void Release();
   /// Whether the last row has been given out.
   bool HasEnded() const noexcept { return ended_; }
 

@@ -48,8 +48,9 @@ void CallOutputs::TakeFrom(Statement& statement) noexcept {
   } catch (...) { failure_ = std::current_exception(); }
 }
 
-void CallOutputs::TakeBehind(Statement& statement) noexcept {
+void CallOutputs::TakeBehind(Statement& statement, BlockFetch& rows) noexcept {
   try {
+    rows.Release();
     statement.MoreResults() ? TakeFrom(statement) : Collect();
   } catch (...) { failure_ = std::current_exception(); }
 }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "velmoria/platform/odbc/block_fetch.h"
 #include "velmoria/platform/odbc/parameters.h"
 #include "velmoria/platform/odbc/statement.h"
 #include "velmoria/runtime/variant.h"
@@ -34,8 +35,8 @@ class CallOutputs {
   /// Goes through the result that the statement is at and all behind it, and takes the outputs. What fails is raised by
   /// Outputs.
   void TakeFrom(Statement& statement) noexcept;
-  /// The same from the next result on.
-  void TakeBehind(Statement& statement) noexcept;
+  /// The same from the next result on, behind rows that have been fetched and that are released.
+  void TakeBehind(Statement& statement, BlockFetch& rows) noexcept;
   /// The same behind the last result.
   void TakeAtEnd() noexcept;
   const std::vector<Output>& Outputs() const;

@@ -89,8 +89,8 @@ odbc::Columns RdoCursor::Describe() {
 }
 
 void RdoCursor::RunAgain() {
+  statement_.reset();  // it points into the fetch
   fetch_.reset();
-  statement_.reset();
   connection_->Leave(this);
   connection_->MakeRoom();
   connection_->Enter(this);
@@ -220,8 +220,8 @@ const Variant& RdoCursor::LongValue(std::size_t column) {
 }
 
 void RdoCursor::EndStatement() noexcept {
+  statement_.reset();  // it points into the fetch
   fetch_.reset();
-  statement_.reset();
   if (connection_) connection_->Leave(this);
   recipe_.reset();
   values_.reset();
@@ -230,7 +230,7 @@ void RdoCursor::EndStatement() noexcept {
 
 /// Behind the last row, what the call gives back is taken before the statement ends.
 void RdoCursor::EndResults() noexcept {
-  if (outputs_ && ended_ && statement_) outputs_->TakeBehind(*statement_);
+  if (outputs_ && ended_ && fetch_) outputs_->TakeBehind(*statement_, *fetch_);
   EndStatement();
 }
 

@@ -1,5 +1,8 @@
 #include "velmoria/platform/odbc/call_outputs.h"
 
+#include <utility>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/rdo_builders.h"
@@ -15,6 +18,13 @@ class CallOutputsTest : public RdoTest {
     odbc->Columns = {{"b", 4}, {"c", 12}};
     odbc->Rows = {{"7", "of the row"}};
     odbc->Outputs = {"1", "of the buffer"};
+  }
+  static constexpr int kAttributesOfABlock = 2;  // its size and where its status goes
+
+  /// So many rows of numbers that land in the chunk's own buffers, and the row of the outputs behind them.
+  void GiveRowsAndOutputs(std::size_t rows) {
+    odbc->OutputColumns = std::exchange(odbc->Columns, {{"i", -5}, {"d", 8}, {"r", 7}, {"f", -7}});
+    odbc->OutputRows = std::exchange(odbc->Rows, std::vector(rows, FakeOdbc::Row{"9", "1.5", "2.5", "1"}));
   }
   rdoQueryPtr Call() {
     auto query = Open()->CreateQuery("", "{ call p (?, ?, ?) }");
@@ -121,6 +131,44 @@ TEST_F(CallOutputsTest, ResultThatIsNothingButTheOutputsIsARowToo) {
     result->MoveNext();
     EXPECT_TRUE(result->TakeOutputs());
     ExpectOutputs(query, 7, "of the row");
+  }
+}
+
+TEST_F(CallOutputsTest, RowOfTheOutputsBehindRowsIsReadWithNothingBoundForTheRows) {
+  GiveRowsAndOutputs(100);
+  for (const auto type : {rdOpenForwardOnly, rdOpenStatic}) {
+    const auto query = Call();
+    const auto result = query->OpenResultset({.Type = type});
+    const auto block = result->GetRows(1000);
+    EXPECT_TRUE(result->TakeOutputs());
+    ExpectOutputs(query, 7, "of the row");
+    EXPECT_EQ(odbc->LeftOfRows, 0);
+    EXPECT_EQ(block.Rows(), 100U);
+    EXPECT_EQ(block.Value(1, 99), Variant(1.5));
+  }
+}
+
+TEST_F(CallOutputsTest, RowOfTheOutputsBehindRowsReadOneByOneIsReadToo) {
+  GiveRowsAndOutputs(100);
+  odbc->Columns[2] = {"t", 12, 5};
+  const auto query = Call();
+  const auto result = query->OpenResultset({.Type = rdOpenForwardOnly});
+  result->GetRows(1000);
+  EXPECT_TRUE(result->TakeOutputs());
+  ExpectOutputs(query, 7, "of the row");
+  EXPECT_EQ(odbc->LargestArray, 0U);
+}
+
+TEST_F(CallOutputsTest, WhereWhatWasBoundForTheRowsIsNotTakenBackTheOutputsAreNotFetched) {
+  GiveRowsAndOutputs(12);
+  for (int attribute = 1; attribute <= 3; ++attribute) {
+    const auto result = Call()->OpenResultset({.Type = rdOpenForwardOnly});
+    odbc->FailName = "SetStmtAttr";
+    odbc->FailNameFrom = odbc->CallsOf["SetStmtAttr"] + kAttributesOfABlock + attribute;
+    EXPECT_EQ(result->GetRows(1000).Rows(), 12U);
+    ExpectRdoFailure(7, "fake failure", [&] { result->TakeOutputs(); });
+    EXPECT_EQ(odbc->CallsOf["MoreResults"], 0);
+    odbc->FailName.clear();
   }
 }
 
