@@ -179,8 +179,10 @@ void RdoCursor::GoTo(long long position) {
   const long long target = std::max(position, 0LL);
   if (forwardOnly_ && target < position_) throw Error(rdErrForwardOnly, "A forward-only result cannot go back.");
   position_ = Reach(target) ? target : rows_.Count() + 1;
+  rows_.MoveFarBehind(position_, WhatIsBehind());
 }
 
+/// Moves nothing far behind: who reads all rows into one page goes to the last one to count them, and takes them then.
 void RdoCursor::GoToLast() {
   RequireOpen();
   if (rows_.Count() == 0) return;

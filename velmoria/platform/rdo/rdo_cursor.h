@@ -67,6 +67,7 @@ class RdoCursor : public Object {
   /// Goes to a position, fetching up to it; beyond the ends to the ends. Raises 40088 for going back in a forward-only
   /// result, 40071 after Close. Take and Value raise 40071 when rows cannot be read back from the file.
   void GoTo(long long position);
+  /// Fetches everything, and keeps it in memory until the next GoTo or Take.
   void GoToLast();
   RowBlock Take(long long rows);
   Variant Value(std::size_t column) const;

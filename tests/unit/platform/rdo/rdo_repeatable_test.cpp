@@ -1,3 +1,4 @@
+#include <cstdint>
 #include <filesystem>
 #include <string>
 
@@ -68,6 +69,24 @@ TEST_F(RdoRepeatableTest, RowsFarBehindAreReadBackFromItsFile) {
   result->SetBookmark(501);
   ReadPages(*result, 501, 3);
   EXPECT_EQ(odbc->CallsOf["Execute"], 1);
+}
+
+TEST_F(RdoRepeatableTest, RowsThatAreWalkedPastAreMovedToItsFileToo) {
+  const auto result = OpenMany();
+  while (!result->AtEOF()) result->MoveNext();
+  const auto files = NamelessFilesIn(folder_.Path());
+  ASSERT_EQ(files.size(), 1U);
+  EXPECT_GT(std::filesystem::file_size(files[0]), std::uintmax_t{10} << 20);
+  result->MoveFirst();
+  ReadPages(*result, 1, 80);
+}
+
+TEST_F(RdoRepeatableTest, GoingToTheLastRowMovesNothingToItsFile) {
+  const auto result = OpenMany();
+  result->MoveLast();
+  result->MoveFirst();
+  EXPECT_EQ(result->GetRows(kMany).Rows(), static_cast<std::size_t>(kMany));
+  EXPECT_TRUE(NamelessFilesIn(folder_.Path()).empty());
 }
 
 TEST_F(RdoRepeatableTest, APositionIsTheSameRowWhateverTheDatabaseHasByThen) {
@@ -146,6 +165,15 @@ TEST_F(RdoRepeatableTest, AForwardOnlyResultThatMayNotBeRunAgainNeedsNoFile) {
   OpenMany();
   const auto result = OpenRows(rdOpenForwardOnly);
   ReadPages(*result, 1, 70);
+  EXPECT_TRUE(NamelessFilesIn(folder_.Path()).empty());
+}
+
+TEST_F(RdoRepeatableTest, AForwardOnlyWalkLetsGoOfRowsThatItHasPassedAlone) {
+  OpenMany();
+  const auto result = OpenRows(rdOpenForwardOnly);
+  for (int number = 1; number <= kMany; ++number, result->MoveNext()) ASSERT_EQ(IdAt(*result), number);
+  EXPECT_TRUE(result->AtEOF());
+  EXPECT_EQ(result->RowCount(), kMany);
   EXPECT_TRUE(NamelessFilesIn(folder_.Path()).empty());
 }
 
