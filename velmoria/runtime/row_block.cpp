@@ -22,8 +22,8 @@ bool IsInArena(ColumnStorage storage) noexcept {
 }
 
 std::string_view InArena(const RowChunk::Column& column, std::size_t row) noexcept {
-  const std::size_t begin = row == 0 ? 0 : column.Ends[row - 1];
-  return std::string_view(column.Arena).substr(begin, column.Ends[row] - begin);
+  const std::size_t begin = row == 0 ? 0 : column.Ends.At(row - 1);
+  return std::string_view(column.Arena).substr(begin, column.Ends.At(row) - begin);
 }
 
 // A division of 32 bits is several times cheaper than one of 64.
@@ -70,7 +70,7 @@ std::size_t RowChunk::HeapBytes() const noexcept {
   std::size_t bytes = columns_.capacity() * sizeof(Column);
   for (const Column& column : columns_) {
     if (column.Values) bytes += rows_ * StorageWidth(column.Storage);
-    if (column.Ends) bytes += rows_ * sizeof(std::uint32_t);
+    if (column.Ends) bytes += column.Ends.Bytes(rows_);
     if (column.NullBits) bytes += (rows_ + 63) / 64 * sizeof(std::uint64_t);
     if (column.Arena.capacity() > std::string().capacity()) bytes += column.Arena.capacity() + 1;
   }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "velmoria/runtime/api.h"
+#include "velmoria/runtime/value_ends.h"
 #include "velmoria/runtime/variant.h"
 
 namespace velmoria {
@@ -42,7 +43,7 @@ class VELMORIA_API RowChunk {
   struct Column {
     ColumnStorage Storage = ColumnStorage::Text;
     std::unique_ptr<std::byte[]> Values;        // fixed storages: rows * StorageWidth
-    std::unique_ptr<std::uint32_t[]> Ends;      // Text and Bytes: where each value ends in the arena
+    ValueEnds Ends;                             // Text and Bytes: where each value ends in the arena
     std::string Arena;                          // Text and Bytes: the values run together
     std::unique_ptr<std::uint64_t[]> NullBits;  // absent when no value of the column is Null
   };

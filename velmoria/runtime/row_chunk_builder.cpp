@@ -1,5 +1,4 @@
 #include <cstring>
-#include <limits>
 
 #include "velmoria/runtime/error.h"
 #include "velmoria/runtime/row_block.h"
@@ -65,14 +64,17 @@ void FillFixed(RowChunk::Column& column, const Rows& rows, std::size_t place) {
 }
 
 void FillArena(RowChunk::Column& column, const Rows& rows, std::size_t place) {
-  column.Ends = std::make_unique<std::uint32_t[]>(rows.size());
-  for (std::size_t row = 0; row < rows.size(); ++row) {
-    const auto bytes = rows[row][place].Bytes();
-    column.Arena.append(rows[row][place].TextView());
+  std::vector<std::size_t> ends;
+  ends.reserve(rows.size());
+  for (const auto& row : rows) {
+    const auto bytes = row[place].Bytes();
+    column.Arena.append(row[place].TextView());
     column.Arena.append(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    if (column.Arena.size() > std::numeric_limits<std::uint32_t>::max()) Fail(RuntimeFailure::Overflow);
-    column.Ends[row] = static_cast<std::uint32_t>(column.Arena.size());
+    ends.push_back(column.Arena.size());
   }
+  if (column.Arena.size() > ValueEnds::kMostBytes) Fail(RuntimeFailure::Overflow);
+  column.Ends = ValueEnds(rows.size(), column.Arena.size());
+  for (std::size_t row = 0; row < rows.size(); ++row) column.Ends.Set(row, ends[row]);
 }
 
 void FillNullBits(RowChunk::Column& column, const Rows& rows, std::size_t place) {

@@ -40,8 +40,8 @@ RowChunk::Column RowGatherer::Finish(Column column) const {
     made.Values = std::make_unique_for_overwrite<std::byte[]>(column.Values.size());
     std::memcpy(made.Values.get(), column.Values.data(), column.Values.size());
   } else if (!column.Ends.empty()) {
-    made.Ends = std::make_unique_for_overwrite<std::uint32_t[]>(rows_);
-    std::ranges::copy(column.Ends, made.Ends.get());
+    made.Ends = ValueEnds(rows_, column.Values.size());
+    for (std::size_t row = 0; row < rows_; ++row) made.Ends.Set(row, column.Ends[row]);
     column.Values.shrink_to_fit();
     made.Arena = std::move(column.Values);
   }

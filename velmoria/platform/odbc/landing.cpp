@@ -321,22 +321,22 @@ void Landing::KeepFixed(RowChunk::Column& column, std::size_t rows) {
   column.Values = std::move(fitting);
 }
 
-void Landing::FinishText(RowChunk::Column& column, std::size_t rows) const {
-  column.Ends = std::make_unique_for_overwrite<std::uint32_t[]>(rows);
+std::size_t Landing::BytesOfTexts(std::size_t rows) const {
   std::size_t total = 0;
-  for (std::size_t row = 0; row < rows; ++row) {
+  for (std::size_t row = 0; row < rows; ++row)
     total += whole_.empty() ? (IsNull(row) ? 0 : static_cast<std::size_t>(indicators_[row])) : TextAt(row).size();
-    column.Ends[row] = static_cast<std::uint32_t>(total);
-  }
-  if (total > std::numeric_limits<std::uint32_t>::max()) {
-    Fail(RuntimeFailure::Overflow, "The texts of the column '" + name_ + "' are too long to be read together.");
-  }
-  column.Arena.resize(total);
-  char* place = column.Arena.data();
+  if (total <= ValueEnds::kMostBytes) return total;
+  Fail(RuntimeFailure::Overflow, "The texts of the column '" + name_ + "' are too long to be read together.");
+}
+
+void Landing::FinishText(RowChunk::Column& column, std::size_t rows) const {
+  column.Arena.resize(BytesOfTexts(rows));
+  column.Ends = ValueEnds(rows, column.Arena.size());
+  std::size_t end = 0;
   for (std::size_t row = 0; row < rows; ++row) {
     const std::string_view text = !whole_.empty() ? TextAt(row) : IsNull(row) ? std::string_view() : SlotAt(row);
-    if (!text.empty()) std::memcpy(place, text.data(), text.size());
-    place += text.size();
+    if (!text.empty()) std::memcpy(column.Arena.data() + end, text.data(), text.size());
+    column.Ends.Set(row, end += text.size());
   }
 }
 

@@ -62,6 +62,7 @@ class Landing {
   velmoria::Date DateAt(std::size_t row) const;
   std::string InColumn() const;
   void KeepFixed(RowChunk::Column& column, std::size_t rows);
+  std::size_t BytesOfTexts(std::size_t rows) const;
   void FinishText(RowChunk::Column& column, std::size_t rows) const;
   void FinishConverted(RowChunk::Column& column, std::size_t rows) const;
   template <class T, class Conversion>

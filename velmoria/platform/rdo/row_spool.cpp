@@ -32,7 +32,7 @@ std::vector<Mark> MarksOf(const RowChunk& chunk) {
     marks[place] = {.ArenaBytes = static_cast<std::uint32_t>(column.Arena.size()),
                     .Storage = column.Storage,
                     .HasNulls = column.NullBits != nullptr,
-                    .HasEnds = column.Ends != nullptr,
+                    .HasEnds = static_cast<bool>(column.Ends),
                     .HasValues = column.Values != nullptr};
   }
   return marks;
@@ -48,7 +48,7 @@ std::vector<std::span<const std::byte>> PiecesOf(const RowChunk& chunk, const st
     };
     add(column.NullBits.get(), BytesOfNulls(rows));
     add(column.Values.get(), rows * StorageWidth(column.Storage));
-    add(column.Ends.get(), rows * sizeof(std::uint32_t));
+    add(column.Ends.Data(), column.Ends.Bytes(rows));
     add(column.Arena.data(), column.Arena.size());
   }
   return pieces;
@@ -81,7 +81,10 @@ RowChunk::Column ColumnOf(Unread& unread, const Mark& mark, std::size_t rows) {
   column.Storage = mark.Storage;
   if (mark.HasNulls) column.NullBits = unread.TakeArray<std::uint64_t>(BytesOfNulls(rows));
   if (mark.HasValues) column.Values = unread.TakeArray<std::byte>(rows * StorageWidth(mark.Storage));
-  if (mark.HasEnds) column.Ends = unread.TakeArray<std::uint32_t>(rows * sizeof(std::uint32_t));
+  if (mark.HasEnds) {
+    column.Ends = ValueEnds(rows, mark.ArenaBytes);
+    unread.Take(column.Ends.Data(), column.Ends.Bytes(rows));
+  }
   column.Arena.resize(mark.ArenaBytes);
   unread.Take(column.Arena.data(), mark.ArenaBytes);
   return column;
