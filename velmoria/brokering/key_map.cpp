@@ -7,6 +7,7 @@ void KeyMap::Add(std::string_view key, std::int64_t row) {
   const std::size_t hash = HashFolded(key);
   if (Find(key, hash) != KeyIndex::kNone) return;
   index_.ReserveOne();
+  keys_.resize(entries_.empty() ? 0 : entries_.back().End);  // nothing is left of one that could not be added
   keys_.append(key);
   entries_.push_back({keys_.size(), row});
   index_.Add(hash, entries_.size() - 1);

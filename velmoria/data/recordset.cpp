@@ -131,7 +131,7 @@ PropertyDataPtr Recordset::DefinitionAt(std::size_t column) const {
 }
 
 bool Recordset::IsLong(std::int32_t row, std::size_t column) const {
-  return row < fetchedRows_ && rows_.Storage(column) == ColumnStorage::Placeholder;
+  return row < fetchedRows_ && column < fetchedColumns_ && rows_.Storage(column) == ColumnStorage::Placeholder;
 }
 
 // Nothing but a long column that was not read with its page has an Empty value under no change.

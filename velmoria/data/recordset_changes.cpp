@@ -135,6 +135,8 @@ void Recordset::SetStateFlags(std::int32_t row, zStateFlags flags) try {
 } catch (...) { Failed("SetStateFlags"); }
 
 void Recordset::Restore(std::int32_t row, std::size_t column) {
+  // A definition that joined later has no value in a row that was there before.
+  if (row < fetchedRows_ && column >= fetchedColumns_ && !changes_->FindStored(row, column)) return;
   const auto old = OldColumn(row, column);
   if (!IsRestored(old, Present(row, column))) return;
   Store(row, column, old);

@@ -56,6 +56,16 @@ class PendingRowTest : public testing::Test {
   ScopedApartment apartment_;
 };
 
+TEST_F(PendingRowTest, UndoPassesOverADefinitionThatJoinedBehindTheColumns) {
+  const SampleRows rows;
+  const auto row = rows.Row(0);
+  row->SetupItem({.Name = "Extra"});
+  row->Item("Name")->SetValue("Eve");
+  rows.Rows->Undo(0);
+  EXPECT_EQ(rows.Rows->StateFlags(0), sfpersistent);
+  EXPECT_EQ(row->Item("Name")->Value(), Variant("Ada"));
+}
+
 TEST_F(PendingRowTest, UndoOfOneColumnOfADirtyRowTakesTheDeleteBackAndLeavesTheRowDirty) {
   const SampleRows rows;
   rows.Rows->SetValue(0, "Note", "text");

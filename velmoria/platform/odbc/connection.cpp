@@ -145,8 +145,9 @@ void Connection::Leave(Statement* statement) noexcept {
   if (place != statements_.rend()) statements_.erase(std::next(place).base());
 }
 
-Handle Connection::TakeHandle() {
-  if (spare_ != nullptr) return std::exchange(spare_, nullptr);
+Handle Connection::TakeHandle() { return spare_ != nullptr ? std::exchange(spare_, nullptr) : MakeHandle(); }
+
+Handle Connection::MakeHandle() {
   Handle made = nullptr;
   Check(Calls().AllocHandle(SQL_HANDLE_STMT, handle_, &made));
   return made;

@@ -54,6 +54,7 @@ class Connection {
   void Leave(Statement* statement) noexcept;
   /// A statement handle, perhaps one that was used before and is like new.
   Handle TakeHandle();
+  Handle MakeHandle();
   void GiveBack(Handle statement, bool likeNew) noexcept;
 
   Environment& environment_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
 #include <sql.h>
 #include <sqlext.h>
@@ -28,9 +29,9 @@ bool ReadRecord(Calls& calls, Small kind, Handle handle, Small number, EngineErr
   error.SQLState = reinterpret_cast<const char*>(state.data());
   std::string whole(reinterpret_cast<const char*>(text.data()));
   if (length >= capacity) {
-    whole.assign(static_cast<std::size_t>(length) + 1, '\0');
+    whole.resize(static_cast<std::size_t>(length) + 1);
     calls.GetDiagRec(kind, handle, number, state.data(), &native, reinterpret_cast<Char*>(whole.data()),
-                     static_cast<Small>(std::min<int>(length + 1, SHRT_MAX)), &length);
+                     static_cast<Small>(std::min<int>(length + 1, std::numeric_limits<Small>::max())), &length);
     whole.resize(std::min(whole.find('\0'), whole.size()));
   }
   error.Description = WithoutPasswords(whole);

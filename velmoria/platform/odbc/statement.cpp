@@ -55,33 +55,38 @@ void Statement::Close() noexcept {
 }
 
 bool Statement::MakeLikeNew() noexcept {
-  if (isSpecial_ || !UnbindParameters()) return false;
-  if (!Succeeded(Calls().FreeStmt(handle_, SQL_UNBIND))) return false;
-  const auto reset = [this](const auto& attribute) {
-    return Succeeded(Calls().SetStmtAttr(handle_, attribute.Number, attribute.New, 0));
+  const auto unset = [this](const auto& attribute) {
+    return connection_->IsAnswered(Calls().SetStmtAttr(handle_, attribute.Number, attribute.New, 0));
   };
-  if (fetchesBlocks_ && !std::ranges::all_of(kBlockAttributes, reset)) return false;
+  if (isSpecial_ || !UnbindParameters()) return false;
+  if (!connection_->IsAnswered(Calls().FreeStmt(handle_, SQL_UNBIND))) return false;
+  if (fetchesBlocks_ && !std::ranges::all_of(kBlockAttributes, unset)) return false;
   return HasNothingLeft() && EndResult();
 }
 
 // The driver holds what is left of a result, and its lock of the file, behind the end of the result.
 bool Statement::HasNothingLeft() noexcept {
   Small columns = 0;
-  if (!Succeeded(Calls().NumResultCols(handle_, &columns))) return false;
-  return columns == 0 || Calls().Fetch(handle_) == SQL_NO_DATA;
+  if (!connection_->IsAnswered(Calls().NumResultCols(handle_, &columns))) return false;
+  if (columns == 0) return true;
+  const Code code = Calls().Fetch(handle_);
+  if (code != SQL_NO_DATA) connection_->IsAnswered(code);
+  return code == SQL_NO_DATA;
 }
 
 void Statement::AskForScrolling() {
   isSpecial_ = true;
   const auto type = reinterpret_cast<Handle>(std::uintptr_t{SQL_CURSOR_STATIC});
   const auto ask = [&] { return Calls().SetStmtAttr(Get(), SQL_ATTR_CURSOR_TYPE, type, 0); };
-  if (connection_->keepsSpare_ && !Succeeded(ask())) {
+  Code code = ask();
+  if (!Succeeded(code) && connection_->keepsSpare_) {
     // One that has been prepared before keeps the type that it had.
     connection_->GiveBack(std::exchange(handle_, nullptr), false);
-    handle_ = connection_->TakeHandle();
+    handle_ = connection_->MakeHandle();
+    code = ask();
   }
   // A refusal is no failure: Scrolls tells what there is.
-  connection_->IsAnswered(ask());
+  connection_->IsAnswered(code);
 }
 
 bool Statement::Scrolls() const {

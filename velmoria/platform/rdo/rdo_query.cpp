@@ -103,14 +103,15 @@ std::unique_ptr<odbc::ParameterValues> rdoQuery::Bind(odbc::Statement& statement
 void rdoQuery::Execute() {
   connection_->MakeRoom();
   connection_->Engine()->rdoErrors().clear();
-  // On a failure the statement ends; the next Execute begins with a new one.
+  // On a failure the statement ends, ahead of what is bound to it; the next Execute begins with a new one.
+  std::unique_ptr<odbc::ParameterValues> values;
   auto statement = std::move(executed_);
   if (!statement || !statement->IsOpen()) {
     statement = std::make_unique<odbc::Statement>(connection_->Handle());
     if (Prepares()) statement->Prepare(sql_);
   }
   rowsAffected_ = -1;
-  const auto values = Bind(*statement);
+  values = Bind(*statement);
   Prepares() ? statement->Execute() : statement->ExecuteDirect(sql_);
   rowsAffected_ = statement->RowsAffected();
   odbc::CallOutputs outputs(*values);
@@ -123,12 +124,13 @@ void rdoQuery::Execute() {
 rdoResultsetPtr rdoQuery::OpenResultset(const OpenResultsetArguments& arguments) {
   connection_->MakeRoom();
   connection_->Engine()->rdoErrors().clear();
+  std::unique_ptr<odbc::ParameterValues> values;  // outlives the statement that it is bound to
   auto statement = std::make_unique<odbc::Statement>(connection_->Handle());
   const bool repeats = arguments.Repeatable && arguments.Type != rdOpenStatic;
   if (arguments.Type != rdOpenForwardOnly && !repeats) statement->AskForScrolling();
   const bool background = (arguments.Options & rdAsyncEnable) != 0 && !connection_->NeedsThisThread(sql_);
   if (Prepares() && !background) statement->Prepare(sql_);
-  auto values = Bind(*statement);
+  values = Bind(*statement);
   if (background) {
     statement->ExecuteInBackground(sql_, Prepares());
   } else {
