@@ -279,8 +279,11 @@ std::string GroupRollBack(FaultyShop& shop) {
   return {};
 }
 
-/// A transaction on a link that is gone can only be given up with its connection.
-void GiveUp(FaultyShop& shop) { shop.Connection()->Disconnect(); }
+/// A transaction that could not be ended is taken back, also over a link that is gone.
+void GiveUp(FaultyShop& shop) {
+  if (shop.Connection()->TransStarted()) shop.Connection()->TransRollback();
+  if (shop.Group()->TransStarted()) shop.Group()->TransRollback();
+}
 
 /// Without a transaction, what is written is there for everybody.
 void WriteAtOnce(FaultyShop& shop) {

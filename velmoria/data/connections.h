@@ -61,7 +61,8 @@ class VELMORIA_API Connections final : public Object, public Reporting {
 
   bool TransStarted(zEngines engine = {}) const;
   /// One transaction over all connections of the engine, later ones included. It needs the engine's environment, so a
-  /// Connection must have been opened once. A failing call leaves the flag. Raises 15097 for an engine outside 1 to 5.
+  /// Connection must have been opened once. A failing call leaves the flag. When a link was lost in it, TransRollback
+  /// succeeds and the connection is opened again by its next use. Raises 15097 for an engine outside 1 to 5.
   void TransBegin(zEngines engine = {});
   void TransCommit(zEngines engine = {});
   void TransRollback(zEngines engine = {});

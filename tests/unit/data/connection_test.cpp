@@ -18,6 +18,7 @@
 #include "velmoria/design/connector.h"
 #include "velmoria/platform/rdo/rdo_connection.h"
 #include "velmoria/platform/rdo/rdo_query.h"
+#include "velmoria/platform/rdo/rdo_tables.h"
 #include "velmoria/properties/attribute.h"
 
 namespace velmoria::test {
@@ -233,6 +234,72 @@ TEST_F(LostConnectionTest, IsNotReplacedUnderATransaction) {
   connection_->Disconnect();
   connection_->Connect();
   EXPECT_EQ(driver_->Connects.size(), 2U);
+}
+
+TEST_F(LostConnectionTest, TellsWhatEndsATransactionThatWentWithTheLink) {
+  connection_->TransBegin();
+  RunAndFail();
+  driver_->LinkLost = true;
+  const auto refused = [&](auto ask) {
+    const auto error = Thrown(ask);
+    ASSERT_TRUE(error);
+    EXPECT_NE(error->Description().find("Roll it back to work on over a new link."), std::string::npos);
+  };
+  refused([&] { connection_->GetConnection()->CreateQuery("", "SELECT 1"); });
+  refused([&] { connection_->GetConnection()->rdoTables(); });
+  refused([&] { connection_->TransBegin(); });
+  refused([&] { connection_->TransCommit(); });
+  EXPECT_TRUE(connection_->TransStarted());
+}
+
+TEST_F(LostConnectionTest, RollbackEndsATransactionThatWentWithTheLink) {
+  connection_->TransBegin();
+  RunAndFail();
+  driver_->LinkLost = true;
+  driver_->FailName = "EndTran";
+  connection_->TransRollback();
+  driver_->FailName.clear();
+  EXPECT_FALSE(connection_->TransStarted());
+  EXPECT_EQ(scope_.Messages().Count(), 0);
+  connection_->TransBegin();
+  EXPECT_EQ(driver_->Connects.size(), 2U);
+  EXPECT_EQ(driver_->Transactions.back(), "begin 2");
+}
+
+TEST_F(LostConnectionTest, RollbackMayBeTheFirstToMeetTheLoss) {
+  connection_->TransBegin();
+  driver_->LinkLost = true;
+  driver_->FailName = "EndTran";
+  connection_->TransRollback();
+  driver_->FailName = "SetConnectAttr";
+  connection_->Disconnect();
+  driver_->FailName.clear();
+  EXPECT_FALSE(connection_->TransStarted());
+}
+
+TEST_F(LostConnectionTest, RollbackThatFailsOverALinkThatIsThereIsRefused) {
+  connection_->TransBegin();
+  driver_->FailName = "EndTran";
+  EXPECT_TRUE(Thrown([&] { connection_->TransRollback(); }));
+  driver_->FailName.clear();
+  EXPECT_TRUE(connection_->TransStarted());
+}
+
+TEST_F(LostConnectionTest, RollbackOfTheGroupEndsItsTransaction) {
+  connection_->Connect();
+  const auto group = Apartment().ConnectionContext->Item("");
+  group->TransBegin(engODBC);
+  RunAndFail();
+  driver_->LinkLost = true;
+  EXPECT_TRUE(Thrown([&] { group->TransCommit(engODBC); }));
+  EXPECT_TRUE(Thrown([&] { group->TransBegin(engODBC); }));
+  EXPECT_TRUE(group->TransStarted(engODBC));
+  group->TransRollback(engODBC);
+  EXPECT_FALSE(group->TransStarted(engODBC));
+  group->TransBegin(engODBC);
+  connection_->Connect();
+  EXPECT_EQ(driver_->Connects.size(), 2U);
+  EXPECT_EQ(driver_->Transactions.back(), "begin 2");
 }
 
 TEST_F(ConnectionTest, ADroppedConnectionClosesItsHandle) {

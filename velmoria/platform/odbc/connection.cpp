@@ -99,8 +99,12 @@ void Connection::SetAutoCommit(bool value) {
 void Connection::EndTransaction(bool commit) {
   RequireOpen();
   // Some drivers commit without a word what went with the link.
-  if (commit && IsLost()) FailClosed("The link to the server was lost, and the transaction with it.");
+  if (commit && IsLost()) FailWithLostTransaction();
   Check(Calls().EndTran(SQL_HANDLE_DBC, handle_, commit ? SQL_COMMIT : SQL_ROLLBACK));
+}
+
+void Connection::FailWithLostTransaction() {
+  FailClosed("The link to the server was lost, and the transaction with it. Roll it back to work on over a new link.");
 }
 
 std::string Connection::InfoText(Word information) {

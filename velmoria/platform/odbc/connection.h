@@ -27,7 +27,9 @@ class Connection {
   void Close() noexcept;
 
   void SetAutoCommit(bool value);
+  /// A commit of what went with a lost link is refused.
   void EndTransaction(bool commit);
+  [[noreturn]] static void FailWithLostTransaction();
   /// A text or small number about the server, by the number of SQLGetInfo; empty or 0 when the driver does not know.
   std::string InfoText(Word information);
   Word InfoNumber(Word information);

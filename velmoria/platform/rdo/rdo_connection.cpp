@@ -74,10 +74,14 @@ void rdoConnection::GreetServer() {
 
 rdoQueryPtr rdoConnection::CreateQuery(std::string name, std::string sql) {
   Engine()->rdoErrors().clear();
+  RefuseLostTransaction();
   return Make<rdoQuery>(rdoConnectionPtr(this), std::move(name), std::move(sql));
 }
 
-rdoTablesPtr rdoConnection::rdoTables() { return Make<velmoria::rdoTables>(rdoConnectionPtr(this)); }
+rdoTablesPtr rdoConnection::rdoTables() {
+  RefuseLostTransaction();
+  return Make<velmoria::rdoTables>(rdoConnectionPtr(this));
+}
 
 bool rdoConnection::Transactions() {
   Engine()->rdoErrors().clear();
@@ -131,18 +135,36 @@ void rdoConnection::Enter(RdoCursor* cursor) { cursors_.push_back(cursor); }
 
 void rdoConnection::Leave(RdoCursor* cursor) noexcept { std::erase(cursors_, cursor); }
 
+void rdoConnection::RefuseLostTransaction() {
+  if (inTransaction_ && handle_.IsLost()) odbc::Connection::FailWithLostTransaction();
+}
+
 void rdoConnection::Begin() {
+  RefuseLostTransaction();
   if (inTransaction_) return;
   if (oneAtATime_ || handle_.DriverName().find(kBeginEndsResultsDriver) != std::string::npos) FetchResults();
   handle_.SetAutoCommit(false);
   inTransaction_ = true;
 }
 
+template <class Step>
+void rdoConnection::UnlessLost(Step step) {
+  try {
+    return step();
+  } catch (...) {
+    if (!inTransaction_ || !handle_.IsLost()) throw;
+  }
+  Engine()->rdoErrors().clear();
+}
+
 void rdoConnection::End(bool commit) {
   if (oneAtATime_ || !(commit ? commitKeepsResults_ : rollbackKeepsResults_)) FetchResults();
-  handle_.EndTransaction(commit);
+  if (commit)
+    handle_.EndTransaction(true);
+  else
+    UnlessLost([&] { handle_.EndTransaction(false); });
   if (!inTransaction_) return;
-  handle_.SetAutoCommit(true);
+  UnlessLost([&] { handle_.SetAutoCommit(true); });
   inTransaction_ = false;
 }
 

@@ -23,13 +23,15 @@ class rdoConnection : public Object {
   ~rdoConnection() override;
   std::string_view ReportedType() const noexcept override;
 
-  /// A query over the text, which goes to the driver as it stands.
+  /// A query over the text, which goes to the driver as it stands. Raises 40071 when the link to the server was lost in
+  /// a transaction, as tables and BeginTrans do then.
   rdoQueryPtr CreateQuery(std::string name, std::string sql);
   rdoTablesPtr rdoTables();
 
   /// Whether the server has transactions at all.
   bool Transactions();
-  /// A second BeginTrans changes nothing; a commit or rollback without a transaction is harmless.
+  /// A second BeginTrans changes nothing; a commit or rollback without a transaction is harmless. When the link to the
+  /// server was lost, a commit is refused, and a rollback succeeds: the server has taken back what was not committed.
   void BeginTrans();
   void CommitTrans();
   void RollbackTrans();
@@ -43,8 +45,8 @@ class rdoConnection : public Object {
   /// Whether what a call gives back comes as a row of its own, too.
   bool OutputsComeAsRow();
 
-  /// Whether the link to the server is gone and no transaction with it: one that is lost is its owner's to end.
-  bool IsLost() noexcept { return !inTransaction_ && handle_.IsLost(); }
+  /// Whether the link to the server is gone and no transaction with it: one that is lost is its owner's to roll back.
+  bool IsLost() noexcept { return !handle_.IsOpen() || (!inTransaction_ && handle_.IsLost()); }
   void Close();
 
   /// The columns that results of this shape had when the driver was asked last, or none.
@@ -60,6 +62,10 @@ class rdoConnection : public Object {
   void Leave(RdoCursor* cursor) noexcept;
   void FetchResults() noexcept;
   void GreetServer();
+  void RefuseLostTransaction();
+  /// Runs what a lost link has done already.
+  template <class Step>
+  void UnlessLost(Step step);
   void Begin();
   void End(bool commit);
   void Abandon() noexcept;

@@ -64,7 +64,8 @@ void rdoEnvironment::BeginTrans() {
   std::vector<rdoConnection*> begun;
   try {
     for (auto* const connection : connections_) {
-      if (connection->inTransaction_) continue;
+      connection->RefuseLostTransaction();
+      if (connection->inTransaction_ || connection->IsLost()) continue;
       connection->Begin();
       begun.push_back(connection);
     }

@@ -39,7 +39,9 @@ class rdoEnvironment : public Object {
   rdoConnectionPtr OpenConnection(const OpenConnectionArguments& arguments);
 
   /// One transaction over all connections, those opened later included. BeginTrans is all or nothing. CommitTrans stops
-  /// at the first connection that fails; it and those after it stay in their transaction.
+  /// at the first connection that fails; it and those after it stay in their transaction. A connection whose link was
+  /// lost takes part in nothing until it is opened again; lost in a transaction, it has BeginTrans and CommitTrans
+  /// refused, and RollbackTrans ends that.
   void BeginTrans();
   void CommitTrans();
   void RollbackTrans();
