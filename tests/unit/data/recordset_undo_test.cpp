@@ -60,10 +60,10 @@ TEST_F(PendingRowTest, UndoPassesOverADefinitionThatJoinedBehindTheColumns) {
   const SampleRows rows;
   const auto row = rows.Row(0);
   row->SetupItem({.Name = "Extra"});
-  row->Item("Name")->SetValue("Eve");
+  row->Item("Note")->SetValue("call back");
   rows.Rows->Undo(0);
   EXPECT_EQ(rows.Rows->StateFlags(0), sfpersistent);
-  EXPECT_EQ(row->Item("Name")->Value(), Variant("Ada"));
+  EXPECT_TRUE(row->Item("Note")->Value().IsNull());
 }
 
 TEST_F(PendingRowTest, UndoOfOneColumnOfADirtyRowTakesTheDeleteBackAndLeavesTheRowDirty) {
