@@ -3,7 +3,7 @@
 # mariadb_start exports
 #   VELMORIA_TEST_MARIADB         complete connect string of an empty database
 #   VELMORIA_TEST_MARIADB_SERVER  the same without user and password
-#   VELMORIA_TEST_MARIADB_UID     a user who may make databases
+#   VELMORIA_TEST_MARIADB_UID     a user who may make databases and users
 #   VELMORIA_TEST_MARIADB_PWD     the right password
 source scripts/lib/server.sh
 mariadb_dir=""

@@ -3,7 +3,7 @@
 # postgres_start exports
 #   VELMORIA_TEST_PG         complete connect string of an empty database
 #   VELMORIA_TEST_PG_SERVER  the same without user and password; the server insists on the password (SCRAM)
-#   VELMORIA_TEST_PG_UID     the database's owner
+#   VELMORIA_TEST_PG_UID     the database's owner, who may make users
 #   VELMORIA_TEST_PG_PWD     the right password
 source scripts/lib/server.sh
 postgres_dir=""
@@ -28,7 +28,7 @@ postgres_start() {
   postgres_run initdb -D "$postgres_dir/data" -U postgres -E UTF8 --locale=C.UTF-8 -N \
     --auth-local=trust --auth-host=scram-sha-256 || server_failed "$postgres_dir"
   server_on_free_port postgres_listen || server_failed "$postgres_dir"
-  postgres_sql "CREATE ROLE velmoria LOGIN CREATEDB PASSWORD 'velmoria'" || server_failed "$postgres_dir"
+  postgres_sql "CREATE ROLE velmoria LOGIN CREATEDB CREATEROLE PASSWORD 'velmoria'" || server_failed "$postgres_dir"
   postgres_sql "CREATE DATABASE velmoria OWNER velmoria" || server_failed "$postgres_dir"
 
   export VELMORIA_TEST_PG_UID=velmoria VELMORIA_TEST_PG_PWD=velmoria

@@ -3,7 +3,7 @@
 # tds_start exports
 #   VELMORIA_TEST_TDS         complete connect string of an empty database
 #   VELMORIA_TEST_TDS_SERVER  the same without user and password
-#   VELMORIA_TEST_TDS_UID     the only user
+#   VELMORIA_TEST_TDS_UID     a user, who may make others
 #   VELMORIA_TEST_TDS_PWD     the right password
 source scripts/lib/server.sh
 tds_dir=""

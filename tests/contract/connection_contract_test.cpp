@@ -18,6 +18,7 @@
 #include "tests/support/test_servers.h"
 #include "velmoria/platform/rdo/rdo_connection.h"
 #include "velmoria/platform/rdo/rdo_query.h"
+#include "velmoria/platform/rdo/rdo_resultset.h"
 #include "velmoria/velmoria.h"
 
 namespace velmoria::test {
@@ -288,6 +289,103 @@ TEST_P(ConnectionOverServers, TransactionsOfGroupAndConnectionEndWithWhatTheyCov
   Group()->Disconnect(engODBC);
   client.RunAll({"DROP TABLE " + table});
 }
+
+/// The server's user and another one, whom the test makes.
+class ConnectionsOfTwoUsers : public ConnectionOverServers {
+ protected:
+  struct Dialect {
+    const char* Server;
+    const char* Make;
+    const char* Drop;
+    const char* User;     // what a connection is logged on as
+    const char* Further;  // where a user without rights may go
+  };
+  static constexpr Dialect kDialects[] = {
+      {"PostgreSQL", "CREATE ROLE {user} LOGIN PASSWORD 'other'", "DROP ROLE {user}", "SELECT session_user", ""},
+      {"MariaDB", "CREATE USER {user}@'127.0.0.1' IDENTIFIED BY 'other'", "DROP USER {user}@'127.0.0.1'",
+       "SELECT SUBSTRING_INDEX(USER(), '@', 1)", ";Database=information_schema"},
+      {"FreeTDS", "CREATE LOGIN {user} WITH PASSWORD = 'other'", "DROP LOGIN {user}", "SELECT SUSER_SNAME()", ""},
+  };
+
+  ConnectionsOfTwoUsers() { client_.RunAll({Filled(Words().Make)}); }
+  ~ConnectionsOfTwoUsers() override {
+    for (const auto* group : {"", "Night"})
+      if (const auto found = Find(group)) found->Disconnect(engODBC);
+    client_.RunAll({Filled(Words().Drop)});
+  }
+  static ConnectionsPtr Find(const std::string& name) {
+    ConnectionsPtr found;
+    for (const auto& group : *Apartment().ConnectionContext)
+      if (group->Name() == name) found = group;
+    return found;
+  }
+  static const Dialect& Words() {
+    return *std::ranges::find(kDialects, GetParam().Name,
+                              [](const Dialect& words) { return std::string(words.Server); });
+  }
+  std::string Filled(std::string text) const { return text.replace(text.find("{user}"), 6, other_); }
+  ConnectionPtr Named(const char* name, const char* group, const std::string& user, const std::string& password) const {
+    auto arguments = LogOn(user, password);
+    arguments.ConnectionString += Words().Further;
+    arguments.DatabaseName = name;
+    arguments.ConnectionsName = group;
+    return Made(arguments);
+  }
+  ConnectionPtr First(const char* group = "") const {
+    return Named("First", group, GetParam().UserName, GetParam().Password);
+  }
+  ConnectionPtr Second(const char* group = "") const { return Named("Second", group, other_, "other"); }
+  ConnectionPtr Nameless(const char* group = "") const { return Named("Nameless", group, "", ""); }
+  static std::string UserOf(const ConnectionPtr& connection) {
+    const auto result = connection->GetConnection()->CreateQuery("", Words().User)->OpenResultset();
+    return result->GetRows(1).Value(0, 0).AsText();
+  }
+  const std::string& FirstUser() const { return GetParam().UserName; }
+
+  std::string other_ = OwnName("user");
+  OdbcClient client_{GetParam().ConnectString()};
+};
+
+TEST_P(ConnectionsOfTwoUsers, TheFirstLogsOnForThoseWithoutAUserWhoeverComesLater) {
+  EXPECT_EQ(UserOf(First()), FirstUser());
+  EXPECT_EQ(UserOf(Second()), other_);
+  EXPECT_EQ(UserOf(Nameless()), FirstUser());
+}
+
+TEST_P(ConnectionsOfTwoUsers, TheFirstsLogOnStaysWhenEveryConnectionWasClosed) {
+  const auto first = First();
+  const auto second = Second();
+  const auto nameless = Nameless();
+  first->Connect();
+  first->Disconnect();
+  EXPECT_EQ(UserOf(second), other_);
+  EXPECT_EQ(UserOf(nameless), FirstUser());
+  nameless->Disconnect();
+  second->Disconnect();
+  EXPECT_EQ(UserOf(nameless), FirstUser());
+}
+
+TEST_P(ConnectionsOfTwoUsers, AGroupThatWasDisconnectedTakesTheNextForItsFirst) {
+  const auto first = First();
+  const auto nameless = Nameless();
+  first->Connect();
+  EXPECT_EQ(UserOf(nameless), FirstUser());
+  Group()->Disconnect(engODBC);
+  Second()->Connect();
+  EXPECT_EQ(UserOf(nameless), other_);
+  EXPECT_EQ(UserOf(first), FirstUser());
+}
+
+TEST_P(ConnectionsOfTwoUsers, EachGroupHasAFirstOfItsOwn) {
+  First()->Connect();
+  Second("Night")->Connect();
+  EXPECT_EQ(UserOf(Nameless()), FirstUser());
+  EXPECT_EQ(UserOf(Nameless("Night")), other_);
+}
+
+INSTANTIATE_TEST_SUITE_P(, ConnectionsOfTwoUsers, testing::ValuesIn(TestServers()),
+                         [](const auto& test) { return test.param.Name; });
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(ConnectionsOfTwoUsers);
 
 INSTANTIATE_TEST_SUITE_P(, ConnectionOverServers, testing::ValuesIn(TestServers()),
                          [](const auto& test) { return test.param.Name; });

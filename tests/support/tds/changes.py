@@ -197,9 +197,24 @@ def add_key(session, name, items):
         keep_key(session, table)
 
 
+def create_login(session, items):
+    """CREATE LOGIN name WITH PASSWORD = 'text'."""
+    if [item.low for item in items[3:6]] != ["with", "password", "="]:
+        raise failure(102, items[-1].text)
+    if items[2].text.lower() in session.logins:
+        raise failure(15025, items[2].text)
+    session.logins[items[2].text.lower()] = items[6].text
+
+
+def drop_login(session, items):
+    if session.logins.pop(items[2].text.lower(), None) is None:
+        raise failure(15151, items[2].text)
+
+
 DEFINITIONS = {
     ("create", "table"): create_table, ("create", "view"): create_view, ("create", "index"): create_index,
     ("drop", "table"): drop, ("drop", "view"): drop, ("drop", "procedure"): drop, ("drop", "proc"): drop,
     ("drop", "index"): lambda session, items: session.run(f"DROP INDEX {quoted(items[-1].text)}"),
+    ("create", "login"): create_login, ("drop", "login"): drop_login,
     ("truncate", "table"): truncate, ("alter", "table"): alter_table,
 }

@@ -61,6 +61,8 @@ TEXTS = {
     8152: (16, "String or binary data would be truncated."),
     8169: (16, "Conversion failed when converting from a character string to uniqueidentifier."),
     8178: (16, "Parameterized query expects parameter {0}, which was not supplied."),
+    15025: (16, "There is a login '{0}' already."),
+    15151: (16, "Cannot drop the login '{0}', because it does not exist or you do not have permission."),
     16916: (16, "A cursor with the name '{0}' does not exist."),
     18456: (14, "Login failed for user '{0}'."),
     50000: (16, "{0}"),

@@ -29,6 +29,17 @@ class LoginTest(ServerTest):
         self.assertEqual(self.refused("sa", "wrong"), [(18456, "Login failed for user 'sa'.")])
         self.assertEqual(self.refused("eve", "x"), [(18456, "Login failed for user 'eve'.")])
 
+    def test_login_that_was_made_comes_in_until_it_is_dropped(self):
+        self.run_all("CREATE LOGIN Eve WITH PASSWORD = 'it''s'")
+        self.assertEqual(self.client.batch("CREATE LOGIN eve WITH PASSWORD = 'x'").errors[0][0], 15025)
+        self.assertEqual(self.refused("eve", "x"), [(18456, "Login failed for user 'eve'.")])
+        eve = Client(self.port, "eve", "it's")
+        self.assertEqual(eve.batch("SELECT SUSER_SNAME()").errors, [])
+        eve.close()
+        self.run_all("DROP LOGIN eve")
+        self.assertEqual(self.client.batch("DROP LOGIN eve").errors[0][0], 15151)
+        self.assertEqual(self.refused("eve", "it's"), [(18456, "Login failed for user 'eve'.")])
+
     def test_unknown_database_is_refused(self):
         self.assertEqual(self.refused("sa", "x", "none")[0][0], 4060)
 

@@ -4,6 +4,7 @@
     server.py --folder FOLDER [--port N] [--database NAME ...] [--user NAME] [--password TEXT] [--lock-seconds N]
 
 The folder holds a file for each database. Port 0 is any free one; the port is printed when the server listens.
+The user is the first; CREATE LOGIN adds others, who may do everything too, until the server ends.
 A database has one writer at a time: another waits so many seconds for the end of its transaction, then fails with 1205.
 """
 import sys
@@ -34,7 +35,8 @@ class Client(socketserver.BaseRequestHandler):
     def handle(self):
         self.request.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
         self.connection = Connection(self.request)
-        self.session = Session(self.server.databases, self.connection, next(numbers), self.server.lock_seconds)
+        self.session = Session(self.server.databases, self.server.logins, self.connection, next(numbers),
+                               self.server.lock_seconds)
         self.executor = Executor(self.session)
         self.calls = Calls(self.session, self.executor)
         try:
@@ -81,7 +83,7 @@ class Client(socketserver.BaseRequestHandler):
 
     def refusal(self, login):
         """Why the client may not come in; None when it may. Users are the same in small and large letters."""
-        if login["user"].lower() != self.server.user.lower() or login["password"] != self.server.password:
+        if login["password"] != self.server.logins.get(login["user"].lower()):
             return failure(18456, login["user"])
         if not self.session.open(login["database"] or self.server.first):
             return failure(4060, login["database"])
@@ -112,8 +114,7 @@ class Server(socketserver.ThreadingMixIn, socketserver.TCPServer):
 
     def __init__(self, port, folder, databases, user, password, lock_seconds):
         self.lock_seconds = lock_seconds
-        self.user = user
-        self.password = password
+        self.logins = {user.lower(): password}    # name in small letters: password
         self.first = databases[0]
         self.databases = {name.lower(): os.path.join(folder, name.lower() + ".db") for name in databases + ["master"]}
         for path in self.databases.values():

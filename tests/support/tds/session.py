@@ -87,8 +87,9 @@ class Bindings(dict):
 
 
 class Session:
-    def __init__(self, databases, connection, number, lock_seconds):
+    def __init__(self, databases, logins, connection, number, lock_seconds):
         self.databases = databases        # name in small letters: file
+        self.logins = logins              # name in small letters: password; of all sessions
         self.lock_seconds = lock_seconds  # how long a change waits for another's transaction
         self.connection = connection
         self.database = None
