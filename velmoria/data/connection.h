@@ -55,9 +55,9 @@ class VELMORIA_API Connection final : public Object, public Reporting {
   void Disconnect();
 
   /// The transaction of this one connection, which is opened if needed. Neither nesting nor a missing begin is refused
-  /// here. A failing call leaves TransStarted untouched. When the link to the server was lost in a transaction, whatever
-  /// is asked of the connection fails until TransRollback, which succeeds, or Disconnect; the next use opens it again.
-  /// Raises 15097 for an engine outside 2 to 5.
+  /// here. A failing call leaves TransStarted untouched. When the link to the server was lost in a transaction, all
+  /// that is asked of the connection fails until TransRollback, which succeeds, or Disconnect; the next use opens it
+  /// again. Raises 15097 for an engine outside 2 to 5.
   void TransBegin();
   void TransCommit();
   void TransRollback();

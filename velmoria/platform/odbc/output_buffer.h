@@ -12,8 +12,8 @@ namespace velmoria::odbc {
 
 /// Where a text or bytes land that a call gives back in a parameter.
 ///
-/// It is as wide as the catalogue says that the value can be: 64 kB at least, 256 MB at most, and at least 16 MB for one
-/// of a long type or of a length that it does not say. What of it is not written takes no memory.
+/// It is as wide as the catalogue says that the value can be: 64 kB at least, 256 MB at most, and at least 16 MB for a
+/// long type or where the catalogue tells no length. What of it is not written takes no memory.
 class OutputBuffer {
  public:
   /// For a storage of Text or Bytes. Where the value comes again as a row, the least width is enough.
