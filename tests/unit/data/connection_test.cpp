@@ -245,7 +245,9 @@ TEST_F(LostConnectionTest, TellsWhatEndsATransactionThatWentWithTheLink) {
     ASSERT_TRUE(error);
     EXPECT_NE(error->Description().find("Roll it back to work on over a new link."), std::string::npos);
   };
-  refused([&] { connection_->GetConnection()->CreateQuery("", "SELECT 1"); });
+  const auto query = connection_->GetConnection()->CreateQuery("", "SELECT 1");
+  refused([&] { query->Execute(); });
+  refused([&] { query->OpenResultset(); });
   refused([&] { connection_->GetConnection()->rdoTables(); });
   refused([&] { connection_->TransBegin(); });
   refused([&] { connection_->TransCommit(); });

@@ -74,7 +74,6 @@ void rdoConnection::GreetServer() {
 
 rdoQueryPtr rdoConnection::CreateQuery(std::string name, std::string sql) {
   Engine()->rdoErrors().clear();
-  RefuseLostTransaction();
   return Make<rdoQuery>(rdoConnectionPtr(this), std::move(name), std::move(sql));
 }
 

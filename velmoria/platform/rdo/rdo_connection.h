@@ -23,8 +23,7 @@ class rdoConnection : public Object {
   ~rdoConnection() override;
   std::string_view ReportedType() const noexcept override;
 
-  /// A query over the text, which goes to the driver as it stands. Raises 40071 when the link to the server was lost in
-  /// a transaction, as tables and BeginTrans do then.
+  /// A query over the text, which goes to the driver as it stands.
   rdoQueryPtr CreateQuery(std::string name, std::string sql);
   rdoTablesPtr rdoTables();
 
@@ -38,6 +37,9 @@ class rdoConnection : public Object {
 
   /// Called before a statement runs: where the driver has one result at a time, what is left of the others is fetched.
   void MakeRoom() noexcept;
+  /// Raises 40071 when the link to the server was lost in a transaction: queries, tables and BeginTrans are refused
+  /// then.
+  void RefuseLostTransaction();
   /// Whether the driver wants this text on the thread that otherwise uses the connection.
   bool NeedsThisThread(const std::string& sql);
   /// Whether the driver can prepare a call that returns a value.
@@ -62,7 +64,6 @@ class rdoConnection : public Object {
   void Leave(RdoCursor* cursor) noexcept;
   void FetchResults() noexcept;
   void GreetServer();
-  void RefuseLostTransaction();
   /// Runs what a lost link has done already.
   template <class Step>
   void UnlessLost(Step step);

@@ -103,6 +103,7 @@ std::unique_ptr<odbc::ParameterValues> rdoQuery::Bind(odbc::Statement& statement
 void rdoQuery::Execute() {
   connection_->MakeRoom();
   connection_->Engine()->rdoErrors().clear();
+  connection_->RefuseLostTransaction();
   // On a failure the statement ends, ahead of what is bound to it; the next Execute begins with a new one.
   std::unique_ptr<odbc::ParameterValues> values;
   auto statement = std::move(executed_);
@@ -124,6 +125,7 @@ void rdoQuery::Execute() {
 rdoResultsetPtr rdoQuery::OpenResultset(const OpenResultsetArguments& arguments) {
   connection_->MakeRoom();
   connection_->Engine()->rdoErrors().clear();
+  connection_->RefuseLostTransaction();
   std::unique_ptr<odbc::ParameterValues> values;  // outlives the statement that it is bound to
   auto statement = std::make_unique<odbc::Statement>(connection_->Handle());
   const bool repeats = arguments.Repeatable && arguments.Type != rdOpenStatic;
