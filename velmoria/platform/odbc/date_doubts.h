@@ -28,7 +28,7 @@ class DateDoubts {
   void NoteDay();
   bool MayBeToday(unsigned month, unsigned day) const noexcept;
 
-  static constexpr std::size_t kDays = 13 * 32;
+  static constexpr std::size_t kDays = std::size_t{13} * 32;
   Misreading misreading_;
   std::time_t noted_ = -1;
   std::bitset<kDays> days_;  // that the driver may have taken for today, by month and day
