@@ -18,6 +18,7 @@
 #include "velmoria/design/connector.h"
 #include "velmoria/platform/rdo/rdo_connection.h"
 #include "velmoria/platform/rdo/rdo_query.h"
+#include "velmoria/platform/rdo/rdo_resultset.h"
 #include "velmoria/platform/rdo/rdo_tables.h"
 #include "velmoria/properties/attribute.h"
 
