@@ -41,8 +41,8 @@ class FetchedRows {
   RowBlock rows_;                    // begins and ends with whole chunks
   long long moved_ = 0;              // rows ahead of these
   std::size_t bytes_ = 0;            // of rows_
-  std::size_t nextBytes_ =
-      0;  // from so many bytes, or from this position on, it is looked again at what could be moved
+  // From so many bytes, or from this position on, it is looked again at what could be moved.
+  std::size_t nextBytes_ = 0;
   long long nextPosition_ = 0;
 };
 
