@@ -101,6 +101,8 @@ foreach(room IN LISTS VELMORIA_ROOMS)
     velmoria_tests(unit_${room} tests/unit/${room})
   endif()
 endforeach()
+# The one builder that needs no other room.
+target_sources(unit_runtime PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/row_chunk_builder.cpp)
 set_target_properties(unit_platform PROPERTIES ENABLE_EXPORTS ON)
 add_dependencies(unit_platform component_Parts component_small component_Hollow component_Faulty)
 velmoria_tests(contract_tests tests/contract)

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "tests/support/row_chunk_builder.h"
 #include "velmoria/properties/properties_data.h"
 #include "velmoria/properties/property_data.h"
 #include "velmoria/velmoria.h"

@@ -1,9 +1,9 @@
 #include "tests/support/sample_rows.h"
 
+#include "tests/support/row_chunk_builder.h"
 #include "velmoria/data/database_agent_impl.h"
 #include "velmoria/properties/properties_data.h"
 #include "velmoria/properties/property_data.h"
-#include "velmoria/runtime/row_block.h"
 #include "velmoria/velmoria.h"
 
 namespace velmoria::test {

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -102,23 +101,6 @@ class VELMORIA_API RowBlock {
   std::vector<std::size_t> ends_;  // where the rows of each chunk end, counted from the start of the first chunk
   std::size_t skip_ = 0;           // rows of the first chunk that lie before this range
   std::size_t rows_ = 0;
-};
-
-/// Builds a chunk row by row. A value is converted to its column's storage and raises the failure of the conversion;
-/// Null stays Null, and a Placeholder takes anything and keeps nothing.
-class VELMORIA_API RowChunkBuilder {
- public:
-  explicit RowChunkBuilder(std::vector<ColumnStorage> storages);
-  ~RowChunkBuilder();
-  /// Raises 9 when the number of values is not that of the columns.
-  void AddRow(std::initializer_list<Variant> values);
-  void AddRow(const std::vector<Variant>& values);
-  /// The chunk of the rows added since the last one.
-  std::shared_ptr<const RowChunk> Build();
-
- private:
-  std::vector<ColumnStorage> storages_;
-  std::vector<std::vector<Variant>> rows_;
 };
 
 }  // namespace velmoria

@@ -5,10 +5,13 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/row_chunk_builder.h"
 #include "tests/unit/runtime/expect_failure.h"
 
 namespace velmoria {
 namespace {
+
+using test::RowChunkBuilder;
 
 std::shared_ptr<const RowChunk> ChunkOfNumbers(int first, int count) {
   RowChunkBuilder builder({ColumnStorage::Long, ColumnStorage::Text});

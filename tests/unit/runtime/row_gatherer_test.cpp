@@ -2,9 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/row_chunk_builder.h"
+
 namespace velmoria {
 
 namespace {
+
+using test::RowChunkBuilder;
 
 /// Rows of every kind of storage; every third row is Null throughout.
 std::shared_ptr<const RowChunk> Chunk(int first, int rows) {

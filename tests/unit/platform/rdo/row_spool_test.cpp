@@ -8,6 +8,7 @@
 
 #include "tests/support/open_files.h"
 #include "tests/support/rdo_builders.h"
+#include "tests/support/row_chunk_builder.h"
 #include "tests/support/scoped_variable.h"
 #include "tests/support/temporary_folder.h"
 

@@ -1,9 +1,12 @@
+#include "tests/support/row_chunk_builder.h"
+
 #include <cstring>
+#include <string>
+#include <utility>
 
 #include "velmoria/runtime/error.h"
-#include "velmoria/runtime/row_block.h"
 
-namespace velmoria {
+namespace velmoria::test {
 
 namespace {
 
@@ -100,7 +103,6 @@ RowChunk::Column MakeColumn(ColumnStorage storage, const Rows& rows, std::size_t
 }  // namespace
 
 RowChunkBuilder::RowChunkBuilder(std::vector<ColumnStorage> storages) : storages_(std::move(storages)) {}
-RowChunkBuilder::~RowChunkBuilder() = default;
 
 void RowChunkBuilder::AddRow(std::initializer_list<Variant> values) { AddRow(std::vector<Variant>(values)); }
 
@@ -125,4 +127,4 @@ std::shared_ptr<const RowChunk> RowChunkBuilder::Build() {
   return std::make_shared<const RowChunk>(std::move(columns), rows.size());
 }
 
-}  // namespace velmoria
+}  // namespace velmoria::test
