@@ -40,7 +40,7 @@ class ConnectionRefusalsTest : public testing::Test {
   ConnectionContextPtr context_ = Apartment().ConnectionContext;
 };
 
-TEST_F(ConnectionRefusalsTest, ASecondConnectionOfTheDatabase) {
+TEST_F(ConnectionRefusalsTest, ASecondConnectionOfTheDatabaseIsRefused) {
   Made({});
   ExpectRefusal({errAdd_Connection,
                  "Connections.SetupItem",
@@ -49,7 +49,7 @@ TEST_F(ConnectionRefusalsTest, ASecondConnectionOfTheDatabase) {
                 [&] { Made({.DatabaseName = "shop"}); });
 }
 
-TEST_F(ConnectionRefusalsTest, AGroupThatCannotBeAdded) {
+TEST_F(ConnectionRefusalsTest, AGroupWithBothPositionsOrOneThatIsNotThereOrANameInUseIsRefused) {
   const std::string text = "Problem adding Connections in ConnectionContext.  Name: 'A'  Before: ";
   ExpectRefusal({errAdd_Connections,
                  "ConnectionContext.Add",
@@ -65,7 +65,7 @@ TEST_F(ConnectionRefusalsTest, AGroupThatCannotBeAdded) {
       [&] { context_->SetupItem("A", {.After = Variant()}); });
 }
 
-TEST_F(ConnectionRefusalsTest, NoGroupAtAll) {
+TEST_F(ConnectionRefusalsTest, NoGroupIsNothingToAdd) {
   ExpectRefusal({errAdd_Connections,
                  "ConnectionContext.Add",
                  "Problem adding Connections in ConnectionContext.  Name: ''  Before: (Missing)  After: (Missing)",
@@ -73,7 +73,7 @@ TEST_F(ConnectionRefusalsTest, NoGroupAtAll) {
                 [&] { context_->Add(nullptr); });
 }
 
-TEST_F(ConnectionRefusalsTest, AnEngineThatNoConnectionHas) {
+TEST_F(ConnectionRefusalsTest, AnEngineThatNoConnectionHasIsRefused) {
   for (const auto& [engine, shown] : {std::pair{zEngines{-1}, "-1"}, {engInformix, "6"}, {engRMS, "7"}}) {
     ExpectRefusal(
         {errInvalid_Engine, "Connection.Setup", std::string("Invalid database Engine.  Engine: ") + shown, {shown}},
@@ -81,7 +81,7 @@ TEST_F(ConnectionRefusalsTest, AnEngineThatNoConnectionHas) {
   }
 }
 
-TEST_F(ConnectionRefusalsTest, AConnectionTypeThatTheEngineDoesNotHave) {
+TEST_F(ConnectionRefusalsTest, AConnectionTypeThatTheEngineDoesNotHaveIsRefused) {
   const std::string text = "ConnectionType is invalid or not supported by the database Engine.  ConnectionType: ";
   ExpectRefusal({ErrInvalid_ConnectionType,
                  "Connection.Setup",
@@ -93,7 +93,7 @@ TEST_F(ConnectionRefusalsTest, AConnectionTypeThatTheEngineDoesNotHave) {
                 [&] { Made({.Engine = engOracle, .ConnectionType = zConnectionTypes{5}}); });
 }
 
-TEST_F(ConnectionRefusalsTest, AConnectionTypeOfTheProfileThatTheEngineDoesNotHave) {
+TEST_F(ConnectionRefusalsTest, AConnectionTypeOfTheProfileThatTheEngineDoesNotHaveIsRefused) {
   Apartment().Profile->SetupItem(
       {.Name = "Default ConnectionType for Engine 4", .Value = 0, .DataType = dtLongInteger});
   ExpectRefusal({ErrInvalid_ConnectionType,
@@ -128,14 +128,14 @@ TEST_F(ConnectionRefusalsTest, WhatIsNotThereIsNamedAsItWasAskedFor) {
   }
 }
 
-TEST_F(ConnectionRefusalsTest, NeitherNameNorConnector) {
+TEST_F(ConnectionRefusalsTest, NeitherNameNorConnectorIsTooLittle) {
   ExpectRefusal({errMissing_ConnectionInfo, "Connections.SetupItem",
                  "Not enough information was supplied to create a Connection.  A DatabaseName or Connector object is "
                  "required."},
                 [&] { context_->SetupConnection({.Engine = engODBC, .ConnectionString = "x"}); });
 }
 
-TEST_F(ConnectionRefusalsTest, ADatabaseThatDoesNotConnectByItself) {
+TEST_F(ConnectionRefusalsTest, ADatabaseThatDoesNotConnectByItselfIsNotConnected) {
   const OneAction design;
   design.Database->SetAutoConnect(false);
   ExpectRefusal({errNotSupported_AutoConnect,
@@ -187,7 +187,7 @@ Refusal FailedEnvironment(const char* user, const char* hint) {
           hint};
 }
 
-TEST_F(ConnectionRefusalsTest, AnEnvironmentThatCannotBeMade) {
+TEST_F(ConnectionRefusalsTest, AnEnvironmentThatCannotBeMadeIsToldWithItsUser) {
   Refuse("SetEnvAttr", "HY000");
   const auto open = Made({.DatabaseName = "Open", .Engine = engOracle, .ConnectionType = ctText, .UserName = "u"});
   ExpectRefusal(FailedEnvironment("u", kPasswordHint), [&] { open->Connect(); });
@@ -223,7 +223,7 @@ Refusal FailedConnection(const char* user, const char* hint) {
           hint};
 }
 
-TEST_F(ConnectionRefusalsTest, AConnectionThatDoesNotOpen) {
+TEST_F(ConnectionRefusalsTest, AConnectionThatDoesNotOpenIsToldWithItsUser) {
   Refuse("DriverConnect", "28000");
   const auto connection = Made({.ConnectionType = ctText, .UserName = "u"});
   ExpectRefusal(FailedConnection("u", kPasswordHint), [&] { connection->Connect(); });

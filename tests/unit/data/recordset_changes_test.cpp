@@ -82,7 +82,7 @@ TEST_F(RecordsetChangesTest, ChangeFromEmptyCountsOnANewRowAndNotOnAnOldOne) {
 
 // States
 
-TEST_F(RecordsetChangesTest, StatesOfARow) {
+TEST_F(RecordsetChangesTest, StateOfARowFollowsWhatIsDoneToIt) {
   const SampleRows rows;
   EXPECT_EQ(rows.Rows->StateFlags(0), sfpersistent);
   rows.Rows->SetValue(0, "Name", "Eve");

@@ -65,7 +65,7 @@ TEST_F(RecordsetTest, NewRowOnAPageWithMoreToComeIsRefused) {
   EXPECT_EQ(rows.Rows->Count(), 3);
 }
 
-TEST_F(RecordsetTest, PageNumbers) {
+TEST_F(RecordsetTest, VirtualNumbersAreThoseGivenAndTheVirtualCountIsTheAgents) {
   const SampleRows rows;
   EXPECT_EQ(rows.Rows->VirtualFirstNumber(), -1);
   EXPECT_EQ(rows.Rows->VirtualLastNumber(), 0);

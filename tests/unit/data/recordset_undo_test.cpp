@@ -36,7 +36,7 @@ class RestoredByTypeTest : public testing::TestWithParam<Replaced> {
   ScopedApartment apartment_;
 };
 
-TEST_P(RestoredByTypeTest, UndoOfAColumn) {
+TEST_P(RestoredByTypeTest, UndoGoesByTheTypeOfTheOldValue) {
   const SampleRows rows;
   const auto old = GetParam().Old();
   const auto set = GetParam().Set();

@@ -19,7 +19,7 @@ velmoria::Date Time(int hour, int minute, int second = 0, int millisecond = 0) {
   return Date::From({1899, 12, 30, hour, minute, second, millisecond});
 }
 
-TEST(DateValuesTest, TextsOfDates) {
+TEST(DateValuesTest, TextOfADateIsReadInEveryFormThatDriversWrite) {
   const struct {
     const char* Text;
     velmoria::Date Read;
@@ -58,7 +58,7 @@ TEST(DateValuesTest, TextsOfDates) {
   for (const auto& c : cases) EXPECT_EQ(ReadDateText(c.Text).Days, c.Read.Days) << c.Text;
 }
 
-TEST(DateValuesTest, TextsThatAreNoDates) {
+TEST(DateValuesTest, TextThatIsNoDateRaises5) {
   for (const char* const text : {
            "",
            " ",

@@ -228,7 +228,7 @@ TEST(FileSettingsStoreFolderTest, OwnVariableComesFirst) {
   EXPECT_EQ(FileSettingsStore().PathOf("App"), "/own/App.settings");
 }
 
-TEST(FileSettingsStoreFolderTest, ThenTheConfigurationFolder) {
+TEST(FileSettingsStoreFolderTest, ConfigurationFolderComesSecond) {
   const ScopedVariable xdg("XDG_CONFIG_HOME", "/xdg");
   for (const char* empty : {static_cast<const char*>(nullptr), ""}) {
     const ScopedVariable own("VELMORIA_SETTINGS_DIR", empty);
