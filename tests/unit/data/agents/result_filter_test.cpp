@@ -16,9 +16,9 @@ constexpr short kLongText = -1;
 constexpr short kLongBytes = -4;
 
 /// A statement that declares no parameters, so that those passed filter its rows.
-class SQLAgentFilterTest : public ReadOverFake {
+class ResultFilterTest : public ReadOverFake {
  protected:
-  SQLAgentFilterTest() {
+  ResultFilterTest() {
     driver_->Columns = {{"Id", kInteger}, {"Name", kVarchar, 40}, {"Amount", kDouble}, {"Placed", kTimestamp, 26}};
     driver_->Rows = {
         {"1", "Ada", "10", "2026-01-01 08:00:00"}, {"2", "Ben", "20", "2026-01-02 08:00:00"}, {"3", "Cyd", {}, {}},
@@ -60,7 +60,7 @@ struct OperatorCase {
   const char* Ids;
 };
 
-TEST_F(SQLAgentFilterTest, EveryOperatorAsksOfTheColumnAndNoOrderingOfANull) {
+TEST_F(ResultFilterTest, EveryOperatorAsksOfTheColumnAndNoOrderingOfANull) {
   const OperatorCase cases[] = {
       {"=", "2 5"},    {"<>", "1 3 4"}, {">", "4"},      {"<", "1"},
       {">=", "2 4 5"}, {"=>", "2 4 5"}, {"<=", "1 2 5"}, {"=<", "1 2 5"},
@@ -68,50 +68,50 @@ TEST_F(SQLAgentFilterTest, EveryOperatorAsksOfTheColumnAndNoOrderingOfANull) {
   for (const auto& row : cases) EXPECT_EQ(Ids(Read(Amount(row.Operator, 20.0))), row.Ids) << row.Operator;
 }
 
-TEST_F(SQLAgentFilterTest, TextIsComparedByItsCharactersAndADateByItsSecond) {
+TEST_F(ResultFilterTest, TextIsComparedByItsCharactersAndADateByItsSecond) {
   EXPECT_EQ(Ids(Read(Parameter({.Name = "Name", .Value = "Cyd", .DataType = dtString, .Operator = ">"}))), "4 5");
   const auto when = Variant("2026-01-02 08:00:00").AsDate();
   EXPECT_EQ(Ids(Read(Parameter({.Name = "Placed", .Value = when, .DataType = dtDate, .Operator = ">"}))), "4 5");
   EXPECT_EQ(Ids(Read(Parameter({.Name = "Placed", .Value = when, .DataType = dtDate}))), "2");
 }
 
-TEST_F(SQLAgentFilterTest, NullFindsTheRowsWithoutAValue) {
+TEST_F(ResultFilterTest, NullFindsTheRowsWithoutAValue) {
   EXPECT_EQ(Ids(Read(Amount("=", Variant::Null()))), "3");
   EXPECT_EQ(Ids(Read(Amount("<>", Variant::Null()))), "1 2 4 5");
 }
 
-TEST_F(SQLAgentFilterTest, AllOfThemMustHoldWhateverTheOrFlag) {
+TEST_F(ResultFilterTest, AllOfThemMustHoldWhateverTheOrFlag) {
   const auto filters = Amount("=", 20.0);
   filters->SetupItem({.Name = "Name", .Value = "Eve", .DataType = dtString});
   filters->Item("Name")->SetOrFlag(true);
   EXPECT_EQ(Ids(Read(filters)), "5");
 }
 
-TEST_F(SQLAgentFilterTest, AColumnIsFoundByTheNameOfItsSourceToo) {
+TEST_F(ResultFilterTest, AColumnIsFoundByTheNameOfItsSourceToo) {
   EXPECT_EQ(Ids(Read(Parameter({.Name = "Who", .Value = "Ben", .DataType = dtString, .SourceName = "Name"}))), "2");
 }
 
-TEST_F(SQLAgentFilterTest, NothingMatchesAColumnThatTheResultDoesNotHave) {
+TEST_F(ResultFilterTest, NothingMatchesAColumnThatTheResultDoesNotHave) {
   EXPECT_EQ(Read(Parameter({.Name = "Nowhere", .Value = 1, .DataType = dtLongInteger}))->Count(), 0);
 }
 
-TEST_F(SQLAgentFilterTest, AColumnWithoutANameAnswersToNoFilter) {
+TEST_F(ResultFilterTest, AColumnWithoutANameAnswersToNoFilter) {
   driver_->Columns = {{"Id", kInteger}, {"", kInteger}};
   driver_->Rows = {{"1", "7"}};
   EXPECT_EQ(Read(Parameter({.Name = "Nowhere", .Value = 7, .DataType = dtLongInteger}))->Count(), 0);
 }
 
-TEST_F(SQLAgentFilterTest, AFilterWithoutAValueIsNoneUnlessItIsRequired) {
+TEST_F(ResultFilterTest, AFilterWithoutAValueIsNoneUnlessItIsRequired) {
   EXPECT_EQ(Ids(Read(Parameter({.Name = "Amount", .DataType = dtDouble}))), "1 2 3 4 5");
   EXPECT_EQ(Ids(Read(Parameter({.Name = "Amount", .DataType = dtDouble, .Flags = pfInput | pfRequired}))), "1 2 3 4 5");
 }
 
-TEST_F(SQLAgentFilterTest, TheStatisticSaysWithFilter) {
+TEST_F(ResultFilterTest, TheStatisticSaysWithFilter) {
   const auto page = Read(Amount("=", 20.0));
   EXPECT_EQ(page->Statistics()->Item("Read 'Shop' Rows with Filter")->SubjectCount(), 2);
 }
 
-TEST_F(SQLAgentFilterTest, PagesHoldMatchesAloneAndTheNextOneBeginsWithAMatch) {
+TEST_F(ResultFilterTest, PagesHoldMatchesAloneAndTheNextOneBeginsWithAMatch) {
   const auto first = Read(Amount("<=", 40.0), 2);
   EXPECT_EQ(Ids(first), "1 2");
   EXPECT_EQ(first->FirstBookmark().AsLong(), 1);
@@ -126,33 +126,31 @@ TEST_F(SQLAgentFilterTest, PagesHoldMatchesAloneAndTheNextOneBeginsWithAMatch) {
   EXPECT_EQ(driver_->Texts.size(), 1U);
 }
 
-TEST_F(SQLAgentFilterTest, AFirstPageThatHoldsAllMatchesIsTheWholeResult) {
+TEST_F(ResultFilterTest, AFirstPageThatHoldsAllMatchesIsTheWholeResult) {
   EXPECT_EQ(Read(Amount("=", 20.0), 2)->VirtualFirstNumber(), -1);
   EXPECT_EQ(Read(Amount("=", 20.0), 0)->VirtualFirstNumber(), -1);
 }
 
-TEST_F(SQLAgentFilterTest, TheRowCountLeavesTheFilterOut) {
+TEST_F(ResultFilterTest, TheRowCountLeavesTheFilterOut) {
   const auto page = Read(Amount("=", 20.0), 1);
   EXPECT_EQ(page->VirtualCount(), 5);
 }
 
-TEST_F(SQLAgentFilterTest, NegativeBuffersReadAllMatchesForwards) {
-  EXPECT_EQ(Ids(Read(Amount("=", 20.0), -1)), "2 5");
-}
+TEST_F(ResultFilterTest, NegativeBuffersReadAllMatchesForwards) { EXPECT_EQ(Ids(Read(Amount("=", 20.0), -1)), "2 5"); }
 
-TEST_F(SQLAgentFilterTest, NoMatchIsAnEmptyPage) {
+TEST_F(ResultFilterTest, NoMatchIsAnEmptyPage) {
   const auto page = Read(Amount(">", 1000.0), 2);
   EXPECT_EQ(page->Count(), 0);
   EXPECT_TRUE(page->FirstBookmark().IsEmpty());
   EXPECT_TRUE(page->NextBookmark().IsEmpty());
 }
 
-TEST_F(SQLAgentFilterTest, WhatTheColumnCannotBeComparedWithIsRaised) {
+TEST_F(ResultFilterTest, WhatTheColumnCannotBeComparedWithIsRaised) {
   ExpectRaised(errRDO_Resultset, [&] { Read(Parameter({.Name = "Amount", .Value = "many", .DataType = dtString})); },
                {.Text = "SourceText: 'SELECT * FROM orders'"});
 }
 
-TEST_F(SQLAgentFilterTest, LongTextIsComparedAsTextWhateverItsLength) {
+TEST_F(ResultFilterTest, LongTextIsComparedAsTextWhateverItsLength) {
   const std::string story = "\xC3\xA9 " + std::string(5000, 's');
   HoldLongValues(kLongText, story, "short");
   const OperatorCase cases[] = {{"=", "2"}, {"<>", "1 3 4"}, {">", "1"}, {"<", "3"}, {">=", "1 2"}, {"<=", "2 3"}};
@@ -163,7 +161,7 @@ TEST_F(SQLAgentFilterTest, LongTextIsComparedAsTextWhateverItsLength) {
   EXPECT_EQ(Ids(Read(Story("=", "", dtString))), "3");
 }
 
-TEST_F(SQLAgentFilterTest, LongBytesAreComparedWithBytes) {
+TEST_F(ResultFilterTest, LongBytesAreComparedWithBytes) {
   HoldLongValues(kLongBytes, "\xFFz", "\x01");
   EXPECT_EQ(Ids(Read(Story("=", Bytes("\xFFz")))), "1");
   EXPECT_EQ(Ids(Read(Story("<>", Bytes("\xFFz")))), "2 3 4");
@@ -171,7 +169,7 @@ TEST_F(SQLAgentFilterTest, LongBytesAreComparedWithBytes) {
   ExpectRaised(errRDO_Resultset, [&] { Read(Story("=", "z")); }, {.Text = "SourceText: 'SELECT * FROM orders'"});
 }
 
-TEST_F(SQLAgentFilterTest, NullFindsTheRowsWithoutALongValue) {
+TEST_F(ResultFilterTest, NullFindsTheRowsWithoutALongValue) {
   for (const auto type : {kLongText, kLongBytes}) {
     HoldLongValues(type, "a", "b");
     EXPECT_EQ(Ids(Read(Story("=", Variant::Null()))), "4");
@@ -179,7 +177,7 @@ TEST_F(SQLAgentFilterTest, NullFindsTheRowsWithoutALongValue) {
   }
 }
 
-TEST_F(SQLAgentFilterTest, LongValueThatBeginsAPageIsTestedAgainAsItIs) {
+TEST_F(ResultFilterTest, LongValueThatBeginsAPageIsTestedAgainAsItIs) {
   HoldLongValues(kLongText, "a", "a");
   const auto both = Story("=", "a", dtString);
   both->SetupItem({.Name = "Again", .Value = "b", .DataType = dtString, .Operator = "<", .SourceName = "Story"});
@@ -188,7 +186,7 @@ TEST_F(SQLAgentFilterTest, LongValueThatBeginsAPageIsTestedAgainAsItIs) {
   EXPECT_EQ(Ids(agent_->GetRecordset(0, first, false)), "2");
 }
 
-TEST_F(SQLAgentFilterTest, LongValueThatTheResultCannotGoBackToIsRefusedByTheCursor) {
+TEST_F(ResultFilterTest, LongValueThatTheResultCannotGoBackToIsRefusedByTheCursor) {
   driver_->Scrolls = false;
   HoldLongValues(kLongText, "a", "b");
   ExpectRaised(errNotSupported_Cursor, [&] { Read(Story("=", "b", dtString)); });

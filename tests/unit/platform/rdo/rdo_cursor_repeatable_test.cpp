@@ -40,6 +40,13 @@ class RdoRepeatableTest : public RdoTest {
       ASSERT_EQ(rows.Value(1, kPage - 1).AsText(), Note(first + (page + 1) * kPage - 1));
     }
   }
+  /// Expects all rows, and all of them again when the database has none any more.
+  void ExpectKept(rdoResultset& result) {
+    ReadPages(result, 1, 80);
+    odbc->Rows.clear();
+    result.MoveFirst();
+    ReadPages(result, 1, 80);
+  }
 };
 
 TEST_F(RdoRepeatableTest, ReadsInBlocksFromACursorThatOnlyGoesForwards) {
@@ -123,10 +130,7 @@ TEST_F(RdoRepeatableTest, ReadingOnBehindRowsThatWereReadBackMissesNone) {
 TEST_F(RdoRepeatableTest, WithoutAPlaceForItsFileItKeepsEverything) {
   const ScopedVariable nowhere("TMPDIR", "/nowhere/at/all");
   const auto result = OpenMany();
-  ReadPages(*result, 1, 80);
-  odbc->Rows.clear();
-  result->MoveFirst();
-  ReadPages(*result, 1, 80);
+  ExpectKept(*result);
 }
 
 TEST_F(RdoRepeatableTest, RowsThatAreLostFromItsFileAreRefusedAndThePositionStays) {
@@ -155,10 +159,7 @@ TEST_F(RdoRepeatableTest, AfterTheLastRowGoingBackNeedsNoConnection) {
 TEST_F(RdoRepeatableTest, AResultThatMayNotBeRunAgainIsReadBackAsWell) {
   OpenMany();
   const auto result = OpenRows();
-  ReadPages(*result, 1, 80);
-  odbc->Rows.clear();
-  result->MoveFirst();
-  ReadPages(*result, 1, 80);
+  ExpectKept(*result);
 }
 
 TEST_F(RdoRepeatableTest, AForwardOnlyResultThatMayNotBeRunAgainNeedsNoFile) {
