@@ -8,10 +8,10 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include "tests/support/open_files.h"
+#include "tests/support/scoped_permissions.h"
 #include "tests/support/scoped_variable.h"
 #include "tests/support/temporary_folder.h"
 
@@ -28,26 +28,6 @@ std::optional<std::string> TextIn(const TemporaryFile& file, std::int64_t offset
   std::string text(size, '?');
   return file.Read(std::as_writable_bytes(std::span(text)), offset) ? std::optional(text) : std::nullopt;
 }
-
-/// No file may grow beyond a size, and one that would gives an error instead of a signal.
-class ScopedFileLimit {
- public:
-  explicit ScopedFileLimit(rlim_t bytes) : signal_(std::signal(SIGXFSZ, SIG_IGN)) {
-    getrlimit(RLIMIT_FSIZE, &former_);
-    const rlimit limit{bytes, former_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~ScopedFileLimit() {
-    setrlimit(RLIMIT_FSIZE, &former_);
-    std::signal(SIGXFSZ, signal_);
-  }
-  ScopedFileLimit(const ScopedFileLimit&) = delete;
-  ScopedFileLimit& operator=(const ScopedFileLimit&) = delete;
-
- private:
-  rlimit former_{};
-  void (*signal_)(int);
-};
 
 class TemporaryFileTest : public testing::Test {
  protected:
@@ -127,13 +107,13 @@ TEST_F(TemporaryFileTest, WhatDoesNotLieThereCannotBeRead) {
 TEST_F(TemporaryFileTest, WhatTheDiskTakesOnlyInPartIsNotWritten) {
   TemporaryFile file;
   ASSERT_TRUE(file.Write(PiecesOf({"text"}), 0));
-  const ScopedFileLimit limit(1000);
+  const ScopedFileSizeLimit limit(1000);
   EXPECT_FALSE(file.Write(PiecesOf({std::string(990, 'x'), "more than there is room for"}), 4));
   EXPECT_EQ(TextIn(file, 0, 4), "text");
 }
 
 TEST_F(TemporaryFileTest, NothingIsTriedThatTheOperatingSystemEndsAProcessFor) {
-  const ScopedFileLimit limit(1000);
+  const ScopedFileSizeLimit limit(1000);
   TemporaryFile file;
   std::signal(SIGXFSZ, SIG_DFL);
   EXPECT_FALSE(file.Write(PiecesOf({std::string(1001, 'x')}), 0));
