@@ -8,18 +8,13 @@
 #include <sql.h>
 #include <sqlext.h>
 
+#include "velmoria/platform/odbc/arguments.h"
 #include "velmoria/platform/odbc/statement.h"
 
 namespace velmoria::odbc {
 namespace {
 
 Handle AttributeValue(ULength value) { return reinterpret_cast<Handle>(std::uintptr_t{value}); }
-
-Char* MutableText(const std::string& text) { return reinterpret_cast<Char*>(const_cast<char*>(text.c_str())); }
-
-// Making a statement is a tenth of a row read by key here. Others do not gain so much, or were seen to leave out rows
-// of a statement that had been used before.
-constexpr std::string_view kDriverOfSpares = "sqlite3odbc";
 
 }  // namespace
 
@@ -48,9 +43,7 @@ void Connection::Connect(const std::string& connect, bool prompting, bool readOn
                               static_cast<Small>(completed.size()), &length,
                               prompting ? SQL_DRIVER_COMPLETE : SQL_DRIVER_NOPROMPT));
   connected_ = true;
-  driverName_ = InfoText(SQL_DRIVER_NAME);
-  keepsSpare_ = driverName_.find(kDriverOfSpares) != std::string::npos;
-  dates_ = &DateMannersOf(driverName_);
+  manners_ = &DriverMannersOf(InfoText(SQL_DRIVER_NAME));
 }
 
 void Connection::Close() noexcept {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "velmoria/platform/odbc/date_manners.h"
+#include "velmoria/platform/odbc/driver_manners.h"
 #include "velmoria/platform/odbc/environment.h"
 
 namespace velmoria::odbc {
@@ -34,11 +34,8 @@ class Connection {
   std::string InfoText(Word information);
   Word InfoNumber(Word information);
 
-  /// How the dates of the driver have to be read.
-  const DateManners& Dates() const noexcept { return *dates_; }
-
-  /// The file name of the driver, "psqlodbcw.so"; empty when it does not tell.
-  const std::string& DriverName() const noexcept { return driverName_; }
+  /// Those of the driver of the last Open.
+  const DriverManners& Manners() const noexcept { return *manners_; }
   const odbc::Driver& Driver() const noexcept { return environment_.Driver(); }
   odbc::Calls& Calls() const noexcept { return *Driver().Calls; }
   /// Waits for what runs in the background. A driver does one thing at a time for a connection.
@@ -62,13 +59,11 @@ class Connection {
   Environment& environment_;
   Handle handle_ = nullptr;
   Handle spare_ = nullptr;  // a statement to be used again
-  std::string driverName_;
+  const DriverManners* manners_ = &DriverMannersOf({});
   bool connected_ = false;
-  bool keepsSpare_ = false;
   bool autoCommit_ = true;
   bool inDoubt_ = false;  // something failed, the link perhaps
   std::vector<Statement*> statements_;
-  const DateManners* dates_ = &DateMannersOf({});
   Statement* executing_ = nullptr;  // in the background
 };
 

@@ -5,7 +5,7 @@
 #include <ctime>
 
 #include "velmoria/platform/odbc/calls.h"
-#include "velmoria/platform/odbc/date_manners.h"
+#include "velmoria/platform/odbc/driver_manners.h"
 
 namespace velmoria::odbc {
 

@@ -8,18 +8,10 @@
 #include <sql.h>
 #include <sqlext.h>
 
-#include "velmoria/runtime/error.h"
+#include "velmoria/platform/odbc/arguments.h"
 
 namespace velmoria::odbc {
 namespace {
-
-Char* MutableText(const std::string& text) { return reinterpret_cast<Char*>(const_cast<char*>(text.c_str())); }
-
-// A driver may take the character for the end of the text, and run what stands before it.
-void RefuseZero(const std::string& text) {
-  if (text.find('\0') == std::string::npos) return;
-  Fail(RuntimeFailure::InvalidArgument, "The text of a statement holds a character 0.");
-}
 
 struct BlockAttribute {
   odbc::Number Number;
@@ -48,7 +40,7 @@ Statement::Statement(Connection& connection) : connection_(&connection) {
 void Statement::Close() noexcept {
   if (connection_ == nullptr) return;
   CancelExecution();
-  if (handle_ != nullptr) connection_->GiveBack(handle_, connection_->keepsSpare_ && MakeLikeNew());
+  if (handle_ != nullptr) connection_->GiveBack(handle_, connection_->Manners().StatementsServeAgain && MakeLikeNew());
   connection_->Leave(this);
   handle_ = nullptr;
   connection_ = nullptr;
@@ -79,7 +71,7 @@ void Statement::AskForScrolling() {
   const auto type = reinterpret_cast<Handle>(std::uintptr_t{SQL_CURSOR_STATIC});
   const auto ask = [&] { return Calls().SetStmtAttr(Get(), SQL_ATTR_CURSOR_TYPE, type, 0); };
   Code code = ask();
-  if (!Succeeded(code) && connection_->keepsSpare_) {
+  if (!Succeeded(code) && connection_->Manners().StatementsServeAgain) {
     // One that has been prepared before keeps the type that it had.
     connection_->GiveBack(std::exchange(handle_, nullptr), false);
     handle_ = connection_->MakeHandle();
@@ -106,9 +98,9 @@ void Statement::SetPointer(Number attribute, Handle value) {
 }
 
 void Statement::Prepare(const std::string& text) {
-  RefuseZero(text);
+  const Number length = LengthOfStatement(text);
   AwaitTurn();
-  Check(Calls().Prepare(Get(), MutableText(text), static_cast<Number>(text.size())));
+  Check(Calls().Prepare(Get(), MutableText(text), length));
 }
 
 void Statement::Execute() {
@@ -118,14 +110,14 @@ void Statement::Execute() {
 }
 
 void Statement::ExecuteDirect(const std::string& text) {
-  RefuseZero(text);
+  const Number length = LengthOfStatement(text);
   AwaitTurn();
-  const Code code = Calls().ExecDirect(Get(), MutableText(text), static_cast<Number>(text.size()));
+  const Code code = Calls().ExecDirect(Get(), MutableText(text), length);
   if (code != SQL_NO_DATA) Check(code);
 }
 
 void Statement::ExecuteInBackground(const std::string& text, bool prepared) {
-  RefuseZero(text);
+  LengthOfStatement(text);
   AwaitTurn();
   isSpecial_ = true;
   execution_ = std::make_unique<Execution>(connection_->Driver().Calls, Get(), text, prepared);
@@ -183,20 +175,19 @@ Length Statement::RowsAffected() {
   return connection_->IsAnswered(Calls().RowCount(Get(), &rows)) ? rows : -1;
 }
 
-Handle Statement::Get() const {
+Connection& Statement::Open() const {
   if (handle_ == nullptr) FailClosed("The connection of the statement is closed.");
+  return *connection_;
+}
+
+Handle Statement::Get() const {
+  Open();
   return handle_;
 }
 
-const DateManners& Statement::Dates() const {
-  if (connection_ == nullptr) FailClosed("The connection of the statement is closed.");
-  return connection_->Dates();
-}
+const DateManners& Statement::Dates() const { return Open().Manners().Dates; }
 
-Calls& Statement::Calls() const {
-  if (connection_ == nullptr) FailClosed("The connection of the statement is closed.");
-  return connection_->Calls();
-}
+Calls& Statement::Calls() const { return Open().Calls(); }
 
 void Statement::Check(Code code) const {
   if (Succeeded(code)) return;

@@ -26,7 +26,7 @@ class Statement {
   void SetAttribute(Number attribute, ULength value);
   void SetPointer(Number attribute, Handle value);
 
-  /// A text with a character 0 is refused with 5, here and below.
+  /// A text with a character 0 is refused with 5, and one of 2 GB with 6, here and below.
   void Prepare(const std::string& text);
   /// Success without data is success, too.
   void Execute();
@@ -67,6 +67,8 @@ class Statement {
 
  private:
   friend class Connection;
+  /// The connection that it is open on.
+  Connection& Open() const;
   void EndExecution() noexcept;
   /// Takes back what was set and bound; false when it cannot be as a new one is.
   bool MakeLikeNew() noexcept;

@@ -33,18 +33,6 @@ constexpr std::array kGreetings = {
     Greeting{"MariaDB", "SET SESSION sql_mode = CONCAT(@@SESSION.sql_mode, ',NO_BACKSLASH_ESCAPES')"},
 };
 
-// When it refuses a text of several statements, its lock of the connection stays with the thread that sent it, and
-// every other thread would wait for ever.
-constexpr std::string_view kOneThreadDriver = "maodbc";
-
-// It prepares a call that returns a value without its parameters, which then is another function.
-constexpr std::string_view kNoPreparedReturnsDriver = "psqlodbc";
-
-constexpr std::array<std::string_view, 2> kOutputRowDrivers = {"psqlodbc", "maodbc"};
-
-// Its results end without a word when a transaction begins, if their rows come one by one.
-constexpr std::string_view kBeginEndsResultsDriver = "sqlite3odbc";
-
 }  // namespace
 
 rdoConnection::rdoConnection(rdoEnvironmentPtr environment, const std::string& connect, rdoNumber prompt, bool readOnly)
@@ -112,17 +100,7 @@ void rdoConnection::MakeRoom() noexcept {
 }
 
 bool rdoConnection::NeedsThisThread(const std::string& sql) {
-  return odbc::HasSeveralStatements(sql) && handle_.DriverName().find(kOneThreadDriver) != std::string::npos;
-}
-
-bool rdoConnection::PreparesReturns() {
-  return handle_.DriverName().find(kNoPreparedReturnsDriver) == std::string::npos;
-}
-
-bool rdoConnection::OutputsComeAsRow() {
-  const std::string driver = handle_.DriverName();
-  const auto isThis = [&](std::string_view name) { return driver.find(name) != std::string::npos; };
-  return std::ranges::any_of(kOutputRowDrivers, isThis);
+  return handle_.Manners().RefusalKeepsThread && odbc::HasSeveralStatements(sql);
 }
 
 // A cursor that is read to its end leaves the list, so a copy is walked.
@@ -141,7 +119,7 @@ void rdoConnection::RefuseLostTransaction() {
 void rdoConnection::Begin() {
   RefuseLostTransaction();
   if (inTransaction_) return;
-  if (oneAtATime_ || handle_.DriverName().find(kBeginEndsResultsDriver) != std::string::npos) FetchResults();
+  if (oneAtATime_ || handle_.Manners().BeginEndsResults) FetchResults();
   handle_.SetAutoCommit(false);
   inTransaction_ = true;
 }

@@ -42,10 +42,7 @@ class rdoConnection : public Object {
   void RefuseLostTransaction();
   /// Whether the driver wants this text on the thread that otherwise uses the connection.
   bool NeedsThisThread(const std::string& sql);
-  /// Whether the driver can prepare a call that returns a value.
-  bool PreparesReturns();
-  /// Whether what a call gives back comes as a row of its own, too.
-  bool OutputsComeAsRow();
+  const odbc::DriverManners& Manners() const noexcept { return handle_.Manners(); }
 
   /// Whether the link to the server is gone and no transaction with it: one that is lost is its owner's to roll back.
   bool IsLost() noexcept { return !handle_.IsOpen() || (!inTransaction_ && handle_.IsLost()); }

@@ -65,7 +65,7 @@ void rdoQuery::NameParameters() {
   const auto described = odbc::DescribeProcedure(connection_->Handle(), *call);
   connection_->Engine()->rdoErrors().clear();
   if (call->Returns) {
-    preparable_ = connection_->PreparesReturns();
+    preparable_ = connection_->Manners().PreparesReturns;
     parameters_.front()->SetName(std::string(odbc::kReturnValue));
     parameters_.front()->SetDirection(rdParamReturnValue);
   }
@@ -79,7 +79,7 @@ bool rdoQuery::OutputsComeAsRow() const {
     return [direction](const rdoParameterPtr& parameter) { return parameter->Direction() == direction; };
   };
   return !std::ranges::all_of(parameters_, is(rdParamInput)) &&
-         std::ranges::none_of(parameters_, is(rdParamReturnValue)) && connection_->OutputsComeAsRow();
+         std::ranges::none_of(parameters_, is(rdParamReturnValue)) && connection_->Manners().OutputsComeAsRow;
 }
 
 std::unique_ptr<odbc::ParameterValues> rdoQuery::Bind(odbc::Statement& statement) const {
