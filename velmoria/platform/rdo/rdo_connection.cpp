@@ -1,5 +1,3 @@
-#include "velmoria/platform/rdo/rdo_connection.h"
-
 #include <algorithm>
 #include <array>
 
@@ -8,6 +6,7 @@
 
 #include "velmoria/platform/odbc/markers.h"
 #include "velmoria/platform/odbc/statement.h"
+#include "velmoria/platform/rdo/rdo_connection.h"
 #include "velmoria/platform/rdo/rdo_cursor.h"
 #include "velmoria/platform/rdo/rdo_engine.h"
 #include "velmoria/platform/rdo/rdo_environment.h"
@@ -103,9 +102,9 @@ bool rdoConnection::NeedsThisThread(const std::string& sql) {
   return handle_.Manners().RefusalKeepsThread && odbc::HasSeveralStatements(sql);
 }
 
-// A cursor that is read to its end leaves the list, so a copy is walked.
+// A cursor that is read to its end, or fails ahead of it, leaves the list.
 void rdoConnection::FetchResults() noexcept {
-  for (auto* const cursor : std::vector<RdoCursor*>(cursors_)) cursor->FetchRest();
+  while (!cursors_.empty()) cursors_.back()->FetchRest();
 }
 
 void rdoConnection::Enter(RdoCursor* cursor) { cursors_.push_back(cursor); }
@@ -119,6 +118,7 @@ void rdoConnection::RefuseLostTransaction() {
 void rdoConnection::Begin() {
   RefuseLostTransaction();
   if (inTransaction_) return;
+  const rdoConnectionPtr kept(this);  // the results that are fetched may be all that holds it
   if (oneAtATime_ || handle_.Manners().BeginEndsResults) FetchResults();
   handle_.SetAutoCommit(false);
   inTransaction_ = true;
@@ -135,6 +135,7 @@ void rdoConnection::UnlessLost(Step step) {
 }
 
 void rdoConnection::End(bool commit) {
+  const rdoConnectionPtr kept(this);
   if (oneAtATime_ || !(commit ? commitKeepsResults_ : rollbackKeepsResults_)) FetchResults();
   if (commit)
     handle_.EndTransaction(true);

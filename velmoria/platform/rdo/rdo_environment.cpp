@@ -61,13 +61,14 @@ rdoConnectionPtr rdoEnvironment::OpenConnection(const OpenConnectionArguments& a
 void rdoEnvironment::BeginTrans() {
   engine_->rdoErrors().clear();
   RequireOpen();
+  const auto connections = Connections();
   std::vector<rdoConnection*> begun;
   try {
-    for (auto* const connection : connections_) {
+    for (const auto& connection : connections) {
       connection->RefuseLostTransaction();
       if (connection->inTransaction_ || connection->IsLost()) continue;
       connection->Begin();
-      begun.push_back(connection);
+      begun.push_back(connection.get());
     }
   } catch (...) {
     for (auto* const connection : begun) connection->Abandon();
@@ -79,7 +80,7 @@ void rdoEnvironment::BeginTrans() {
 void rdoEnvironment::CommitTrans() {
   engine_->rdoErrors().clear();
   RequireOpen();
-  for (auto* const connection : connections_) connection->End(true);
+  for (const auto& connection : Connections()) connection->End(true);
   inTransaction_ = false;
 }
 
@@ -87,7 +88,7 @@ void rdoEnvironment::RollbackTrans() {
   engine_->rdoErrors().clear();
   RequireOpen();
   std::exception_ptr failure;
-  for (auto* const connection : connections_) {
+  for (const auto& connection : Connections()) {
     try {
       connection->End(false);
     } catch (...) {
@@ -109,6 +110,9 @@ void rdoEnvironment::Close() {
 void rdoEnvironment::Join(rdoConnection* connection) { connections_.push_back(connection); }
 
 void rdoEnvironment::Leave(rdoConnection* connection) noexcept { std::erase(connections_, connection); }
+
+/// Kept, since a transaction may end the results that are all that holds one of them.
+std::vector<rdoConnectionPtr> rdoEnvironment::Connections() const { return {connections_.begin(), connections_.end()}; }
 
 void rdoEnvironment::RequireOpen() const {
   if (closed_) odbc::FailClosed("The environment is closed.");

@@ -56,6 +56,7 @@ class rdoEnvironment : public Object {
   void Join(rdoConnection* connection);
   void Leave(rdoConnection* connection) noexcept;
   std::string Completed(const OpenConnectionArguments& arguments) const;
+  std::vector<rdoConnectionPtr> Connections() const;
   void RequireOpen() const;
 
   rdoEnginePtr engine_;
