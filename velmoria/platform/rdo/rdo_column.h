@@ -39,13 +39,15 @@ class rdoColumn : public Object {
   /// Counts from 1.
   rdoNumber OrdinalPosition() const noexcept { return static_cast<rdoNumber>(place_) + 1; }
   /// The length of a long column's value in the current row, in bytes; -1 for a Null and for a column that is not long.
-  /// Raises 40009 when the result has no current row, 40088 when a forward-only result has left it.
+  /// Raises 40009 when the result has no current row, 40088 when a forward-only result has left it, and 6 for a length
+  /// that is no Long.
   rdoNumber ColumnSize() const;
   /// The next bytes of the long column's value, at most as many as asked for, as a byte array; Null for a Null, and
-  /// Empty behind the last byte. Another row begins anew. Raises as ColumnSize, and 5 for a column that is not long.
+  /// Empty behind the last byte. Another row begins anew. Raises 40009 and 40088 as ColumnSize, and 5 for a column
+  /// that is not long.
   Variant GetChunk(rdoNumber size);
   /// The long column's value in the current row, a byte array or Null, whatever chunks have been taken of it. Raises as
-  /// ColumnSize, and 5 for a column that is not long.
+  /// GetChunk.
   const Variant& Whole() const;
   /// Empty for a long column. Raises 40009 when the result has no current row.
   Variant Value() const;

@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "velmoria/platform/odbc/arguments.h"
 #include "velmoria/platform/rdo/rdo_column.h"
 #include "velmoria/platform/rdo/rdo_cursor.h"
 #include "velmoria/platform/rdo/rdo_engine.h"
@@ -25,15 +26,17 @@ RdoCursor& rdoResultset::Cursor() const {
 
 /// Many results are read without a look at their columns.
 void rdoResultset::MakeColumns() const {
+  KeyedList<rdoColumnPtr> columns;
   for (std::size_t place = 0; place < described_->size(); ++place) {
     const std::string& name = (*described_)[place].Name;
     auto column = Make<rdoColumn>(described_, place, cursor_);
-    if (name.empty() || columns_.FindKey(name) != nullptr) {
-      columns_.Add(std::move(column));
+    if (name.empty() || columns.FindKey(name) != nullptr) {
+      columns.Add(std::move(column));
     } else {
-      columns_.Add(std::move(column), name);
+      columns.Add(std::move(column), name);
     }
   }
+  columns_ = std::move(columns);
 }
 
 bool rdoResultset::StillExecuting() const noexcept { return cursor_->IsExecuting(); }
@@ -61,7 +64,7 @@ bool rdoResultset::AtEOF() const { return Cursor().AtEOF(); }
 Variant rdoResultset::Bookmark() const {
   Cursor().RequireOpen();
   if (!Cursor().HasRow()) throw Error(rdErrNoCurrentRow, "The result has no current row.");
-  return static_cast<std::int32_t>(Cursor().Position());
+  return odbc::NumberOf(static_cast<std::size_t>(Cursor().Position()));
 }
 
 void rdoResultset::SetBookmark(const Variant& value) {

@@ -40,8 +40,8 @@ class rdoResultset : public Object {
   void Cancel();
 
   bool Bookmarkable() const noexcept { return true; }
-  /// The 1-based position as a Long. Reading raises 40009 without a current row, setting raises 5 for a position that
-  /// the result does not have.
+  /// The 1-based position as a Long. Reading raises 40009 without a current row and 6 for a position that is no Long,
+  /// setting raises 5 for a position that the result does not have.
   Variant Bookmark() const;
   void SetBookmark(const Variant& value);
   /// The 1-based position, -1 without a current row; setting one beyond an end goes to that end.
