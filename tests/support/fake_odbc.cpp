@@ -1,8 +1,6 @@
 #include "tests/support/fake_odbc.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <utility>
 
@@ -15,29 +13,6 @@ namespace {
 std::string TextOf(const odbc::Char* text, odbc::Number length) {
   const auto* const begin = reinterpret_cast<const char*>(text);
   return length == SQL_NTS ? std::string(begin) : std::string(begin, static_cast<std::size_t>(length));
-}
-
-odbc::Small CopyText(const std::string& text, void* target, odbc::Length capacity) {
-  auto* const place = static_cast<char*>(target);
-  if (capacity == 0) return static_cast<odbc::Small>(text.size());
-  const std::size_t given = std::min(text.size(), static_cast<std::size_t>(capacity - 1));
-  std::memcpy(place, text.data(), given);
-  place[given] = '\0';
-  return static_cast<odbc::Small>(text.size());
-}
-
-template <class T>
-void Put(void* target, std::size_t row, T value) {
-  std::memcpy(static_cast<std::byte*>(target) + row * sizeof(T), &value, sizeof value);
-}
-
-SQL_TIMESTAMP_STRUCT StampOf(const std::string& text) {
-  SQL_TIMESTAMP_STRUCT stamp{};
-  unsigned year = 0;
-  std::sscanf(text.c_str(), "%u-%hu-%hu %hu:%hu:%hu", &year, &stamp.month, &stamp.day, &stamp.hour, &stamp.minute,
-              &stamp.second);
-  stamp.year = static_cast<SQLSMALLINT>(year);
-  return stamp;
 }
 
 odbc::ULength NumberOf(void* value) { return reinterpret_cast<std::uintptr_t>(value); }
@@ -59,7 +34,7 @@ FakeOdbc::Code FakeOdbc::AllocHandle(Small kind, Handle parent, Handle* made) {
   *made = nullptr;
   if (!Enter("AllocHandle", parent)) return SQL_ERROR;
   *made = reinterpret_cast<Handle>(++lastHandle_);
-  State& state = handles_[*made];
+  FakeHandle& state = handles_[*made];
   state.Kind = kind;
   state.Parent = parent;
   if (kind == SQL_HANDLE_DBC) state.Number = ++connections_;
@@ -138,7 +113,7 @@ FakeOdbc::Code FakeOdbc::EndTran(Small, Handle handle, Small completion) {
 
 FakeOdbc::Code FakeOdbc::SetStmtAttr(Handle statement, Number attribute, Handle value, Number) {
   if (!Enter("SetStmtAttr", statement)) return SQL_ERROR;
-  State& state = Of(statement);
+  FakeHandle& state = Of(statement);
   if (attribute == SQL_ATTR_CURSOR_TYPE) state.Scrolling = Scrolls && NumberOf(value) != SQL_CURSOR_FORWARD_ONLY;
   if (attribute == SQL_ATTR_ROW_ARRAY_SIZE) state.ArraySize = NumberOf(value);
   if (attribute == SQL_ATTR_ROW_STATUS_PTR) state.Status = static_cast<Word*>(value);
@@ -212,7 +187,7 @@ FakeOdbc::Code FakeOdbc::Cancel(Handle statement) {
 
 FakeOdbc::Code FakeOdbc::MoreResults(Handle statement) {
   if (!Enter("MoreResults", statement)) return SQL_ERROR;
-  State& state = Of(statement);
+  FakeHandle& state = Of(statement);
   if (state.Result++ < CountsBefore) return SQL_SUCCESS;
   state.Next = 0;
   if (!std::exchange(state.OfOutputs, true) && !OutputRows.empty()) return SQL_SUCCESS;
@@ -305,12 +280,12 @@ FakeOdbc::Code FakeOdbc::Fetch(Handle statement) {
 
 FakeOdbc::Code FakeOdbc::FetchScroll(Handle statement, Small direction, Length offset) {
   if (!Enter("FetchScroll", statement)) return SQL_ERROR;
-  State& state = Of(statement);
+  FakeHandle& state = Of(statement);
   if (direction == SQL_FETCH_NEXT) return Give(state, state.Next);
   return state.Scrolling ? Give(state, static_cast<std::size_t>(offset - 1)) : Code{SQL_ERROR};
 }
 
-FakeOdbc::Code FakeOdbc::Give(State& statement, std::size_t first) {
+FakeOdbc::Code FakeOdbc::Give(FakeHandle& statement, std::size_t first) {
   const auto& given = RowsOf(statement);
   if (statement.OfOutputs) NoteLeftOfRows(statement);
   const std::size_t rows = first >= given.size() ? 0 : std::min<std::size_t>(statement.ArraySize, given.size() - first);
@@ -333,14 +308,14 @@ FakeOdbc::Code FakeOdbc::Give(State& statement, std::size_t first) {
   return informed ? SQL_SUCCESS_WITH_INFO : SQL_SUCCESS;
 }
 
-void FakeOdbc::NoteLeftOfRows(const State& statement) noexcept {
+void FakeOdbc::NoteLeftOfRows(const FakeHandle& statement) noexcept {
   LeftOfRows += static_cast<int>(statement.Bindings.size()) + (statement.Status != nullptr) +
                 (statement.Fetched != nullptr) + (statement.ArraySize != 1);
 }
 
 FakeOdbc::Code FakeOdbc::SetPos(Handle statement, ULength row, Word, Word) {
   if (!Enter("SetPos", statement)) return SQL_ERROR;
-  State& state = Of(statement);
+  FakeHandle& state = Of(statement);
   state.Current = state.First + row - 1;
   state.Given.clear();
   return SQL_SUCCESS;
@@ -349,7 +324,7 @@ FakeOdbc::Code FakeOdbc::SetPos(Handle statement, ULength row, Word, Word) {
 FakeOdbc::Code FakeOdbc::GetData(Handle statement, Word column, Small cType, Handle value, Length capacity,
                                  Length* indicator) {
   if (!Enter("GetData", statement)) return SQL_ERROR;
-  State& state = Of(statement);
+  FakeHandle& state = Of(statement);
   const auto& whole = RowsOf(state).at(state.Current).at(column - 1U);
   std::size_t& given = state.Given[column];
   if (!whole || (cType != SQL_C_CHAR && cType != SQL_C_BINARY))
@@ -370,31 +345,13 @@ FakeOdbc::Code FakeOdbc::GetData(Handle statement, Word column, Small cType, Han
   return SQL_SUCCESS_WITH_INFO;
 }
 
-void FakeOdbc::DeliverStamp(const std::string& text, const Binding& binding, std::size_t row) const {
-  const auto misread = MisreadAs.find(text);
-  const std::string& read = misread == MisreadAs.end() ? text : misread->second;
-  Put(binding.Value, row, StampOf(read));
-  if (read.empty()) binding.Indicator[row] = SQL_NULL_DATA;
-}
-
-FakeOdbc::Code FakeOdbc::Deliver(const std::optional<std::string>& value, const Binding& binding, std::size_t row) {
-  Length& indicator = binding.Indicator[row] = SQL_NULL_DATA;
-  if (!value) return SQL_SUCCESS;
-  indicator = static_cast<Length>(value->size());
-  switch (binding.CType) {
-    case SQL_C_SLONG: Put(binding.Value, row, static_cast<std::int32_t>(std::atol(value->c_str()))); break;
-    case SQL_C_SSHORT: Put(binding.Value, row, static_cast<std::int16_t>(std::atol(value->c_str()))); break;
-    case SQL_C_SBIGINT: Put(binding.Value, row, std::int64_t{std::atoll(value->c_str())}); break;
-    case SQL_C_DOUBLE: Put(binding.Value, row, std::strtod(value->c_str(), nullptr)); break;
-    case SQL_C_FLOAT: Put(binding.Value, row, std::strtof(value->c_str(), nullptr)); break;
-    case SQL_C_BIT: Put(binding.Value, row, static_cast<unsigned char>(*value == "1" ? 1 : 0)); break;
-    case SQL_C_TYPE_TIMESTAMP: DeliverStamp(*value, binding, row); break;
-    default: {
-      auto* const slot = static_cast<std::byte*>(binding.Value) + row * static_cast<std::size_t>(binding.Capacity);
-      CopyText(*value, slot, binding.Capacity);
-      return indicator < binding.Capacity ? SQL_SUCCESS : SQL_SUCCESS_WITH_INFO;
-    }
-  }
+FakeOdbc::Code FakeOdbc::Deliver(const std::optional<std::string>& value, const FakeBinding& binding,
+                                 std::size_t row) const {
+  const bool isStamp = value && binding.CType == SQL_C_TYPE_TIMESTAMP;
+  const auto misread = isStamp ? MisreadAs.find(*value) : MisreadAs.end();
+  if (misread == MisreadAs.end()) return PutValue(value, binding, row);
+  PutValue(misread->second, binding, row);
+  if (misread->second.empty()) binding.Indicator[row] = SQL_NULL_DATA;
   return SQL_SUCCESS;
 }
 

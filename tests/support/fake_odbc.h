@@ -1,99 +1,29 @@
 #pragma once
 
 #include <condition_variable>
+#include <cstdint>
 #include <map>
 #include <mutex>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "velmoria/platform/odbc/calls.h"
+#include "tests/support/fake_handle.h"
+#include "tests/support/fake_odbc_script.h"
 
 namespace velmoria::test {
 
 /// A driver in memory: every statement gives the same result. It counts what is open, records what is asked of it, and
 /// fails a call by number or by name.
-class FakeOdbc final : public odbc::Calls {
+class FakeOdbc final : public FakeOdbcScript, public odbc::Calls {
  public:
-  using Small = odbc::Small;
-  using Word = odbc::Word;
-  using Number = odbc::Number;
-  using Length = odbc::Length;
-  using ULength = odbc::ULength;
-  using Char = odbc::Char;
-  using Code = odbc::Code;
-  using Handle = odbc::Handle;
-
-  struct Column {
-    std::string Name;
-    Small Type;
-    ULength Size = 10;
-    bool WithoutSign = false;
-  };
-  struct Diagnostic {
-    std::string State;
-    Number Native;
-    std::string Text;
-  };
-  struct Parameter {
-    Small CType;
-    Small Type;
-    bool IsNull;
-    std::string Bytes;
-    const void* Place;  // where they were read
-  };
-  using Row = std::vector<std::optional<std::string>>;
-
-  // What it gives.
-  std::vector<Column> Columns;
-  std::vector<Row> Rows;
-  std::vector<Diagnostic> Diagnostics = {{"HY000", 7, "fake failure"}};
-  std::string Server = "Fake";
-  bool Scrolls = true;
-  Word TransactionCapable = 2;   // all statements
-  bool NothingAffected = false;  // an execution ends with "no data"
-  bool LinkLost = false;         // until the next connect
-  std::optional<std::size_t> FailingRow;
-  int CountsBefore = 0;               // results without columns before the one with them
-  Row Outputs;                        // of the output parameters, in their order; given behind the last result
-  std::vector<Column> OutputColumns;  // of a result behind the one with the rows
-  std::vector<Row> OutputRows;        // none: there is no such result
-  std::vector<Row> Catalogue;         // what SQLProcedureColumns lists, column 1 first
-  std::string DriverName = "fake.so";
-  /// What a timestamp's structure is given instead of what the text says; an empty text is a Null with zeros in it.
-  std::map<std::string, std::string> MisreadAs;
-  Word ActiveStatements = 0;  // as many as wanted
-  bool TransactionKeepsResults = true;
-  bool TellsLengths = true;      // of bytes that GetData has not given whole
-  bool TellsTextLengths = true;  // of such a text
-  int LostCancels = 0;           // so many come before the execution that they mean
-
-  // What fails: the n-th of all calls (freeing is not counted), or every call of a name from the n-th of them on.
-  int FailAt = 0;
-  std::string FailName;
-  int FailNameFrom = 1;
-
-  // What it saw.
-  int CallCount = 0;
-  std::map<std::string, int, std::less<>> CallsOf;
-  std::vector<std::string> Texts;     // prepared and executed
-  std::vector<std::string> Connects;  // connect strings
-  std::vector<Word> Completions;
-  std::vector<std::string> Transactions;  // "begin 1", "commit 1": connections in their order of opening
-  std::vector<Parameter> Parameters;      // of the last execution
-  ULength LargestArray = 0;
-  const void* LongPlace = nullptr;  // where GetData put the beginning of a value
-  bool ReadOnly = false;
-  int LeftOfRows = 0;  // what was still bound or set for the rows when the result behind them was fetched
   /// From here on, an execution waits until Release, or until it is cancelled, which fails it.
   void Hold();
   void Release();
   /// Waits until an execution is held.
   void AwaitHeld();
 
-  int Misuses = 0;  // calls with a handle that is not open
   std::size_t OpenHandles() const { return handles_.size(); }
 
   Code AllocHandle(Small kind, Handle parent, Handle* made) override;
@@ -133,53 +63,21 @@ class FakeOdbc final : public odbc::Calls {
   Code GetData(Handle statement, Word column, Small cType, Handle value, Length capacity, Length* indicator) override;
 
  private:
-  struct Binding {
-    Small CType;
-    void* Value;
-    Length Capacity;
-    Length* Indicator;
-  };
-  struct BoundParameter {
-    Small CType;
-    Small Type;
-    void* Value;
-    Length* Indicator;
-    Small Direction;
-    Length Capacity;
-  };
-  struct State {
-    Small Kind;
-    Handle Parent;
-    int Number = 0;  // of a connection
-    bool Scrolling = false;
-    ULength ArraySize = 1;
-    Word* Status = nullptr;
-    ULength* Fetched = nullptr;
-    bool OfCatalogue = false;
-    bool OfOutputs = false;
-    int Result = 0;                     // of the execution, from 0
-    std::size_t Next = 0;               // the row that the next fetch begins with
-    std::size_t First = 0;              // of the rows of the last fetch
-    std::size_t Current = 0;            // the row that GetData reads
-    std::map<Word, std::size_t> Given;  // how much of a value GetData has given
-    std::map<Word, Binding> Bindings;
-    std::vector<BoundParameter> Bound;
-  };
-
   bool Enter(std::string_view name, Handle handle);
-  State& Of(Handle handle) { return handles_.at(handle); }
-  const std::vector<Column>& ColumnsOf(const State& state) const { return state.OfOutputs ? OutputColumns : Columns; }
-  const std::vector<Row>& RowsOf(const State& state) const {
+  FakeHandle& Of(Handle handle) { return handles_.at(handle); }
+  const std::vector<Column>& ColumnsOf(const FakeHandle& state) const {
+    return state.OfOutputs ? OutputColumns : Columns;
+  }
+  const std::vector<Row>& RowsOf(const FakeHandle& state) const {
     return state.OfCatalogue ? Catalogue : state.OfOutputs ? OutputRows : Rows;
   }
   Code Ran(Handle statement);
   bool PassGate();
-  Code Give(State& statement, std::size_t first);
-  void NoteLeftOfRows(const State& statement) noexcept;
-  void DeliverStamp(const std::string& text, const Binding& binding, std::size_t row) const;
-  Code Deliver(const std::optional<std::string>& value, const Binding& binding, std::size_t row);
+  Code Give(FakeHandle& statement, std::size_t first);
+  void NoteLeftOfRows(const FakeHandle& statement) noexcept;
+  Code Deliver(const std::optional<std::string>& value, const FakeBinding& binding, std::size_t row) const;
 
-  std::map<Handle, State> handles_;
+  std::map<Handle, FakeHandle> handles_;
   std::recursive_mutex entering_;
   std::mutex gate_;
   std::condition_variable_any opening_;

@@ -97,7 +97,7 @@ void FaultyOdbc::Die(Handle handle) {
   Entry* const link = LinkOf(handle);
   if (link == nullptr || !link->IsConnected || link->IsDead) return;
   link->IsDead = true;
-  if (link->IsManual) driver_->EndTran(SQL_HANDLE_DBC, connection, SQL_ROLLBACK);
+  if (link->IsManual) Driver().EndTran(SQL_HANDLE_DBC, connection, SQL_ROLLBACK);
 }
 
 FaultyOdbc::Course FaultyOdbc::Strike(std::string_view name, Handle handle) {
@@ -132,10 +132,9 @@ void FaultyOdbc::Leave(Handle handle) {
   if (found != handles_.end()) found->second.IsBusy = false;
 }
 
-template <class Pass>
-FaultyOdbc::Code FaultyOdbc::Run(std::string_view name, Handle handle, Pass pass) {
+FaultyOdbc::Code FaultyOdbc::Pass(std::string_view name, Handle handle, const Request& request) {
   const Course course = Enter(name, handle);
-  const Code code = course.Instead ? *course.Instead : pass();
+  const Code code = course.Instead ? *course.Instead : request();
   const std::lock_guard lock(guard_);
   if (name != "Cancel") Leave(handle);
   if (!course.IsHidden) return code;
@@ -145,7 +144,7 @@ FaultyOdbc::Code FaultyOdbc::Run(std::string_view name, Handle handle, Pass pass
 
 FaultyOdbc::Code FaultyOdbc::AllocHandle(Small kind, Handle parent, Handle* made) {
   *made = nullptr;
-  const Code code = Run("AllocHandle", parent, [&] { return driver_->AllocHandle(kind, parent, made); });
+  const Code code = ForwardingOdbc::AllocHandle(kind, parent, made);
   if (!odbc::Succeeded(code)) return code;
   const std::lock_guard lock(guard_);
   handles_[*made] = {.Kind = kind, .Parent = parent};
@@ -167,7 +166,7 @@ FaultyOdbc::Code FaultyOdbc::FreeHandle(Small kind, Handle handle) {
     handles_.erase(found);
     failed_.erase(handle);
   }
-  return driver_->FreeHandle(kind, handle);
+  return ForwardingOdbc::FreeHandle(kind, handle);
 }
 
 FaultyOdbc::Code FaultyOdbc::GetDiagRec(Small kind, Handle handle, Small record, Char* state, Number* native,
@@ -178,7 +177,7 @@ FaultyOdbc::Code FaultyOdbc::GetDiagRec(Small kind, Handle handle, Small record,
     const auto found = failed_.find(handle);
     if (found != failed_.end()) failed = found->second;
   }
-  if (failed.empty()) return driver_->GetDiagRec(kind, handle, record, state, native, text, capacity, length);
+  if (failed.empty()) return ForwardingOdbc::GetDiagRec(kind, handle, record, state, native, text, capacity, length);
   if (record != 1) return SQL_NO_DATA;
   std::memcpy(state, failed.c_str(), failed.size() + 1);
   *native = 7;
@@ -187,13 +186,9 @@ FaultyOdbc::Code FaultyOdbc::GetDiagRec(Small kind, Handle handle, Small record,
   return SQL_SUCCESS;
 }
 
-FaultyOdbc::Code FaultyOdbc::SetEnvAttr(Handle environment, Number attribute, Handle value, Number length) {
-  return Run("SetEnvAttr", environment, [&] { return driver_->SetEnvAttr(environment, attribute, value, length); });
-}
-
 FaultyOdbc::Code FaultyOdbc::SetConnectAttr(Handle connection, Number attribute, Handle value, Number length) {
-  return Run("SetConnectAttr", connection, [&] {
-    const Code code = driver_->SetConnectAttr(connection, attribute, value, length);
+  return Pass("SetConnectAttr", connection, [&] {
+    const Code code = Driver().SetConnectAttr(connection, attribute, value, length);
     const std::lock_guard lock(guard_);
     if (odbc::Succeeded(code) && attribute == SQL_ATTR_AUTOCOMMIT)
       handles_[connection].IsManual = reinterpret_cast<std::uintptr_t>(value) == SQL_AUTOCOMMIT_OFF;
@@ -203,12 +198,12 @@ FaultyOdbc::Code FaultyOdbc::SetConnectAttr(Handle connection, Number attribute,
 
 FaultyOdbc::Code FaultyOdbc::GetConnectAttr(Handle connection, Number attribute, Handle value, Number capacity,
                                             Number* length) {
-  return Run("GetConnectAttr", connection, [&]() -> Code {
+  return Pass("GetConnectAttr", connection, [&]() -> Code {
     std::unique_lock lock(guard_);
     const bool isDead = handles_[connection].IsDead;
     lock.unlock();
     if (!isDead || attribute != SQL_ATTR_CONNECTION_DEAD)
-      return driver_->GetConnectAttr(connection, attribute, value, capacity, length);
+      return Driver().GetConnectAttr(connection, attribute, value, capacity, length);
     const SQLUINTEGER dead = SQL_CD_TRUE;
     std::memcpy(value, &dead, sizeof dead);
     return SQL_SUCCESS;
@@ -218,131 +213,27 @@ FaultyOdbc::Code FaultyOdbc::GetConnectAttr(Handle connection, Number attribute,
 FaultyOdbc::Code FaultyOdbc::DriverConnect(Handle connection, Handle window, Char* text, Small length, Char* completed,
                                            Small capacity, Small* completedLength, Word completion) {
   const auto connect = [&] {
-    return driver_->DriverConnect(connection, window, text, length, completed, capacity, completedLength, completion);
+    return Driver().DriverConnect(connection, window, text, length, completed, capacity, completedLength, completion);
   };
   bool isThere = false;
-  const Code code = Run("DriverConnect", connection, [&] {
+  const Code code = Pass("DriverConnect", connection, [&] {
     const Code made = connect();
     isThere = odbc::Succeeded(made);
     return made;
   });
-  if (isThere && !odbc::Succeeded(code)) driver_->Disconnect(connection);
+  if (isThere && !odbc::Succeeded(code)) Driver().Disconnect(connection);
   const std::lock_guard lock(guard_);
   if (odbc::Succeeded(code)) handles_[connection].IsConnected = true;
   return code;
 }
 
 FaultyOdbc::Code FaultyOdbc::Disconnect(Handle connection) {
-  return Run("Disconnect", connection, [&] {
-    const Code code = driver_->Disconnect(connection);
+  return Pass("Disconnect", connection, [&] {
+    const Code code = Driver().Disconnect(connection);
     const std::lock_guard lock(guard_);
     if (odbc::Succeeded(code)) handles_[connection].IsConnected = false;
     return code;
   });
-}
-
-FaultyOdbc::Code FaultyOdbc::GetInfo(Handle connection, Word information, Handle value, Small capacity, Small* length) {
-  return Run("GetInfo", connection, [&] { return driver_->GetInfo(connection, information, value, capacity, length); });
-}
-
-FaultyOdbc::Code FaultyOdbc::EndTran(Small kind, Handle handle, Small completion) {
-  return Run("EndTran", handle, [&] { return driver_->EndTran(kind, handle, completion); });
-}
-
-FaultyOdbc::Code FaultyOdbc::SetStmtAttr(Handle statement, Number attribute, Handle value, Number length) {
-  return Run("SetStmtAttr", statement, [&] { return driver_->SetStmtAttr(statement, attribute, value, length); });
-}
-
-FaultyOdbc::Code FaultyOdbc::GetStmtAttr(Handle statement, Number attribute, Handle value, Number capacity,
-                                         Number* length) {
-  return Run("GetStmtAttr", statement,
-             [&] { return driver_->GetStmtAttr(statement, attribute, value, capacity, length); });
-}
-
-FaultyOdbc::Code FaultyOdbc::BindParameter(Handle statement, Word number, Small direction, Small cType, Small type,
-                                           ULength size, Small digits, Handle value, Length capacity,
-                                           Length* indicator) {
-  return Run("BindParameter", statement, [&] {
-    return driver_->BindParameter(statement, number, direction, cType, type, size, digits, value, capacity, indicator);
-  });
-}
-
-FaultyOdbc::Code FaultyOdbc::Prepare(Handle statement, Char* text, Number length) {
-  return Run("Prepare", statement, [&] { return driver_->Prepare(statement, text, length); });
-}
-
-FaultyOdbc::Code FaultyOdbc::Execute(Handle statement) {
-  return Run("Execute", statement, [&] { return driver_->Execute(statement); });
-}
-
-FaultyOdbc::Code FaultyOdbc::ExecDirect(Handle statement, Char* text, Number length) {
-  return Run("ExecDirect", statement, [&] { return driver_->ExecDirect(statement, text, length); });
-}
-
-FaultyOdbc::Code FaultyOdbc::RowCount(Handle statement, Length* rows) {
-  return Run("RowCount", statement, [&] { return driver_->RowCount(statement, rows); });
-}
-
-FaultyOdbc::Code FaultyOdbc::MoreResults(Handle statement) {
-  return Run("MoreResults", statement, [&] { return driver_->MoreResults(statement); });
-}
-
-FaultyOdbc::Code FaultyOdbc::Cancel(Handle statement) {
-  return Run("Cancel", statement, [&] { return driver_->Cancel(statement); });
-}
-
-FaultyOdbc::Code FaultyOdbc::FreeStmt(Handle statement, Word option) {
-  return Run("FreeStmt", statement, [&] { return driver_->FreeStmt(statement, option); });
-}
-
-FaultyOdbc::Code FaultyOdbc::ProcedureColumns(Handle statement, Char* catalog, Small catalogLength, Char* schema,
-                                              Small schemaLength, Char* procedure, Small procedureLength, Char* column,
-                                              Small columnLength) {
-  return Run("ProcedureColumns", statement, [&] {
-    return driver_->ProcedureColumns(statement, catalog, catalogLength, schema, schemaLength, procedure,
-                                     procedureLength, column, columnLength);
-  });
-}
-
-FaultyOdbc::Code FaultyOdbc::NumResultCols(Handle statement, Small* columns) {
-  return Run("NumResultCols", statement, [&] { return driver_->NumResultCols(statement, columns); });
-}
-
-FaultyOdbc::Code FaultyOdbc::DescribeCol(Handle statement, Word column, Char* name, Small capacity, Small* nameLength,
-                                         Small* type, ULength* size, Small* digits, Small* nullable) {
-  return Run("DescribeCol", statement, [&] {
-    return driver_->DescribeCol(statement, column, name, capacity, nameLength, type, size, digits, nullable);
-  });
-}
-
-FaultyOdbc::Code FaultyOdbc::ColAttribute(Handle statement, Word column, Word field, Handle text, Small capacity,
-                                          Small* textLength, Length* number) {
-  return Run("ColAttribute", statement,
-             [&] { return driver_->ColAttribute(statement, column, field, text, capacity, textLength, number); });
-}
-
-FaultyOdbc::Code FaultyOdbc::BindCol(Handle statement, Word column, Small cType, Handle value, Length capacity,
-                                     Length* indicator) {
-  return Run("BindCol", statement,
-             [&] { return driver_->BindCol(statement, column, cType, value, capacity, indicator); });
-}
-
-FaultyOdbc::Code FaultyOdbc::Fetch(Handle statement) {
-  return Run("Fetch", statement, [&] { return driver_->Fetch(statement); });
-}
-
-FaultyOdbc::Code FaultyOdbc::FetchScroll(Handle statement, Small direction, Length offset) {
-  return Run("FetchScroll", statement, [&] { return driver_->FetchScroll(statement, direction, offset); });
-}
-
-FaultyOdbc::Code FaultyOdbc::SetPos(Handle statement, ULength row, Word operation, Word lock) {
-  return Run("SetPos", statement, [&] { return driver_->SetPos(statement, row, operation, lock); });
-}
-
-FaultyOdbc::Code FaultyOdbc::GetData(Handle statement, Word column, Small cType, Handle value, Length capacity,
-                                     Length* indicator) {
-  return Run("GetData", statement,
-             [&] { return driver_->GetData(statement, column, cType, value, capacity, indicator); });
 }
 
 }  // namespace velmoria::test

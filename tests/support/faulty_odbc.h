@@ -1,15 +1,13 @@
 #pragma once
 
 #include <map>
-#include <memory>
 #include <mutex>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "velmoria/platform/odbc/calls.h"
+#include "tests/support/forwarding_odbc.h"
 
 namespace velmoria::test {
 
@@ -24,27 +22,16 @@ bool IsAfter(FaultWay way);
 /// that a user gives up.
 bool CanFail(std::string_view call, FaultWay way);
 
-/// A table of calls over another one, a real driver's or one in memory, that lets a single call fail and keeps account
-/// of every handle. Freeing a handle and asking for diagnostics never fail and are not counted.
+/// Lets a single call to a driver fail, and keeps account of every handle. Freeing a handle and asking for diagnostics
+/// never fail and are not counted.
 ///
 /// A call is a misuse when its handle is not open or is busy on another thread, and when a handle is freed before what
 /// hangs on it.
-class FaultyOdbc final : public odbc::Calls {
+class FaultyOdbc final : public ForwardingOdbc {
  public:
-  using Small = odbc::Small;
-  using Word = odbc::Word;
-  using Number = odbc::Number;
-  using Length = odbc::Length;
-  using ULength = odbc::ULength;
-  using Char = odbc::Char;
-  using Code = odbc::Code;
-  using Handle = odbc::Handle;
-
   static constexpr const char* kText = "the call was made to fail";
 
-  explicit FaultyOdbc(std::shared_ptr<odbc::Calls> driver) : driver_(std::move(driver)) {}
-
-  odbc::Calls& Driver() const { return *driver_; }
+  using ForwardingOdbc::ForwardingOdbc;
 
   /// Counts anew, from 1, and fails the call of that number; 0 fails none.
   void Arm(int call, FaultWay way = FaultWay::RefusedBefore);
@@ -62,37 +49,14 @@ class FaultyOdbc final : public odbc::Calls {
   Code FreeHandle(Small kind, Handle handle) override;
   Code GetDiagRec(Small kind, Handle handle, Small record, Char* state, Number* native, Char* text, Small capacity,
                   Small* length) override;
-  Code SetEnvAttr(Handle environment, Number attribute, Handle value, Number length) override;
   Code SetConnectAttr(Handle connection, Number attribute, Handle value, Number length) override;
   Code GetConnectAttr(Handle connection, Number attribute, Handle value, Number capacity, Number* length) override;
   Code DriverConnect(Handle connection, Handle window, Char* text, Small length, Char* completed, Small capacity,
                      Small* completedLength, Word completion) override;
   Code Disconnect(Handle connection) override;
-  Code GetInfo(Handle connection, Word information, Handle value, Small capacity, Small* length) override;
-  Code EndTran(Small kind, Handle handle, Small completion) override;
-  Code SetStmtAttr(Handle statement, Number attribute, Handle value, Number length) override;
-  Code GetStmtAttr(Handle statement, Number attribute, Handle value, Number capacity, Number* length) override;
-  Code BindParameter(Handle statement, Word number, Small direction, Small cType, Small type, ULength size,
-                     Small digits, Handle value, Length capacity, Length* indicator) override;
-  Code Prepare(Handle statement, Char* text, Number length) override;
-  Code Execute(Handle statement) override;
-  Code ExecDirect(Handle statement, Char* text, Number length) override;
-  Code RowCount(Handle statement, Length* rows) override;
-  Code MoreResults(Handle statement) override;
-  Code Cancel(Handle statement) override;
-  Code FreeStmt(Handle statement, Word option) override;
-  Code ProcedureColumns(Handle statement, Char* catalog, Small catalogLength, Char* schema, Small schemaLength,
-                        Char* procedure, Small procedureLength, Char* column, Small columnLength) override;
-  Code NumResultCols(Handle statement, Small* columns) override;
-  Code DescribeCol(Handle statement, Word column, Char* name, Small capacity, Small* nameLength, Small* type,
-                   ULength* size, Small* digits, Small* nullable) override;
-  Code ColAttribute(Handle statement, Word column, Word field, Handle text, Small capacity, Small* textLength,
-                    Length* number) override;
-  Code BindCol(Handle statement, Word column, Small cType, Handle value, Length capacity, Length* indicator) override;
-  Code Fetch(Handle statement) override;
-  Code FetchScroll(Handle statement, Small direction, Length offset) override;
-  Code SetPos(Handle statement, ULength row, Word operation, Word lock) override;
-  Code GetData(Handle statement, Word column, Small cType, Handle value, Length capacity, Length* indicator) override;
+
+ protected:
+  Code Pass(std::string_view name, Handle handle, const Request& request) override;
 
  private:
   struct Entry {
@@ -108,8 +72,6 @@ class FaultyOdbc final : public odbc::Calls {
     bool IsHidden = false;          // it is asked, and its answer is a failure
   };
 
-  template <class Pass>
-  Code Run(std::string_view name, Handle handle, Pass pass);
   Course Enter(std::string_view name, Handle handle);
   Course Strike(std::string_view name, Handle handle);
   void Leave(Handle handle);
@@ -118,7 +80,6 @@ class FaultyOdbc final : public odbc::Calls {
   void Die(Handle handle);
   void Misuse(std::string_view name, std::string_view why);
 
-  std::shared_ptr<odbc::Calls> driver_;
   mutable std::mutex guard_;
   std::map<Handle, Entry> handles_;
   std::map<Handle, std::string> failed_;  // the SQLSTATE to be asked for

@@ -1,4 +1,4 @@
-#include "tests/support/fault_rounds.h"
+#include "tests/support/faulted_operation.h"
 
 #include <algorithm>
 
