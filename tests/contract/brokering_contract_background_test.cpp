@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "tests/contract/brokering_contract.h"
+#include "tests/support/await_opened.h"
 #include "tests/support/connection_hints.h"
 
 namespace velmoria::test {
@@ -16,9 +17,6 @@ class BackgroundContract : public BrokeringContract {
     AddEndless();
   }
   void AddEndless() { AddAction("Order", {.Name = "Endless", .Text = Driver().Endless, .Type = stSQL}); }
-  static void Await(const DatabaseAgentPtr& agent) {
-    while (agent->StillExecuting()) std::this_thread::yield();
-  }
   static IBusinessObjectsPtr InBackground(const std::string& action) {
     return Framework{}.GetBusinessObjects({.ClassName = "Order", .ActionName = action, .AsyncFlag = true});
   }
@@ -28,7 +26,7 @@ TEST_P(BackgroundContract, PageIsThereOnceTheResultIsOpen) {
   const auto agent = AgentOf("Order");
   agent->LoadPersistentProperties();
   EXPECT_TRUE(agent->AsyncFlag());
-  Await(agent);
+  AwaitOpened(agent);
   const auto page = agent->Recordset();
   ASSERT_TRUE(page);
   EXPECT_EQ(page->Count(), 25);

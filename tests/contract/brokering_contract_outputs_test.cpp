@@ -1,6 +1,7 @@
 // What a procedure gives back while its rows become objects, and bytes in the parameters of a request.
 
 #include "tests/contract/brokering_contract.h"
+#include "tests/support/await_opened.h"
 
 namespace velmoria::test {
 namespace {
@@ -12,11 +13,12 @@ class OutputsContract : public BrokeringContract {
     BrokeringContract::SetUp();
     AddOrders(20);
   }
-  /// "{own}_both" with its rows and its output b.
-  void AddBoth(std::int32_t objectBuffer = 0) {
-    RunAll(Profile().MakeRowsAndOutput);
-    AddAction("Order", {.Name = "Both", .Text = "{own}_both", .Type = stStoredProcedure, .ObjectBuffer = objectBuffer},
-              {Parameter("a", dtLongInteger), Parameter("b", dtLongInteger, pfOutput)});
+  /// "{own}_add" with a in, b in and out, c out.
+  void AddAdd() {
+    RunAll(Driver().MakeAdd);
+    AddAction("Order", {.Name = "Add", .Text = "{own}_add", .Type = stStoredProcedure},
+              {Parameter("a", dtLongInteger), Parameter("b", dtLongInteger, pfInput | pfOutput),
+               Parameter("c", dtString, pfOutput)});
   }
   /// Makes "{own}_add", which gives its a back twice.
   std::string Twice() const {
@@ -35,67 +37,8 @@ class OutputsContract : public BrokeringContract {
   }
 };
 
-TEST_P(OutputsContract, OutputsArriveWhenTheObjectsHaveBeenRead) {
-  if (!Profile().WhyNoRowsAndOutput.empty()) GTEST_SKIP() << Profile().WhyNoRowsAndOutput;
-  AddBoth();
-  for (const int a : {15, 3}) {
-    const auto parameters = Given("Both", a);
-    EXPECT_EQ(Read("Both", parameters)->Count(), a);
-    EXPECT_EQ(parameters->Item("b")->Value(), Variant(10 * a));
-  }
-}
-
-TEST_P(OutputsContract, OutputsArriveWhateverTheCursorType) {
-  if (!Profile().WhyNoRowsAndOutput.empty()) GTEST_SKIP() << Profile().WhyNoRowsAndOutput;
-  RunAll(Profile().MakeRowsAndOutput);
-  int a = 10;
-  for (const auto type : {crtKeyset, crtDynamic, crtStatic}) {
-    const auto name = "Shop" + std::to_string(static_cast<std::int32_t>(type));
-    AddDatabase(name, Profile().Engine, ConnectText(), type);
-    AddAction("Order", {.Name = name, .Text = "{own}_both", .Type = stStoredProcedure, .DatabaseName = name},
-              {Parameter("a", dtLongInteger), Parameter("b", dtLongInteger, pfOutput)});
-    const auto parameters = Given(name, ++a);
-    EXPECT_EQ(Read(name, parameters)->Count(), a);
-    EXPECT_EQ(parameters->Item("b")->Value(), Variant(10 * a));
-  }
-}
-
-TEST_P(OutputsContract, OutputsArriveWithTheLastPage) {
-  if (!Profile().WhyNoRowsAndOutput.empty()) GTEST_SKIP() << Profile().WhyNoRowsAndOutput;
-  AddBoth(6);
-  const auto parameters = Given("Both", 15);
-  const auto agent = AgentOf("Order", "Both", parameters);
-  auto page = agent->GetRecordset(0, nullptr, true);
-  while (!page->NextBookmark().IsEmpty()) page = agent->GetRecordset(0, page, true);
-  EXPECT_EQ(Ids(page), "13 14 15");
-  EXPECT_EQ(parameters->Item("b")->Value(), Variant(150));
-}
-
-TEST_P(OutputsContract, OutputsArriveBehindRowsThatAFilterPasses) {
-  if (!Profile().WhyNoRowsAndOutput.empty()) GTEST_SKIP() << Profile().WhyNoRowsAndOutput;
-  AddBoth();
-  const auto parameters = Given("Both", 15);
-  parameters->SetupItem({.Name = "id", .Value = 12, .DataType = dtLongInteger, .Operator = ">", .Flags = pfInput});
-  EXPECT_EQ(Read("Both", parameters)->Count(), 3);
-  EXPECT_EQ(parameters->Item("b")->Value(), Variant(150));
-}
-
-TEST_P(OutputsContract, OutputsArriveWhenTheResultWasOpenedInTheBackground) {
-  if (!Profile().WhyNoRowsAndOutput.empty()) GTEST_SKIP() << Profile().WhyNoRowsAndOutput;
-  AddBoth();
-  const auto parameters = Given("Both", 15);
-  const auto agent = AgentOf("Order", "Both", parameters);
-  agent->LoadPersistentProperties();
-  while (agent->StillExecuting()) {}
-  EXPECT_EQ(agent->Recordset()->Count(), 15);
-  EXPECT_EQ(parameters->Item("b")->Value(), Variant(150));
-}
-
 TEST_P(OutputsContract, OutputsOfAProcedureThatGivesNoRowsArriveWhenItIsRead) {
-  RunAll(Driver().MakeAdd);
-  AddAction("Order", {.Name = "Add", .Text = "{own}_add", .Type = stStoredProcedure},
-            {Parameter("a", dtLongInteger), Parameter("b", dtLongInteger, pfInput | pfOutput),
-             Parameter("c", dtString, pfOutput)});
+  AddAdd();
   const auto parameters = Given("Add", 2);
   parameters->Item("b")->SetValue(40);
   AgentOf("Order", "Add", parameters)->GetRecordset(0, nullptr, false);
@@ -104,10 +47,7 @@ TEST_P(OutputsContract, OutputsOfAProcedureThatGivesNoRowsArriveWhenItIsRead) {
 }
 
 TEST_P(OutputsContract, NullOutputsAreNull) {
-  RunAll(Driver().MakeAdd);
-  AddAction("Order", {.Name = "Add", .Text = "{own}_add", .Type = stStoredProcedure},
-            {Parameter("a", dtLongInteger), Parameter("b", dtLongInteger, pfInput | pfOutput),
-             Parameter("c", dtString, pfOutput)});
+  AddAdd();
   const auto parameters = Given("Add", 2);
   parameters->Item("b")->SetValue(Variant::Null());
   Framework{}.CreateBusinessContext()->Execute({.ClassName = "Order", .ActionName = "Add", .Parameters = parameters});
@@ -125,6 +65,75 @@ TEST_P(OutputsContract, BytesArriveInTheParametersOfTheRequest) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, OutputsContract, testing::ValuesIn(BrokeringProfiles()),
+                         [](const auto& profile) { return profile.param.Name; });
+
+/// The same behind the rows of the procedure.
+class OutputsBehindRowsContract : public OutputsContract {
+ protected:
+  void SetUp() override {
+    if (!Profile().WhyNoRowsAndOutput.empty()) GTEST_SKIP() << Profile().WhyNoRowsAndOutput;
+    OutputsContract::SetUp();
+  }
+  /// "{own}_both" with its rows and its output b.
+  void AddBoth(std::int32_t objectBuffer = 0) {
+    RunAll(Profile().MakeRowsAndOutput);
+    AddAction("Order", {.Name = "Both", .Text = "{own}_both", .Type = stStoredProcedure, .ObjectBuffer = objectBuffer},
+              {Parameter("a", dtLongInteger), Parameter("b", dtLongInteger, pfOutput)});
+  }
+};
+
+TEST_P(OutputsBehindRowsContract, OutputsArriveWhenTheObjectsHaveBeenRead) {
+  AddBoth();
+  for (const int a : {15, 3}) {
+    const auto parameters = Given("Both", a);
+    EXPECT_EQ(Read("Both", parameters)->Count(), a);
+    EXPECT_EQ(parameters->Item("b")->Value(), Variant(10 * a));
+  }
+}
+
+TEST_P(OutputsBehindRowsContract, OutputsArriveWhateverTheCursorType) {
+  RunAll(Profile().MakeRowsAndOutput);
+  int a = 10;
+  for (const auto type : {crtKeyset, crtDynamic, crtStatic}) {
+    const auto name = "Shop" + std::to_string(static_cast<std::int32_t>(type));
+    AddDatabase(name, Profile().Engine, ConnectText(), type);
+    AddAction("Order", {.Name = name, .Text = "{own}_both", .Type = stStoredProcedure, .DatabaseName = name},
+              {Parameter("a", dtLongInteger), Parameter("b", dtLongInteger, pfOutput)});
+    const auto parameters = Given(name, ++a);
+    EXPECT_EQ(Read(name, parameters)->Count(), a);
+    EXPECT_EQ(parameters->Item("b")->Value(), Variant(10 * a));
+  }
+}
+
+TEST_P(OutputsBehindRowsContract, OutputsArriveWithTheLastPage) {
+  AddBoth(6);
+  const auto parameters = Given("Both", 15);
+  const auto agent = AgentOf("Order", "Both", parameters);
+  auto page = agent->GetRecordset(0, nullptr, true);
+  while (!page->NextBookmark().IsEmpty()) page = agent->GetRecordset(0, page, true);
+  EXPECT_EQ(Ids(page), "13 14 15");
+  EXPECT_EQ(parameters->Item("b")->Value(), Variant(150));
+}
+
+TEST_P(OutputsBehindRowsContract, OutputsArriveBehindRowsThatAFilterPasses) {
+  AddBoth();
+  const auto parameters = Given("Both", 15);
+  parameters->SetupItem({.Name = "id", .Value = 12, .DataType = dtLongInteger, .Operator = ">", .Flags = pfInput});
+  EXPECT_EQ(Read("Both", parameters)->Count(), 3);
+  EXPECT_EQ(parameters->Item("b")->Value(), Variant(150));
+}
+
+TEST_P(OutputsBehindRowsContract, OutputsArriveWhenTheResultWasOpenedInTheBackground) {
+  AddBoth();
+  const auto parameters = Given("Both", 15);
+  const auto agent = AgentOf("Order", "Both", parameters);
+  agent->LoadPersistentProperties();
+  AwaitOpened(agent);
+  EXPECT_EQ(agent->Recordset()->Count(), 15);
+  EXPECT_EQ(parameters->Item("b")->Value(), Variant(150));
+}
+
+INSTANTIATE_TEST_SUITE_P(, OutputsBehindRowsContract, testing::ValuesIn(BrokeringProfiles()),
                          [](const auto& profile) { return profile.param.Name; });
 
 }  // namespace

@@ -1,8 +1,7 @@
 // Results that are opened while the caller goes on.
 
-#include <thread>
-
 #include "tests/contract/rdo_contract.h"
+#include "tests/support/await_opened.h"
 
 namespace velmoria::test {
 namespace {
@@ -11,9 +10,7 @@ class Background {
  public:
   Background(rdoQueryPtr query, rdoNumber type = rdOpenKeyset)
       : result(query->OpenResultset({.Type = type, .Options = rdAsyncEnable})) {}
-  void Poll() const {
-    while (result->StillExecuting()) std::this_thread::yield();
-  }
+  void Poll() const { AwaitOpened(result); }
 
   rdoResultsetPtr result;
 };

@@ -3,11 +3,11 @@
 #include <memory>
 #include <ostream>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/await_opened.h"
 #include "tests/support/expect_raised.h"
 #include "tests/support/odbc_client.h"
 #include "tests/support/one_action.h"
@@ -75,9 +75,6 @@ class BackgroundOverDatabases : public testing::TestWithParam<Place> {
     agent->LoadPersistentProperties();
     return agent;
   }
-  static void Poll(const DatabaseAgentPtr& agent) {
-    while (agent->StillExecuting()) std::this_thread::yield();
-  }
   static std::int32_t IdAt(const RecordsetPtr& page, std::int32_t row) {
     return page->GetPersistentProperties(row, "")->Item("id")->Value().AsLong();
   }
@@ -98,7 +95,7 @@ class BackgroundOverDatabases : public testing::TestWithParam<Place> {
 TEST_P(BackgroundOverDatabases, PagesAreThoseOfAResultOpenedAtOnce) {
   const auto agent = Loading(Rows());
   EXPECT_TRUE(agent->AsyncFlag());
-  Poll(agent);
+  AwaitOpened(agent);
   const auto first = agent->Recordset();
   ASSERT_TRUE(first);
   EXPECT_FALSE(agent->AsyncFlag());
@@ -129,7 +126,7 @@ TEST_P(BackgroundOverDatabases, AnAgentThatEndsStopsItsStatement) {
 
 TEST_P(BackgroundOverDatabases, AFailedOpenIsRaisedWhenItsRowsAreAskedForAndTheNextReadWorks) {
   const auto agent = Loading("nonsense");
-  Poll(agent);
+  AwaitOpened(agent);
   EXPECT_TRUE(agent->AsyncFlag());
   ExpectRaised(errRDO_SQL, [&] { agent->Recordset(); }, {.Text = "SQL: nonsense"});
   EXPECT_FALSE(agent->AsyncFlag());

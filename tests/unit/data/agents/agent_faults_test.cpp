@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/await_opened.h"
 #include "tests/support/fault_rounds.h"
 #include "tests/unit/data/agents/faulty_orders.h"
 #include "velmoria/properties/properties_data.h"
@@ -331,7 +332,7 @@ std::string BeginAndLeave(FaultyOrders& orders) {
 
 std::string OpenAndAwait(FaultyOrders& orders) {
   orders.Agent->LoadPersistentProperties();
-  while (orders.Agent->StillExecuting()) {}
+  AwaitOpened(orders.Agent);
   return orders.Ids(orders.Agent->Recordset());
 }
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/support/await_opened.h"
 #include "tests/support/expect_raised.h"
 #include "tests/unit/data/agents/read_over_fake.h"
 
@@ -21,7 +22,7 @@ class SQLAgentAsyncTest : public ReadOverFake {
   /// Lets the statement run to its end.
   void Finish() {
     driver_->Release();
-    while (agent_->StillExecuting()) {}
+    AwaitOpened(agent_);
   }
 
   DatabaseAgentPtr agent_;

@@ -1,5 +1,6 @@
 #include <thread>
 
+#include "tests/support/await_opened.h"
 #include "tests/support/rdo_builders.h"
 
 namespace velmoria::test {
@@ -21,7 +22,7 @@ TEST_F(RdoBackgroundTest, OpenReturnsBeforeTheServerAnswers) {
   const auto result = OpenHeld(Open());
   EXPECT_TRUE(result->StillExecuting());
   odbc->Release();
-  while (result->StillExecuting()) std::this_thread::yield();
+  AwaitOpened(result);
   EXPECT_EQ(result->GetRows(9).Rows(), 2U);
 }
 
@@ -52,7 +53,7 @@ TEST_F(RdoBackgroundTest, CancelOfAnOpenResultDoesNothing) {
 TEST_F(RdoBackgroundTest, CancelOfAResultThatNobodyLookedAtClosesIt) {
   const auto result = OpenHeld(Open());
   odbc->Release();
-  while (result->StillExecuting()) std::this_thread::yield();
+  AwaitOpened(result);
   result->Cancel();
   ExpectRdoFailure(rdErrClosed, "closed", [&] { result->MoveFirst(); });
 }
