@@ -5,31 +5,19 @@
 #include <sql.h>
 #include <sqlext.h>
 
-#include "tests/contract/brokering_contract.h"
-#include "tests/support/own_server.h"
+#include "tests/contract/own_server_contract.h"
+#include "tests/support/await_opened.h"
 
 namespace velmoria::test {
 namespace {
 
-constexpr std::pair<const char*, const char*> kKinds[] = {
-    {"PostgreSQL", "postgres"}, {"MariaDB", "mariadb"}, {"FreeTDS", "tds"}};
-
-class LostServerContract : public BrokeringContract {
+class LostServerContract : public OwnServerContract {
  protected:
+  LostServerContract() : OwnServerContract(3000) {}
+
   void SetUp() override {
-    if (Driver().Name == "SQLite") GTEST_SKIP() << "Does not apply: SQLite has no server";
     if (!Driver().WhyNoLostServer.empty()) GTEST_SKIP() << Driver().WhyNoLostServer;
-    for (const auto& [driver, kind] : kKinds)
-      if (Driver().Name == driver) server_ = std::make_unique<OwnServer>(kind);
-    ASSERT_NE(server_->ConnectString(), "");
-    BrokeringContract::SetUp();
-    AddOrders(3000);
-  }
-  std::string ConnectOf() override { return server_->ConnectString() + Driver().Options; }
-  void Kill() { ASSERT_TRUE(server_->Kill()); }
-  void StartAgain() {
-    ASSERT_TRUE(server_->Start());
-    ConnectClient();
+    OwnServerContract::SetUp();
   }
   /// Whatever is asked meanwhile fails, again and again.
   void ExpectNothingWorks() {
@@ -38,16 +26,10 @@ class LostServerContract : public BrokeringContract {
       ExpectRefused([] { All("Order"); });
     }
   }
-  template <class Request>
-  void ExpectRefused(Request&& request) {
-    EXPECT_FALSE(EndsRightOrNumbered(request)) << "nothing was raised";
-  }
   void ExpectEverythingWorks() {
     EXPECT_EQ(Value(One("Order", 7), "name"), Variant("name 7"));
     EXPECT_EQ(All("Order")->Count(), 3000);
   }
-
-  std::unique_ptr<OwnServer> server_;
 };
 
 TEST_P(LostServerContract, RowsOfAPageAreRightOrRefusedAndTheNextReadWorks) {
@@ -140,7 +122,7 @@ TEST_P(LostServerContract, StatementThatRunsInTheBackgroundIsRefusedWhenItsServe
   agent->LoadPersistentProperties();
   EXPECT_TRUE(agent->StillExecuting());
   Kill();
-  while (agent->StillExecuting()) std::this_thread::yield();
+  AwaitOpened(agent);
   ExpectRefused([&] { agent->Recordset(); });
   StartAgain();
   ExpectEverythingWorks();

@@ -1,40 +1,26 @@
 // Transactions of a connection and of a group whose server is killed under them.
 
-#include "tests/contract/brokering_contract.h"
-#include "tests/support/own_server.h"
+#include "tests/contract/own_server_contract.h"
 
 namespace velmoria::test {
 namespace {
 
-constexpr std::pair<const char*, const char*> kKinds[] = {
-    {"PostgreSQL", "postgres"}, {"MariaDB", "mariadb"}, {"FreeTDS", "tds"}};
-
-class LostTransactionContract : public BrokeringContract {
+class LostTransactionContract : public OwnServerContract {
  protected:
+  LostTransactionContract() : OwnServerContract(5) {}
+
   void SetUp() override {
-    if (Driver().Name == "SQLite") GTEST_SKIP() << "Does not apply: SQLite has no server";
-    for (const auto& [driver, kind] : kKinds)
-      if (Driver().Name == driver) server_ = std::make_unique<OwnServer>(kind);
-    if (!server_) GTEST_SKIP() << "Does not apply: another test kills this server";
-    ASSERT_NE(server_->ConnectString(), "");
-    BrokeringContract::SetUp();
-    AddOrders(5);
-    connection_ = ActionOf("Order")->Connection();
+    OwnServerContract::SetUp();
+    if (!IsSkipped() && !HasFatalFailure()) connection_ = ActionOf("Order")->Connection();
   }
-  std::string ConnectOf() override { return server_->ConnectString(); }
   void KillAndStartAgain() {
-    ASSERT_TRUE(server_->Kill());
-    ASSERT_TRUE(server_->Start());
-    ConnectClient();
+    Kill();
+    StartAgain();
   }
   static void Rename(int id, const std::string& name) {
     const auto order = One("Order", id);
     Set(order, "name", name);
     order->Update();
-  }
-  template <class Request>
-  void ExpectRefused(Request&& request) {
-    EXPECT_FALSE(EndsRightOrNumbered(request)) << "nothing was raised";
   }
   /// A request in the transaction meets the loss, and whatever follows is told what to do.
   void MeetTheLoss() {
@@ -50,7 +36,6 @@ class LostTransactionContract : public BrokeringContract {
   }
   static ConnectionsPtr Group() { return Framework{}.ConnectionContext()->Item(""); }
 
-  std::unique_ptr<OwnServer> server_;
   ConnectionPtr connection_;
 };
 
@@ -98,13 +83,12 @@ TEST_P(LostTransactionContract, RollbackMayBeTheFirstToMeetTheLoss) {
 TEST_P(LostTransactionContract, RollbackEndsItWhileTheServerIsStillGone) {
   connection_->TransBegin();
   Rename(2, "lost");
-  ASSERT_TRUE(server_->Kill());
+  Kill();
   ExpectRefused([] { Rename(3, "lost"); });
   connection_->TransRollback();
   EXPECT_FALSE(connection_->TransStarted());
   ExpectRefused([] { One("Order", 1); });
-  ASSERT_TRUE(server_->Start());
-  ConnectClient();
+  StartAgain();
   Rename(4, "kept");
   EXPECT_EQ(Names(), "0 lost 1 kept");
 }
