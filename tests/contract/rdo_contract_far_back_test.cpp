@@ -54,6 +54,19 @@ void ExpectSameRows(rdoResultset& result, const Texts& expected) {
   EXPECT_TRUE(ReadPages(result, pages) == expected);
 }
 
+/// Expects of a result of whole pages the same rows behind a change as before it; gives them.
+template <class Change>
+Texts ExpectRowsFetchedFirst(rdoResultset& result, int pagesBefore, Change change, int pagesBehind) {
+  auto rows = ReadPages(result, pagesBefore);
+  change();
+  const auto rest = ReadPages(result, pagesBehind);
+  EXPECT_TRUE(result.AtEOF());
+  rows.insert(rows.end(), rest.begin(), rest.end());
+  EXPECT_EQ(rows.size(), static_cast<std::size_t>(kPage * (pagesBefore + pagesBehind)));
+  ExpectSameRows(result, rows);
+  return rows;
+}
+
 /// Where files without a name are made meanwhile.
 struct FileFolder {
   TemporaryFolder Folder;
@@ -77,16 +90,13 @@ TEST_P(FarBackContract, RowsOfEveryTypeAreThoseThatWereFetchedFirst) {
       kFilling + " FROM ( " + Numbers(9000) + " ) AS t");
   Run("INSERT INTO {t}kinds (v, w1, w2, w3, w4) SELECT '', " + kFilling + " FROM ( " + Numbers(9000) + " ) AS t");
   const auto result = Query("SELECT * FROM {t}kinds")->OpenResultset(kOnlyReads);
-  auto rows = ReadPages(*result, 30);
-  Run("UPDATE {t}kinds SET i = -1, v = 'changed', da = NULL WHERE id < 5000");
-  Run("DELETE FROM {t}kinds WHERE id > 100 AND id < 300");
-  Run("INSERT INTO {t}kinds (v) VALUES ('newer')");
-  const auto rest = ReadPages(*result, 6);
-  EXPECT_TRUE(result->AtEOF());
-  rows.insert(rows.end(), rest.begin(), rest.end());
-  ASSERT_EQ(rows.size(), 18000U);
+  const auto change = [this] {
+    Run("UPDATE {t}kinds SET i = -1, v = 'changed', da = NULL WHERE id < 5000");
+    Run("DELETE FROM {t}kinds WHERE id > 100 AND id < 300");
+    Run("INSERT INTO {t}kinds (v) VALUES ('newer')");
+  };
+  ExpectRowsFetchedFirst(*result, 30, change, 6);
   EXPECT_EQ(temporary.Files(), 1U);
-  ExpectSameRows(*result, rows);
 }
 
 INSTANTIATE_TEST_SUITE_P(, FarBackContract, ::testing::ValuesIn(RdoProfiles()),
@@ -116,17 +126,14 @@ class SqliteFarBackContract : public testing::Test {
 
 TEST_F(SqliteFarBackContract, RowsAreThoseThatWereFetchedFirstWhateverOthersWrite) {
   const auto result = Open();
-  auto rows = ReadPages(*result, 26);
-  file.Run(
-      "UPDATE far SET id = id + 100000 WHERE id < 100; DELETE FROM far WHERE id > 7000 AND id < 8000;"
-      "UPDATE far SET name = NULL WHERE id < 5000; INSERT INTO far (id, name) VALUES (-5, 'newer')");
-  const auto rest = ReadPages(*result, 4);
-  EXPECT_TRUE(result->AtEOF());
-  rows.insert(rows.end(), rest.begin(), rest.end());
-  ASSERT_EQ(rows.size(), 15000U);
-  EXPECT_EQ(rows.front(), "3:1|8:Größe 漢字 🚀 1|" + kFilled);
+  const auto change = [this] {
+    file.Run(
+        "UPDATE far SET id = id + 100000 WHERE id < 100; DELETE FROM far WHERE id > 7000 AND id < 8000;"
+        "UPDATE far SET name = NULL WHERE id < 5000; INSERT INTO far (id, name) VALUES (-5, 'newer')");
+  };
+  const auto rows = ExpectRowsFetchedFirst(*result, 26, change, 4);
+  EXPECT_EQ(rows.at(0), "3:1|8:Größe 漢字 🚀 1|" + kFilled);
   EXPECT_EQ(temporary.Files(), 1U);
-  ExpectSameRows(*result, rows);
 }
 
 TEST_F(SqliteFarBackContract, AValueLongerThanItsColumnIsReadWholeBehindManyRows) {
@@ -179,16 +186,13 @@ class PostgresFarBackContract : public testing::Test {
 
 TEST_F(PostgresFarBackContract, RowsAreThoseThatWereFetchedFirstWhateverOthersWrite) {
   const auto result = connection->rdoTables()->Item("velmoria_far")->OpenResultset(kOnlyReads);
-  auto rows = ReadPages(*result, 150);
-  Change("UPDATE velmoria_far SET w1 = 'changed' WHERE id < 1000");
-  Change("DELETE FROM velmoria_far WHERE id > 70000 AND id < 80000");
-  Change("INSERT INTO velmoria_far (id, w1) VALUES (0, 'newer')");
-  const auto rest = ReadPages(*result, 50);
-  EXPECT_TRUE(result->AtEOF());
-  rows.insert(rows.end(), rest.begin(), rest.end());
-  ASSERT_EQ(rows.size(), 100000U);
+  const auto change = [this] {
+    Change("UPDATE velmoria_far SET w1 = 'changed' WHERE id < 1000");
+    Change("DELETE FROM velmoria_far WHERE id > 70000 AND id < 80000");
+    Change("INSERT INTO velmoria_far (id, w1) VALUES (0, 'newer')");
+  };
+  ExpectRowsFetchedFirst(*result, 150, change, 50);
   EXPECT_EQ(temporary.Files(), 1U);
-  ExpectSameRows(*result, rows);
 }
 
 TEST_F(PostgresFarBackContract, ALargeTableIsReadFromItsBeginningEachTime) {
