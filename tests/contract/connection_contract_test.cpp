@@ -61,12 +61,12 @@ class ConnectionOverDrivers : public testing::Test {
   ScopedApartment scope_;
 };
 
-TEST_F(ConnectionOverDrivers, ADataSourceThatIsNotThere) {
+TEST_F(ConnectionOverDrivers, ADataSourceThatIsNotThereIsRefused) {
   const auto open = Made({.ConnectionType = ctDSN, .ConnectionString = "velmoria_none", .UserName = "u"});
   ExpectNotOpened(open, "IM002", NotOpened("Generic ODBC", "u", kSourceHint));
 }
 
-TEST_F(ConnectionOverDrivers, ADataSourceThatIsNotThereWithAPasswordThatIsNotToBlame) {
+TEST_F(ConnectionOverDrivers, APasswordIsNotBlamedForADataSourceThatIsNotThere) {
   const auto open = Made({.Engine = engSQLServer,
                           .ConnectionType = ctDSN,
                           .ConnectionString = "velmoria_none",
@@ -75,16 +75,16 @@ TEST_F(ConnectionOverDrivers, ADataSourceThatIsNotThereWithAPasswordThatIsNotToB
   ExpectNotOpened(open, "IM002", NotOpened("Microsoft SQL Server", "u", kSourceHint));
 }
 
-TEST_F(ConnectionOverDrivers, ATextThatNamesNothing) {
+TEST_F(ConnectionOverDrivers, ATextThatNamesNothingIsRefused) {
   ExpectNotOpened(Made({}), "IM002", NotOpened("Generic ODBC", "", kSourceHint));
 }
 
-TEST_F(ConnectionOverDrivers, ADriverThatIsNotThere) {
+TEST_F(ConnectionOverDrivers, ADriverThatIsNotThereIsRefused) {
   const auto connection = Made({.Engine = engOracle, .ConnectionString = "Driver=velmoria_none"});
   ExpectNotOpened(connection, "velmoria_none", NotOpened("Oracle", "", kPasswordHint));
 }
 
-TEST_F(ConnectionOverDrivers, AFileThatCannotBeOpened) {
+TEST_F(ConnectionOverDrivers, AFileThatCannotBeOpenedIsRefused) {
   const auto connection =
       Made({.ConnectionString = "Driver=SQLite3;Database=/none/x.db", .Password = "p", .UserName = "u"});
   ExpectNotOpened(connection, "connect failed", NotOpened("Generic ODBC", "u"));
@@ -177,20 +177,20 @@ class ConnectionOverServers : public ConnectionOverDrivers, public testing::With
   }
 };
 
-TEST_P(ConnectionOverServers, AWrongPassword) {
+TEST_P(ConnectionOverServers, AWrongPasswordIsRefused) {
   ExpectNotOpened(Made(LogOn(GetParam().UserName, "wrong")), Refused(), NotOpened("Generic ODBC", GetParam().UserName));
 }
 
-TEST_P(ConnectionOverServers, AUserThatIsNotThere) {
+TEST_P(ConnectionOverServers, AUserThatIsNotThereIsRefused) {
   ExpectNotOpened(Made(LogOn("velmoria_none", "wrong")), Refused(), NotOpened("Generic ODBC", "velmoria_none"));
 }
 
-TEST_P(ConnectionOverServers, APasswordThatIsMissing) {
+TEST_P(ConnectionOverServers, APasswordThatIsMissingIsRefusedAndHintedAt) {
   const auto connection = Made(LogOn(GetParam().UserName, ""));
   ExpectNotOpened(connection, "", NotOpened("Generic ODBC", GetParam().UserName, kPasswordHint));
 }
 
-TEST_P(ConnectionOverServers, APortThatIsClosed) {
+TEST_P(ConnectionOverServers, APortThatIsClosedIsRefused) {
   auto arguments = Right();
   arguments.ConnectionString += ";Port=1";
   ExpectNotOpened(Made(arguments), "", NotOpened("Generic ODBC", GetParam().UserName));

@@ -111,7 +111,7 @@ TEST_P(RdoContract, LongValuesAreReadWholeWhateverTheirLength) {
   }
 }
 
-TEST_P(RdoContract, EmptyAndNullLongValues) {
+TEST_P(RdoContract, EmptyLongValueIsThereAndNullIsNull) {
   MakeKinds();
   Run("INSERT INTO {t}kinds (v, l) VALUES ('short', '')");
   const auto result = Rows("SELECT l, x FROM {t}kinds");

@@ -68,7 +68,7 @@ TEST_P(RdoContract, ColumnsKnowTheirTable) {
   EXPECT_FALSE(columns.At("more")->Required());
 }
 
-TEST_P(RdoContract, ValuesOfEveryKindAndNulls) {
+TEST_P(RdoContract, ValuesOfEveryKindAreReadAsStoredAndNullIsNull) {
   MakeKinds();
   Run("INSERT INTO {t}kinds (i, s, b, d, n, v, da, ti, ts, f, y, l) VALUES (-7, 300, 9007199254740993, 1.5, 12345.678, "
       "'x', '2026-11-20', '14:03:05', '2026-11-20 14:03:05', '1', 200, 'long')");
@@ -169,7 +169,7 @@ TEST_P(RdoContract, ValueLongerThanItsColumnDeclaresIsReadWhole) {
   }
 }
 
-TEST_P(RdoContract, TenThousandRowsInPages) {
+TEST_P(RdoContract, TenThousandRowsAreReadInPagesByEveryCursor) {
   for (const rdoNumber type : {rdOpenForwardOnly, rdOpenKeyset, rdOpenStatic}) {
     const auto result = Rows(Numbers(10000), type);
     int next = 1;
@@ -183,7 +183,7 @@ TEST_P(RdoContract, TenThousandRowsInPages) {
   }
 }
 
-TEST_P(RdoContract, MovesOfAScrollingResult) {
+TEST_P(RdoContract, ScrollingResultMovesToAnyRow) {
   const auto result = Rows(Numbers(3000), rdOpenKeyset);
   const auto column = result->rdoColumns().At(std::size_t{1});
   result->MoveLast();
@@ -225,7 +225,7 @@ TEST_P(RdoContract, TwoOpenResultsOfOneConnectionDoNotDisturbEachOther) {
   }
 }
 
-TEST_P(RdoContract, NoRows) {
+TEST_P(RdoContract, TableWithoutRowsGivesItsColumnsAndNoRow) {
   MakeKinds();
   const auto result = connection->rdoTables()->Item(Filled("{t}kinds"))->OpenResultset({.Type = rdOpenKeyset});
   EXPECT_TRUE(result->AtBOF());
@@ -272,7 +272,7 @@ void ExpectValuesOfEveryType(const RowBlock& block, std::size_t row) {
   EXPECT_EQ(block.Value(9, row).AsInteger(), 200);
 }
 
-TEST_P(RdoContract, ParametersOfEveryType) {
+TEST_P(RdoContract, ParametersOfEveryTypeArriveAsTheyWere) {
   MakeKinds();
   const auto query =
       Query("INSERT INTO {t}kinds (i, s, b, d, n, v, da, ti, ts, f, y, l, x) VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?)");
@@ -289,7 +289,7 @@ TEST_P(RdoContract, ParametersOfEveryType) {
   EXPECT_EQ(Value("SELECT count(*) AS n FROM {t}kinds WHERE f = '1'").AsLong(), 2);
 }
 
-TEST_P(RdoContract, NullParametersOfEveryType) {
+TEST_P(RdoContract, NullParametersOfEveryTypeArriveAsNull) {
   MakeKinds();
   const auto query = Query("INSERT INTO {t}kinds (i, b, d, n, da, ts, f, l, x, v) VALUES (?,?,?,?,?,?,?,?,?,?)");
   const std::vector<rdoNumber> types = {4, -5, 8, 3, 9, 11, -7, -1, -4};
@@ -307,7 +307,7 @@ TEST_P(RdoContract, NullParametersOfEveryType) {
   EXPECT_EQ(Value(sql).AsLong(), 2);
 }
 
-TEST_P(RdoContract, ParametersOfAResult) {
+TEST_P(RdoContract, ParametersChooseTheRowsOfAResult) {
   const auto query = Query("SELECT * FROM ( " + Numbers(100) + " ) AS t WHERE n > ? AND n < ?");
   query->rdoParameters()[0]->SetValue(10);
   query->rdoParameters()[1]->SetValue(13);
@@ -326,7 +326,7 @@ TEST_P(RdoContract, UpdateThatMeetsNoRowIsASuccess) {
   EXPECT_EQ(query->RowsAffected(), 0);
 }
 
-TEST_P(RdoContract, TransactionOfAConnection) {
+TEST_P(RdoContract, TransactionKeepsWhatIsCommittedAndTakesTheRestBack) {
   Run("CREATE TABLE {t}words ( w varchar(10) )");
   EXPECT_TRUE(connection->Transactions());
   connection->BeginTrans();
