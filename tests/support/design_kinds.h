@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/design_keys.h"
 #include "velmoria/core/apartment_impl.h"
 #include "velmoria/design/action.h"
 #include "velmoria/design/action_data.h"
@@ -39,40 +40,6 @@ namespace velmoria::test {
 
 // What a test over all kinds of design object needs of one: how to make a collection over definitions, fields under the
 // n-th of its keys, how its collection is asked by that key, and the documented numbers.
-
-struct NamedSample {
-  static constexpr bool ByEngine = false;
-  static std::string Key(int n) { return std::string(1, static_cast<char>('a' + n - 1)); }
-  static Variant Index(int n) { return Key(n); }
-  static std::string KeyText(int n) { return Key(n); }
-  static std::string Shown(int n) { return "Index: '" + Key(n) + "'"; }
-  static std::string ShownAdding(int n) { return "Name: '" + Key(n) + "'"; }
-  template <class Collection>
-  static void Rekey(Collection& collection, int from, int to) {
-    collection.RenameItem(Key(from), Key(to));
-  }
-  template <class Member>
-  static std::string KeyOf(const Member& member) {
-    return member.Name();
-  }
-};
-
-struct EngineSample {
-  static constexpr bool ByEngine = true;
-  static zEngines Key(int n) { return static_cast<zEngines>(n); }
-  static zEngines Index(int n) { return Key(n); }
-  static std::string KeyText(int n) { return std::to_string(n); }
-  static std::string Shown(int n) { return "Engine: " + KeyText(n) + "  Index: " + KeyText(n); }
-  static std::string ShownAdding(int n) { return "Engine: '" + KeyText(n) + "'"; }
-  template <class Collection>
-  static void Rekey(Collection& collection, int from, int to) {
-    collection.ChangeItemEngine(Key(from), Key(to));
-  }
-  template <class Member>
-  static std::string KeyOf(const Member& member) {
-    return std::to_string(static_cast<int>(member.Engine()));
-  }
-};
 
 struct Numbers {
   zErrors Adding, Finding, Removing, Rekeying;
