@@ -1,7 +1,8 @@
 #include "tests/support/row_chunk_builder.h"
 
+#include <algorithm>
 #include <cstring>
-#include <string>
+#include <span>
 #include <utility>
 
 #include "velmoria/runtime/error.h"
@@ -56,48 +57,46 @@ const Writing& WritingOf(ColumnStorage storage) noexcept { return kWritings[stat
 
 using Rows = std::vector<std::vector<Variant>>;
 
-void FillFixed(RowChunk::Column& column, const Rows& rows, std::size_t place) {
+void FillFixed(const RowChunk::Column& column, const Rows& rows, std::size_t place) {
   const std::size_t width = StorageWidth(column.Storage);
-  column.Values = std::make_unique<std::byte[]>(rows.size() * width);
-  std::byte* at = column.Values.get();
+  std::byte* at = column.Values;
+  std::fill(at, at + rows.size() * width, std::byte{0});
   for (const auto& row : rows) {
     if (!row[place].IsNull()) WritingOf(column.Storage).Write(at, row[place]);
     at += width;
   }
 }
 
-void FillArena(RowChunk::Column& column, const Rows& rows, std::size_t place) {
-  std::vector<std::size_t> ends;
-  ends.reserve(rows.size());
-  for (const auto& row : rows) {
-    const auto bytes = row[place].Bytes();
-    column.Arena.append(row[place].TextView());
-    column.Arena.append(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    ends.push_back(column.Arena.size());
-  }
-  if (column.Arena.size() > ValueEnds::kMostBytes) Fail(RuntimeFailure::Overflow);
-  column.Ends = ValueEnds(rows.size(), column.Arena.size());
-  for (std::size_t row = 0; row < rows.size(); ++row) column.Ends.Set(row, ends[row]);
+/// The bytes of a text or a byte array; none of any other value.
+std::span<const std::byte> BytesOf(const Variant& value) {
+  return value.IsByteArray() ? std::as_bytes(value.Bytes()) : std::as_bytes(std::span(value.TextView()));
 }
 
-void FillNullBits(RowChunk::Column& column, const Rows& rows, std::size_t place) {
+void FillArena(const RowChunk::Column& column, const Rows& rows, std::size_t place) {
+  std::size_t end = 0;
   for (std::size_t row = 0; row < rows.size(); ++row) {
-    if (!rows[row][place].IsNull()) continue;
-    if (!column.NullBits) column.NullBits = std::make_unique<std::uint64_t[]>((rows.size() + 63) / 64);
-    column.NullBits[row / 64] |= std::uint64_t{1} << (row % 64);
+    const auto bytes = BytesOf(rows[row][place]);
+    std::copy(bytes.begin(), bytes.end(), column.Values + end);
+    column.Ends.Set(row, end += bytes.size());
   }
 }
 
-RowChunk::Column MakeColumn(ColumnStorage storage, const Rows& rows, std::size_t place) {
-  RowChunk::Column column;
-  column.Storage = storage;
-  FillNullBits(column, rows, place);
-  if (StorageWidth(storage) != 0) {
-    FillFixed(column, rows, place);
-  } else if (storage != ColumnStorage::Placeholder) {
-    FillArena(column, rows, place);
+RowChunk::Column Describe(ColumnStorage storage, const Rows& rows, std::size_t place) {
+  RowChunk::Column column{.Storage = storage};
+  const bool isInArena = StorageWidth(storage) == 0 && storage != ColumnStorage::Placeholder;
+  for (const auto& row : rows) {
+    column.HasNulls = column.HasNulls || row[place].IsNull();
+    if (isInArena) column.Bytes += static_cast<std::uint32_t>(BytesOf(row[place]).size());
   }
   return column;
+}
+
+void Fill(const RowChunk::Column& column, const Rows& rows, std::size_t place) {
+  for (std::size_t row = 0; row < rows.size(); ++row) {
+    if (rows[row][place].IsNull()) column.NullBits[row / 64] |= std::uint64_t{1} << (row % 64);
+  }
+  if (column.Storage == ColumnStorage::Placeholder) return;
+  StorageWidth(column.Storage) != 0 ? FillFixed(column, rows, place) : FillArena(column, rows, place);
 }
 
 }  // namespace
@@ -122,9 +121,11 @@ std::shared_ptr<const RowChunk> RowChunkBuilder::Build() {
   std::vector<RowChunk::Column> columns;
   columns.reserve(storages_.size());
   for (std::size_t place = 0; place < storages_.size(); ++place) {
-    columns.push_back(MakeColumn(storages_[place], rows, place));
+    columns.push_back(Describe(storages_[place], rows, place));
   }
-  return std::make_shared<const RowChunk>(std::move(columns), rows.size());
+  auto chunk = std::make_shared<RowChunk>(std::move(columns), rows.size());
+  for (std::size_t place = 0; place < storages_.size(); ++place) Fill(chunk->Data(place), rows, place);
+  return chunk;
 }
 
 }  // namespace velmoria::test

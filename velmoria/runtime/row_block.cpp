@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <utility>
 
 namespace velmoria {
 
@@ -13,7 +14,7 @@ constexpr std::array<std::size_t, 13> kWidths{2, 4, 8, 4, 8, 8, sizeof(Decimal),
 template <class T>
 T Load(const RowChunk::Column& column, std::size_t row) noexcept {
   T value;
-  std::memcpy(&value, column.Values.get() + row * sizeof(T), sizeof(T));
+  std::memcpy(&value, column.Values + row * sizeof(T), sizeof(T));
   return value;
 }
 
@@ -23,13 +24,33 @@ bool IsInArena(ColumnStorage storage) noexcept {
 
 std::string_view InArena(const RowChunk::Column& column, std::size_t row) noexcept {
   const std::size_t begin = row == 0 ? 0 : column.Ends.At(row - 1);
-  return std::string_view(column.Arena).substr(begin, column.Ends.At(row) - begin);
+  return {reinterpret_cast<const char*>(column.Values) + begin, column.Ends.At(row) - begin};
+}
+
+std::size_t BytesOfNulls(const RowChunk::Column& column, std::size_t rows) noexcept {
+  return column.HasNulls ? (rows + 63) / 64 * sizeof(std::uint64_t) : 0;
+}
+
+/// Of the values of a fixed storage, or of the ends of others.
+std::size_t BytesOfRows(const RowChunk::Column& column, std::size_t rows) noexcept {
+  return IsInArena(column.Storage) ? ValueEnds::Bytes(rows, column.Bytes) : rows * StorageWidth(column.Storage);
+}
+
+std::size_t BytesOf(const std::vector<RowChunk::Column>& columns, std::size_t rows) noexcept {
+  std::size_t bytes = 0;
+  for (const auto& column : columns) bytes += BytesOfNulls(column, rows) + BytesOfRows(column, rows) + column.Bytes;
+  return bytes;
 }
 
 // A division of 32 bits is several times cheaper than one of 64.
 std::size_t Quotient(std::size_t dividend, std::size_t divisor) noexcept {
   if ((dividend | divisor) >> 32U != 0) return dividend / divisor;
   return static_cast<std::uint32_t>(dividend) / static_cast<std::uint32_t>(divisor);
+}
+
+template <class T>
+void ReserveOne(std::vector<T>& values) {
+  if (values.size() == values.capacity()) values.reserve(std::max<std::size_t>(1, values.size() * 2));
 }
 
 Variant BytesValue(std::string_view bytes) {
@@ -39,6 +60,31 @@ Variant BytesValue(std::string_view bytes) {
 }  // namespace
 
 std::size_t StorageWidth(ColumnStorage storage) noexcept { return kWidths[static_cast<std::size_t>(storage)]; }
+
+// Null bits come first, since they alone are read in place, and arenas last, which leaves the numbers of a large chunk
+// where their sizes want them.
+RowChunk::RowChunk(std::vector<Column> columns, std::size_t rows)
+    : columns_(std::move(columns)),
+      rows_(rows),
+      bytes_(BytesOf(columns_, rows)),
+      memory_(std::make_unique_for_overwrite<std::byte[]>(bytes_)) {
+  std::byte* place = memory_.get();
+  const auto take = [&](std::size_t bytes) { return std::exchange(place, place + bytes); };
+  for (auto& column : columns_) {
+    if (column.HasNulls) column.NullBits = reinterpret_cast<std::uint64_t*>(take(BytesOfNulls(column, rows)));
+  }
+  std::memset(memory_.get(), 0, static_cast<std::size_t>(place - memory_.get()));
+  for (auto& column : columns_) {
+    std::byte* const begin = take(BytesOfRows(column, rows));
+    if (IsInArena(column.Storage))
+      column.Ends = ValueEnds(begin, column.Bytes);
+    else if (column.Storage != ColumnStorage::Placeholder)
+      column.Values = begin;
+  }
+  for (auto& column : columns_) {
+    if (IsInArena(column.Storage)) column.Values = take(column.Bytes);
+  }
+}
 
 Variant RowChunk::Value(std::size_t column, std::size_t row) const {
   if (IsNull(column, row)) return Variant::Null();
@@ -66,24 +112,17 @@ std::string_view RowChunk::View(std::size_t column, std::size_t row) const noexc
   return IsInArena(values.Storage) ? InArena(values, row) : std::string_view();
 }
 
-std::size_t RowChunk::HeapBytes() const noexcept {
-  std::size_t bytes = columns_.capacity() * sizeof(Column);
-  for (const Column& column : columns_) {
-    if (column.Values) bytes += rows_ * StorageWidth(column.Storage);
-    if (column.Ends) bytes += column.Ends.Bytes(rows_);
-    if (column.NullBits) bytes += (rows_ + 63) / 64 * sizeof(std::uint64_t);
-    if (column.Arena.capacity() > std::string().capacity()) bytes += column.Arena.capacity() + 1;
-  }
-  return bytes;
-}
+std::size_t RowChunk::HeapBytes() const noexcept { return columns_.capacity() * sizeof(Column) + bytes_; }
 
 void RowBlock::Append(std::shared_ptr<const RowChunk> chunk) {
+  if (rows_ > 0 && chunk->Rows() == 0) return;
+  // Nothing has changed when there is no memory.
+  ReserveOne(ends_);
+  ReserveOne(chunks_);
   if (rows_ == 0) {
     chunks_.clear();
     ends_.clear();
     skip_ = 0;
-  } else if (chunk->Rows() == 0) {
-    return;
   }
   const std::size_t rows = chunk->Rows();
   ends_.push_back((ends_.empty() ? 0 : ends_.back()) + rows);

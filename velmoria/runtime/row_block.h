@@ -3,9 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <string>
+#include <span>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "velmoria/runtime/api.h"
@@ -36,24 +35,28 @@ enum class ColumnStorage : std::uint8_t {
 /// Bytes that one value of a fixed storage takes; 0 for Text, Bytes and Placeholder.
 VELMORIA_API std::size_t StorageWidth(ColumnStorage storage) noexcept;
 
-/// The rows of one fetch, column by column in typed buffers with null bits. Filled once, then immutable and shared.
+/// The rows of one fetch, column by column in typed buffers with null bits, in one piece of memory. Filled once by the
+/// one who makes it, then immutable and shared.
 class VELMORIA_API RowChunk {
  public:
   struct Column {
     ColumnStorage Storage = ColumnStorage::Text;
-    std::unique_ptr<std::byte[]> Values;        // fixed storages: rows * StorageWidth
-    ValueEnds Ends;                             // Text and Bytes: where each value ends in the arena
-    std::string Arena;                          // Text and Bytes: the values run together
-    std::unique_ptr<std::uint64_t[]> NullBits;  // absent when no value of the column is Null
+    bool HasNulls = false;
+    std::uint32_t Bytes = 0;  // Text and Bytes: of all values together
+    // Where it lies; the chunk fills these in.
+    std::uint64_t* NullBits = nullptr;  // absent when no value of the column is Null
+    std::byte* Values = nullptr;        // rows * StorageWidth; Text and Bytes: the arena, the values run together
+    ValueEnds Ends{};                   // Text and Bytes: where each value ends in the arena
   };
 
-  RowChunk(std::vector<Column> columns, std::size_t rows) : columns_(std::move(columns)), rows_(rows) {}
+  /// Makes room for the rows. Null bits are 0, everything else has to be written.
+  RowChunk(std::vector<Column> columns, std::size_t rows);
 
   std::size_t Rows() const noexcept { return rows_; }
   std::size_t Columns() const noexcept { return columns_.size(); }
   bool IsNull(std::size_t column, std::size_t row) const noexcept {
-    const auto& bits = columns_[column].NullBits;
-    return bits && ((bits[row / 64] >> (row % 64)) & 1U) != 0;
+    const auto* const bits = columns_[column].NullBits;
+    return bits != nullptr && ((bits[row / 64] >> (row % 64)) & 1U) != 0;
   }
   ColumnStorage Storage(std::size_t column) const noexcept { return columns_[column].Storage; }
   const Column& Data(std::size_t column) const noexcept { return columns_[column]; }
@@ -61,12 +64,17 @@ class VELMORIA_API RowChunk {
   Variant Value(std::size_t column, std::size_t row) const;
   /// The text or bytes in place, without a copy; empty for other storages.
   std::string_view View(std::size_t column, std::size_t row) const noexcept;
+  /// The one piece, which columns of the same description and number of rows give the same meaning.
+  std::span<std::byte> Memory() noexcept { return {memory_.get(), bytes_}; }
+  std::span<const std::byte> Memory() const noexcept { return {memory_.get(), bytes_}; }
   /// What the chunk occupies on the heap, in bytes.
   std::size_t HeapBytes() const noexcept;
 
  private:
   std::vector<Column> columns_;
   std::size_t rows_;
+  std::size_t bytes_;
+  std::unique_ptr<std::byte[]> memory_;
 };
 
 /// A range of rows over shared chunks: what one page of a result is made of. Cheap to copy; rows count from 0.

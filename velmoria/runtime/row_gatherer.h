@@ -30,7 +30,8 @@ class VELMORIA_API RowGatherer {
 
   void Begin(const RowChunk& chunk);
   void AddRow(const RowChunk& chunk, std::size_t row);
-  RowChunk::Column Finish(Column column) const;
+  static RowChunk::Column Describe(const Column& column);
+  static void Fill(const RowChunk::Column& made, const Column& column);
 
   std::vector<Column> columns_;
   std::size_t rows_ = 0;

@@ -225,10 +225,12 @@ TEST(RowBlockTest, HeapBytesCountTextsAndNullBitsToo) {
   EXPECT_GE(builder.Build()->HeapBytes(), texts + numbers);
 }
 
-TEST(RowBlockTest, AShortArenaTakesNothingFromTheHeap) {
-  RowChunkBuilder builder({ColumnStorage::Text});
-  builder.AddRow({"short"});
-  EXPECT_EQ(builder.Build()->HeapBytes(), sizeof(RowChunk::Column) + ValueEnds(1, 5).Bytes(1));
+TEST(RowBlockTest, ChunkIsInOnePiece) {
+  RowChunkBuilder builder({ColumnStorage::Text, ColumnStorage::Long});
+  builder.AddRow({"short", Variant::Null()});
+  const auto chunk = builder.Build();
+  EXPECT_EQ(chunk->Memory().size(), 5 + sizeof(std::uint16_t) + sizeof(std::int32_t) + sizeof(std::uint64_t));
+  EXPECT_EQ(chunk->HeapBytes(), 2 * sizeof(RowChunk::Column) + chunk->Memory().size());
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 #include "velmoria/platform/odbc/block_fetch.h"
 
 #include <algorithm>
+#include <span>
+#include <utility>
 
 #include <sql.h>
 #include <sqlext.h>
@@ -20,16 +22,17 @@ constexpr std::size_t kBlockBytes = std::size_t{4} << 20;
 
 }  // namespace
 
-BlockFetch::BlockFetch(Statement& statement, const std::vector<ColumnInfo>& columns, Overflow overflow)
-    : statement_(statement), isStream_(!statement.Scrolls()) {
-  landings_.reserve(columns.size());
+BlockFetch::BlockFetch(Statement& statement, Columns columns, Overflow overflow)
+    : statement_(statement), columns_(std::move(columns)), isStream_(!statement.Scrolls()) {
+  const DateManners& manners = statement.Dates();
+  landings_.reserve(columns_->size());
   bool canOverflow = false;
-  for (const auto& column : columns) {
-    const auto& landing = landings_.emplace_back(column, static_cast<Word>(landings_.size() + 1), statement.Dates());
+  for (const auto& column : *columns_) {
+    const auto& landing = landings_.emplace_back(column, static_cast<Word>(landings_.size() + 1), manners);
     rowBytes_ += landing.RowBytes();
     canOverflow = canOverflow || landing.CanOverflow();
   }
-  firstAlone_ = isStream_ && std::ranges::any_of(columns, &ColumnInfo::IsLong);
+  firstAlone_ = isStream_ && std::ranges::any_of(*columns_, &ColumnInfo::IsLong);
   rowByRow_ = isStream_ && overflow == Overflow::ReadRowByRow && (canOverflow || firstAlone_);
 }
 
@@ -54,18 +57,43 @@ std::shared_ptr<const RowChunk> BlockFetch::Next() {
 }
 
 void BlockFetch::Prepare(std::size_t rows) {
-  for (auto& landing : landings_) landing.Begin(rows);
+  if (rows != capacity_) MakeRoom(rows);
+  for (auto& landing : landings_) landing.Begin();
   if (rowByRow_) return;
   SetArraySize(rows);
-  if (rows != capacity_) {
-    status_.assign(rows, SQL_ROW_SUCCESS);
-    statement_.SetPointer(SQL_ATTR_ROW_STATUS_PTR, status_.data());
-    if (capacity_ == 0) statement_.SetPointer(SQL_ATTR_ROWS_FETCHED_PTR, &fetched_);
-    capacity_ = rows;
+  if (!isBound_) Bind();
+}
+
+void BlockFetch::MakeRoom(std::size_t rows) {
+  std::size_t bytes = rows * sizeof(Word);
+  for (const auto& landing : landings_) bytes += landing.Bytes(rows);
+  memory_ = std::make_unique_for_overwrite<std::byte[]>(bytes);
+  std::byte* place = memory_.get();
+  for (auto& landing : landings_) {
+    landing.LandIn(place, rows);
+    place += landing.Bytes(rows);
   }
+  status_ = reinterpret_cast<Word*>(place);
+  std::fill_n(status_, rows, Word{SQL_ROW_SUCCESS});
+  capacity_ = rows;
+  isBound_ = false;
+}
+
+void BlockFetch::Bind() {
+  statement_.SetPointer(SQL_ATTR_ROW_STATUS_PTR, status_);
+  if (rowsBefore_ == 0) statement_.SetPointer(SQL_ATTR_ROWS_FETCHED_PTR, &fetched_);
   for (auto& landing : landings_) {
     if (landing.IsFetched()) landing.Bind(statement_);
   }
+  isBound_ = true;
+}
+
+/// The cursor then goes to single rows, and their columns are asked for one by one.
+void BlockFetch::Unbind() {
+  statement_.UnbindColumns();
+  isBound_ = false;
+  SetArraySize(1);
+  repositioned_ = true;
 }
 
 void BlockFetch::SetArraySize(std::size_t rows) {
@@ -87,9 +115,13 @@ std::size_t BlockFetch::FetchBlock() {
   const Code code = statement_.Calls().FetchScroll(
       statement_.Get(), repositioned_ ? SQL_FETCH_ABSOLUTE : SQL_FETCH_NEXT, static_cast<Length>(rowsBefore_ + 1));
   repositioned_ = false;
-  if (code == SQL_NO_DATA) return 0;
+  if (code == SQL_NO_DATA) {
+    statement_.NoteEnd();
+    return 0;
+  }
   statement_.Check(code);
   const std::size_t rows = std::min<std::size_t>(fetched_, capacity_);
+  if (code == SQL_SUCCESS && rows < capacity_) statement_.NoteEnd();
   const bool informed = code == SQL_SUCCESS_WITH_INFO;
   if (informed) RefuseFailedRows();
   for (auto& landing : landings_) landing.RefuseMisread(statement_, rows);
@@ -100,15 +132,13 @@ std::size_t BlockFetch::FetchBlock() {
 
 // A block with a row that could not be converted is a success with information.
 void BlockFetch::RefuseFailedRows() const {
-  const auto end = status_.begin() + static_cast<std::ptrdiff_t>(std::min<std::size_t>(fetched_, capacity_));
-  if (std::find(status_.begin(), end, Word{SQL_ROW_ERROR}) != end) statement_.Check(SQL_ERROR);
+  const std::span statuses(status_, std::min<std::size_t>(fetched_, capacity_));
+  if (std::ranges::find(statuses, Word{SQL_ROW_ERROR}) != statuses.end()) statement_.Check(SQL_ERROR);
 }
 
 void BlockFetch::CompleteLongValues(std::size_t rows, bool informed) {
   if (isStream_) throw ValueCut{};
-  statement_.UnbindColumns();
-  SetArraySize(1);
-  repositioned_ = true;
+  Unbind();
   for (std::size_t row = 0; row < rows; ++row) {
     bool there = false;
     for (auto& landing : landings_) {
@@ -129,9 +159,7 @@ Variant BlockFetch::ReadLong(std::size_t row, Word column, bool isText) {
     const bool isThere = row == 1 && rowsBefore_ == 1 && !ended_;
     if (!isThere) throw Error(rdErrForwardOnly, "A forward-only result cannot go back.");
   } else {
-    statement_.UnbindColumns();
-    SetArraySize(1);
-    repositioned_ = true;
+    Unbind();
     const auto place = static_cast<Length>(row);
     statement_.Check(statement_.Calls().FetchScroll(statement_.Get(), SQL_FETCH_ABSOLUTE, place));
   }
@@ -141,7 +169,10 @@ Variant BlockFetch::ReadLong(std::size_t row, Word column, bool isText) {
 std::size_t BlockFetch::FetchRows(std::size_t rows) {
   for (std::size_t row = 0; row < rows; ++row) {
     const Code code = statement_.Calls().Fetch(statement_.Get());
-    if (code == SQL_NO_DATA) return row;
+    if (code == SQL_NO_DATA) {
+      statement_.NoteEnd();
+      return row;
+    }
     statement_.Check(code);
     for (auto& landing : landings_) {
       if (landing.IsFetched()) landing.Read(statement_, row);
@@ -153,8 +184,10 @@ std::size_t BlockFetch::FetchRows(std::size_t rows) {
 std::shared_ptr<const RowChunk> BlockFetch::MakeChunk(std::size_t rows) {
   std::vector<RowChunk::Column> columns;
   columns.reserve(landings_.size());
-  for (auto& landing : landings_) columns.push_back(landing.Finish(rows));
-  return std::make_shared<const RowChunk>(std::move(columns), rows);
+  for (auto& landing : landings_) columns.push_back(landing.Describe(rows));
+  auto chunk = std::make_shared<RowChunk>(std::move(columns), rows);
+  for (std::size_t place = 0; place < landings_.size(); ++place) landings_[place].Fill(chunk->Data(place), rows);
+  return chunk;
 }
 
 }  // namespace velmoria::odbc

@@ -29,7 +29,7 @@ class BlockFetch {
 
   /// The statement has to outlive the use of this. It writes into this from the first Next until Release or its end,
   /// whichever comes first.
-  BlockFetch(Statement& statement, const std::vector<ColumnInfo>& columns, Overflow overflow = Overflow::ReadRowByRow);
+  BlockFetch(Statement& statement, Columns columns, Overflow overflow = Overflow::ReadRowByRow);
   BlockFetch(const BlockFetch&) = delete;
   BlockFetch& operator=(const BlockFetch&) = delete;
 
@@ -48,6 +48,9 @@ class BlockFetch {
  private:
   std::size_t RowsOfBlock() const noexcept;
   void Prepare(std::size_t rows);
+  void MakeRoom(std::size_t rows);
+  void Bind();
+  void Unbind();
   void SetArraySize(std::size_t rows);
   std::size_t FetchBlock();
   std::size_t FetchRows(std::size_t rows);
@@ -56,18 +59,21 @@ class BlockFetch {
   std::shared_ptr<const RowChunk> MakeChunk(std::size_t rows);
 
   Statement& statement_;
-  std::vector<Landing> landings_;
+  Columns columns_;
+  std::vector<Landing> landings_;  // over columns_ and memory_
   std::size_t rowBytes_ = 0;
   bool isStream_ = false;
   bool rowByRow_ = false;
   bool firstAlone_ = false;    // the first row is fetched by itself, so that its long columns can be read
   bool repositioned_ = false;  // the cursor stands on a single row, not on the block
   bool ended_ = false;
+  bool isBound_ = false;
+  std::unique_ptr<std::byte[]> memory_;
   std::size_t capacity_ = 0;   // rows that the landings hold
   std::size_t arraySize_ = 0;  // rows that the driver is told to fetch
   std::size_t rowsBefore_ = 0;
   ULength fetched_ = 0;
-  std::vector<Word> status_;
+  Word* status_ = nullptr;  // of each row, in memory_
 };
 
 }  // namespace velmoria::odbc

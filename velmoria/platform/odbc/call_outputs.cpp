@@ -1,5 +1,6 @@
 #include "velmoria/platform/odbc/call_outputs.h"
 
+#include <memory>
 #include <utility>
 
 #include <sql.h>
@@ -15,11 +16,11 @@ namespace {
 Variant ReadValue(Statement& statement, const ColumnInfo& column, Word number) {
   if (column.IsLong) return ReadLongValue(statement, number, column.Type == rdTypeLONGVARCHAR);
   Landing landing(column, number, statement.Dates());
-  landing.Begin(1);
+  const auto memory = std::make_unique_for_overwrite<std::byte[]>(landing.Bytes(1));
+  landing.LandIn(memory.get(), 1);
+  landing.Begin();
   landing.Read(statement, 0);
-  std::vector<RowChunk::Column> columns;
-  columns.push_back(landing.Finish(1));
-  return RowChunk(std::move(columns), 1).Value(0, 0);
+  return landing.Value();
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstring>
 #include <limits>
 
@@ -11,11 +10,11 @@
 
 #include "velmoria/platform/odbc/date_values.h"
 #include "velmoria/platform/odbc/raw_values.h"
+#include "velmoria/platform/odbc/whole_value.h"
 #include "velmoria/platform/rdo/constants.h"
 #include "velmoria/runtime/date.h"
 #include "velmoria/runtime/decimal.h"
 #include "velmoria/runtime/error.h"
-#include "velmoria/runtime/text.h"
 
 namespace velmoria::odbc {
 namespace {
@@ -30,27 +29,40 @@ constexpr std::size_t kFirstPiece = 16384;
 struct Way {
   ColumnStorage Storage;
   Small CType;
-  bool Direct;
+  bool Plain;  // lands as it stands in the chunk
   std::size_t SlotWidth;
 };
 
-// The narrow numbers land one size wider, because some drivers cut what does not fit without a word.
+// In the order of ColumnStorage. The narrow numbers land one size wider, because some drivers cut what does not fit
+// without a word.
 constexpr std::array kWays = {
     Way{ColumnStorage::Integer, SQL_C_SLONG, false, 4},
     Way{ColumnStorage::Long, SQL_C_SBIGINT, false, 8},
     Way{ColumnStorage::BigInteger, SQL_C_SBIGINT, true, 8},
     Way{ColumnStorage::Single, SQL_C_FLOAT, true, 4},
     Way{ColumnStorage::Double, SQL_C_DOUBLE, true, 8},
-    Way{ColumnStorage::Byte, SQL_C_SSHORT, false, 2},
-    Way{ColumnStorage::Boolean, SQL_C_BIT, true, 1},
+    Way{ColumnStorage::Currency, SQL_C_CHAR, false, 0},  // of no column of a driver
     Way{ColumnStorage::Decimal, SQL_C_CHAR, false, kNumberText},
     Way{ColumnStorage::Date, SQL_C_TYPE_TIMESTAMP, false, sizeof(SQL_TIMESTAMP_STRUCT)},
-    Way{ColumnStorage::Text, SQL_C_CHAR, false, 0},
+    Way{ColumnStorage::Boolean, SQL_C_BIT, true, 1},
+    Way{ColumnStorage::Byte, SQL_C_SSHORT, false, 2},
+    Way{ColumnStorage::Text, SQL_C_CHAR, false, 0},   // as wide as the column's
+    Way{ColumnStorage::Bytes, SQL_C_CHAR, false, 0},  // of no column of a driver
     Way{ColumnStorage::Placeholder, SQL_C_CHAR, false, 0},
 };
 
-const Way& WayOf(ColumnStorage storage) {
-  return *std::find_if(kWays.begin(), kWays.end() - 1, [&](const Way& way) { return way.Storage == storage; });
+constexpr bool AreInOrder() {
+  for (std::size_t place = 0; place < kWays.size(); ++place) {
+    if (static_cast<std::size_t>(kWays[place].Storage) != place) return false;
+  }
+  return true;
+}
+static_assert(AreInOrder());
+
+constexpr const Way& WayOf(ColumnStorage storage) { return kWays[static_cast<std::size_t>(storage)]; }
+
+constexpr std::size_t Aligned(std::size_t bytes) {
+  return (bytes + sizeof(Length) - 1) / sizeof(Length) * sizeof(Length);
 }
 
 std::size_t TextWidth(std::int32_t characters) {
@@ -65,23 +77,16 @@ To Narrowed(From number) {
   return static_cast<To>(number);
 }
 
-std::int64_t WholeOf(const Variant& value) {
-  const std::string text = value.AsDecimal().AsText();
-  std::int64_t number = 0;
-  const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (failure != std::errc() || end != text.data() + text.size()) Fail(RuntimeFailure::Overflow);
-  return number;
-}
-
 }  // namespace
 
 Landing::Landing(const ColumnInfo& info, Word number, const DateManners& manners)
-    : name_(info.Name), number_(number), storage_(info.Storage), cType_(WayOf(storage_).CType) {
-  const Way& way = WayOf(storage_);
-  direct_ = way.Direct;
-  slotWidth_ = way.SlotWidth;
-  if (storage_ == ColumnStorage::Text) slotWidth_ = TextWidth(info.Size);
-  if (storage_ != ColumnStorage::Date) return;
+    : info_(&info),
+      number_(number),
+      cType_(WayOf(info.Storage).CType),
+      isPlain_(WayOf(info.Storage).Plain),
+      slotWidth_(WayOf(info.Storage).SlotWidth) {
+  if (info.Storage == ColumnStorage::Text) slotWidth_ = TextWidth(info.Size);
+  if (info.Storage != ColumnStorage::Date) return;
   const bool isTime = info.Type == rdTypeTIME;
   if (isTime ? manners.TimesAsText : manners.DatesAsText) {
     LandAsText();
@@ -93,87 +98,40 @@ Landing::Landing(const ColumnInfo& info, Word number, const DateManners& manners
   }
 }
 
-bool Landing::IsDateText() const noexcept { return storage_ == ColumnStorage::Date && cType_ == SQL_C_CHAR; }
+void Landing::LandAsText() noexcept {
+  cType_ = SQL_C_CHAR;
+  isPlain_ = false;
+  slotWidth_ = kNumberText;
+}
+
+bool Landing::IsDateText() const noexcept { return info_->Storage == ColumnStorage::Date && cType_ == SQL_C_CHAR; }
 
 // A text that is longer than its slot is no date.
 bool Landing::CanOverflow() const noexcept { return IsFetched() && cType_ == SQL_C_CHAR && !IsDateText(); }
 
-void Landing::Begin(std::size_t rows) {
-  whole_.clear();
-  if (!IsFetched()) return;
-  if (rows != rows_) {
-    indicators_ = std::make_unique_for_overwrite<Length[]>(rows);
-    if (!direct_) slots_ = std::make_unique_for_overwrite<std::byte[]>(rows * slotWidth_);
-    rows_ = rows;
-  }
-  if (direct_) values_ = std::make_unique_for_overwrite<std::byte[]>(rows * slotWidth_);
-  if (doubts_) doubts_->Begin(slots_.get(), rows);
+std::size_t Landing::Bytes(std::size_t rows) const noexcept {
+  return IsFetched() ? rows * sizeof(Length) + Aligned(rows * slotWidth_) : 0;
+}
+
+void Landing::LandIn(std::byte* memory, std::size_t rows) noexcept {
+  indicators_ = reinterpret_cast<Length*>(memory);
+  slots_ = memory + rows * sizeof(Length);
+  rows_ = rows;
+}
+
+void Landing::Begin() {
+  if (!whole_.empty()) whole_.clear();
+  if (doubts_) doubts_->Begin(slots_, rows_);
 }
 
 void Landing::Bind(Statement& statement) {
-  statement.Check(statement.Calls().BindCol(statement.Get(), number_, cType_, Buffer(), static_cast<Length>(slotWidth_),
-                                            indicators_.get()));
-}
-
-void Landing::BindOutput(Statement& statement, Word number, Small direction, Small type, ULength size, Small digits,
-                         const Variant& given) {
-  // A parameter is given once: what the driver may misread is not looked at again.
-  const DateManners& manners = statement.Dates();
-  const bool misreads = manners.DatesAsText || manners.TimesAsText || manners.Dates != Misreading::None;
-  if (IsWhole() || (storage_ == ColumnStorage::Date && misreads)) LandAsText();
-  Begin(1);
-  indicators_[0] = SQL_NULL_DATA;
-  if (given.IsGiven() && !given.IsNull()) indicators_[0] = Put(given, type);
-  statement.Check(statement.Calls().BindParameter(statement.Get(), number, direction, cType_, type, size, digits,
-                                                  Buffer(), static_cast<Length>(slotWidth_), indicators_.get()));
-}
-
-bool Landing::IsWhole() const noexcept {
-  return storage_ == ColumnStorage::Integer || storage_ == ColumnStorage::Long || storage_ == ColumnStorage::Byte ||
-         storage_ == ColumnStorage::BigInteger;
-}
-
-// A driver that has given rows before it may put the digits where it was asked for the number.
-void Landing::LandAsText() {
-  cType_ = SQL_C_CHAR;
-  direct_ = false;
-  slotWidth_ = kNumberText;
-}
-
-std::string Landing::OutputText(const Variant& value, Small type) const {
-  switch (storage_) {
-    case ColumnStorage::Byte: return NumberText(static_cast<long long>(value.AsByte()));
-    case ColumnStorage::Integer: return NumberText(static_cast<long long>(value.AsInteger()));
-    case ColumnStorage::Long:
-    case ColumnStorage::BigInteger: return NumberText(static_cast<long long>(WholeOf(value)));
-    case ColumnStorage::Date: return DateText(value.AsDate(), type);
-    default: return value.AsText();
-  }
-}
-
-Length Landing::Put(const Variant& value, Small type) {
-  switch (cType_) {
-    case SQL_C_FLOAT: return Store(Buffer(), value.AsSingle());
-    case SQL_C_DOUBLE: return Store(Buffer(), value.AsDouble());
-    case SQL_C_BIT: return Store(Buffer(), static_cast<unsigned char>(value.AsBoolean() ? 1 : 0));
-    case SQL_C_TYPE_TIME:
-    case SQL_C_TYPE_TIMESTAMP: return StoreDate(Buffer(), cType_, value.AsDate());
-    default: break;
-  }
-  const std::string text = OutputText(value, type);
-  if (text.size() >= slotWidth_) Fail(RuntimeFailure::Overflow);
-  std::memcpy(Buffer(), text.c_str(), text.size() + 1);
-  return static_cast<Length>(text.size());
-}
-
-RowChunk::Column Landing::FinishOutput() {
-  if (IsCut(0, true)) { Fail(RuntimeFailure::Overflow, "The value of the parameter '" + name_ + "' is too long."); }
-  return Finish(1);
+  statement.Check(statement.Calls().BindCol(statement.Get(), number_, cType_, slots_, static_cast<Length>(slotWidth_),
+                                            indicators_));
 }
 
 void Landing::Read(Statement& statement, std::size_t row) {
   Length& indicator = indicators_[row];
-  const Code code = statement.Calls().GetData(statement.Get(), number_, cType_, Buffer() + row * slotWidth_,
+  const Code code = statement.Calls().GetData(statement.Get(), number_, cType_, slots_ + row * slotWidth_,
                                               static_cast<Length>(slotWidth_), &indicator);
   statement.Check(code);
   if (IsCut(row, code == SQL_SUCCESS_WITH_INFO)) ReadRest(statement, row);
@@ -189,14 +147,14 @@ void Landing::RefuseMisread(Statement& statement, std::size_t rows) {
 }
 
 void Landing::RefuseMisread(Statement& statement, std::size_t row, std::size_t place) {
-  if (!doubts_->IsMisread(statement, number_, place, slots_.get() + row * slotWidth_, IsNull(row))) return;
+  if (!doubts_->IsMisread(statement, number_, place, slots_ + row * slotWidth_, IsNull(row))) return;
   Fail(RuntimeFailure::InvalidArgument, RuntimeFailureText(RuntimeFailure::InvalidArgument) + InColumn());
 }
 
 // The slot holds the beginning, without the zero that ends it; the driver goes on where it stopped.
 void Landing::ReadRest(Statement& statement, std::size_t row) {
   std::string& text = whole_[row];
-  const auto* const slot = reinterpret_cast<const char*>(slots_.get() + row * slotWidth_);
+  const auto* const slot = reinterpret_cast<const char*>(slots_ + row * slotWidth_);
   text.assign(slot, slotWidth_ - 1);
   for (std::size_t piece = kFirstPiece;; piece *= 2) {
     const std::size_t before = text.size();
@@ -231,7 +189,7 @@ bool Landing::HasCut(std::size_t rows, bool informed) const noexcept {
 }
 
 std::string_view Landing::SlotAt(std::size_t row) const noexcept {
-  return {reinterpret_cast<const char*>(slots_.get() + row * slotWidth_), static_cast<std::size_t>(indicators_[row])};
+  return {reinterpret_cast<const char*>(slots_ + row * slotWidth_), static_cast<std::size_t>(indicators_[row])};
 }
 
 std::string_view Landing::TextAt(std::size_t row) const {
@@ -241,8 +199,7 @@ std::string_view Landing::TextAt(std::size_t row) const {
 }
 
 template <class T, class Conversion>
-void Landing::Convert(RowChunk::Column& column, std::size_t rows, Conversion convert) const {
-  column.Values = std::make_unique_for_overwrite<std::byte[]>(rows * sizeof(T));
+void Landing::Convert(const RowChunk::Column& column, std::size_t rows, Conversion convert) const {
   for (std::size_t row = 0; row < rows; ++row) {
     T value{};
     if (!IsNull(row)) {
@@ -250,13 +207,13 @@ void Landing::Convert(RowChunk::Column& column, std::size_t rows, Conversion con
         value = convert(row);
       } catch (const Error& error) { throw Error(error.Number(), error.Description() + InColumn()); }
     }
-    std::memcpy(column.Values.get() + row * sizeof(T), &value, sizeof(T));
+    std::memcpy(column.Values + row * sizeof(T), &value, sizeof(T));
   }
 }
 
 template <class From>
 From Landing::Slot(std::size_t row) const {
-  return Load<From>(slots_.get() + row * slotWidth_);
+  return Load<From>(slots_ + row * slotWidth_);
 }
 
 template <class From>
@@ -264,24 +221,37 @@ std::int64_t Landing::Whole(std::size_t row) const {
   return cType_ == SQL_C_CHAR ? WholeOf(Variant(std::string(TextAt(row)))) : Slot<From>(row);
 }
 
-RowChunk::Column Landing::Finish(std::size_t rows) {
-  RowChunk::Column column;
-  column.Storage = storage_;
+RowChunk::Column Landing::Describe(std::size_t rows) {
+  RowChunk::Column column{.Storage = info_->Storage};
   if (!IsFetched()) return column;
   if (IsDateText()) TakeEmptyAsNull(rows);
-  MarkNulls(column, rows);
-  if (direct_) {
-    KeepFixed(column, rows);
-  } else if (storage_ == ColumnStorage::Text) {
-    FinishText(column, rows);
-  } else {
-    FinishConverted(column, rows);
-  }
+  column.HasNulls = std::find(indicators_, indicators_ + rows, Length{SQL_NULL_DATA}) != indicators_ + rows;
+  if (column.Storage == ColumnStorage::Text) column.Bytes = static_cast<std::uint32_t>(BytesOfTexts(rows));
   return column;
 }
 
-void Landing::FinishConverted(RowChunk::Column& column, std::size_t rows) const {
-  switch (storage_) {
+void Landing::Fill(const RowChunk::Column& column, std::size_t rows) const {
+  if (!IsFetched()) return;
+  for (std::size_t row = 0; column.HasNulls && row < rows; ++row) {
+    column.NullBits[row / 64] |= std::uint64_t{IsNull(row)} << (row % 64);
+  }
+  if (isPlain_) {
+    std::memcpy(column.Values, slots_, rows * slotWidth_);
+  } else if (column.Storage == ColumnStorage::Text) {
+    FillTexts(column, rows);
+  } else {
+    FillConverted(column, rows);
+  }
+}
+
+Variant Landing::Value() {
+  RowChunk chunk({Describe(1)}, 1);
+  Fill(chunk.Data(0), 1);
+  return chunk.Value(0, 0);
+}
+
+void Landing::FillConverted(const RowChunk::Column& column, std::size_t rows) const {
+  switch (column.Storage) {
     case ColumnStorage::Integer:
       return Convert<std::int16_t>(column, rows,
                                    [this](auto row) { return Narrowed<std::int16_t>(Whole<std::int32_t>(row)); });
@@ -300,7 +270,7 @@ void Landing::FinishConverted(RowChunk::Column& column, std::size_t rows) const 
 }
 
 velmoria::Date Landing::DateAt(std::size_t row) const {
-  if (!IsDateText()) return LoadDate(slots_.get() + row * slotWidth_, cType_);
+  if (!IsDateText()) return LoadDate(slots_ + row * slotWidth_, cType_);
   // A length that the driver does not know is below 0, and one that fills the slot may have been cut.
   if (static_cast<std::size_t>(indicators_[row]) >= slotWidth_ - 1) Fail(RuntimeFailure::InvalidArgument);
   return ReadDateText(SlotAt(row));
@@ -308,45 +278,25 @@ velmoria::Date Landing::DateAt(std::size_t row) const {
 
 // An empty text is no date at all.
 void Landing::TakeEmptyAsNull(std::size_t rows) noexcept {
-  std::replace(indicators_.get(), indicators_.get() + rows, Length{0}, Length{SQL_NULL_DATA});
+  std::replace(indicators_, indicators_ + rows, Length{0}, Length{SQL_NULL_DATA});
 }
 
-std::string Landing::InColumn() const { return " in the column '" + name_ + "'"; }
-
-void Landing::KeepFixed(RowChunk::Column& column, std::size_t rows) {
-  column.Values = std::move(values_);
-  if (rows == rows_) return;
-  auto fitting = std::make_unique_for_overwrite<std::byte[]>(rows * slotWidth_);
-  std::memcpy(fitting.get(), column.Values.get(), rows * slotWidth_);
-  column.Values = std::move(fitting);
-}
+std::string Landing::InColumn() const { return " in the column '" + info_->Name + "'"; }
 
 std::size_t Landing::BytesOfTexts(std::size_t rows) const {
   std::size_t total = 0;
   for (std::size_t row = 0; row < rows; ++row)
     total += whole_.empty() ? (IsNull(row) ? 0 : static_cast<std::size_t>(indicators_[row])) : TextAt(row).size();
   if (total <= ValueEnds::kMostBytes) return total;
-  Fail(RuntimeFailure::Overflow, "The texts of the column '" + name_ + "' are too long to be read together.");
+  Fail(RuntimeFailure::Overflow, "The texts of the column '" + info_->Name + "' are too long to be read together.");
 }
 
-void Landing::FinishText(RowChunk::Column& column, std::size_t rows) const {
-  column.Arena.resize(BytesOfTexts(rows));
-  column.Ends = ValueEnds(rows, column.Arena.size());
+void Landing::FillTexts(const RowChunk::Column& column, std::size_t rows) const {
   std::size_t end = 0;
   for (std::size_t row = 0; row < rows; ++row) {
     const std::string_view text = !whole_.empty() ? TextAt(row) : IsNull(row) ? std::string_view() : SlotAt(row);
-    if (!text.empty()) std::memcpy(column.Arena.data() + end, text.data(), text.size());
+    if (!text.empty()) std::memcpy(column.Values + end, text.data(), text.size());
     column.Ends.Set(row, end += text.size());
-  }
-}
-
-void Landing::MarkNulls(RowChunk::Column& column, std::size_t rows) const {
-  std::size_t nulls = 0;
-  for (std::size_t row = 0; row < rows; ++row) nulls += IsNull(row) ? 1U : 0U;
-  if (nulls == 0) return;
-  column.NullBits = std::make_unique<std::uint64_t[]>((rows + 63) / 64);
-  for (std::size_t row = 0; row < rows; ++row) {
-    column.NullBits[row / 64] |= std::uint64_t{IsNull(row)} << (row % 64);
   }
 }
 

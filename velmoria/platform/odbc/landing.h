@@ -1,10 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <memory>
 #include <string>
-#include <unordered_map>
-#include <vector>
+#include <string_view>
 
 #include "velmoria/platform/odbc/columns.h"
 #include "velmoria/platform/odbc/date_doubts.h"
@@ -14,20 +14,27 @@
 
 namespace velmoria::odbc {
 
-/// Where the values of one column land in a fetch, and how they become a column of a chunk.
+/// Where the values of one column land in a fetch, and how they become a column of a chunk. The description, and the
+/// memory that they land in, belong to the one who fetches and have to outlive this.
 class Landing {
  public:
-  Landing(const ColumnInfo& info, Word number, const DateManners& manners = {});
+  Landing(const ColumnInfo& info, Word number, const DateManners& manners);
+  /// Asks the driver for the text of every value; ahead of LandIn.
+  void LandAsText() noexcept;
 
   /// Bytes that a row takes in the buffers of the fetch.
   std::size_t RowBytes() const noexcept { return slotWidth_ + sizeof(Length); }
   /// Whether a value can be longer than its slot.
   bool CanOverflow() const noexcept;
   /// A long column is not fetched, and has no buffers.
-  bool IsFetched() const noexcept { return storage_ != ColumnStorage::Placeholder; }
+  bool IsFetched() const noexcept { return info_->Storage != ColumnStorage::Placeholder; }
 
-  /// Makes room for the rows of a new chunk; the buffers of the one before are used again where they can be.
-  void Begin(std::size_t rows);
+  /// What so many rows take in memory, up to where another landing can follow.
+  std::size_t Bytes(std::size_t rows) const noexcept;
+  /// The rows land in so much memory, aligned for any value, from here on.
+  void LandIn(std::byte* memory, std::size_t rows) noexcept;
+  /// Readies it for the rows of a new chunk.
+  void Begin();
   void Bind(Statement& statement);
   /// Reads the value of the cursor's row, whatever its length, for the given row of the chunk.
   void Read(Statement& statement, std::size_t row);
@@ -37,54 +44,51 @@ class Landing {
   bool IsCut(std::size_t row, bool informed) const noexcept;
   /// Whether any of the first `rows` values did not fit.
   bool HasCut(std::size_t rows, bool informed) const noexcept;
-  /// Binds the one row of this as an output parameter; a value that is given is there before the execution. Raises what
-  /// its conversion raises.
-  void BindOutput(Statement& statement, Word number, Small direction, Small type, ULength size, Small digits,
-                  const Variant& given);
-  /// The output parameter's value as a column of one row. Raises 6 for one that did not fit.
-  RowChunk::Column FinishOutput();
-  /// The chunk's column, made of the first `rows` rows.
-  RowChunk::Column Finish(std::size_t rows);
+
+  /// The chunk's column of the first `rows` rows, as far as it tells what room they take. Raises 6 for texts that are
+  /// too long together.
+  RowChunk::Column Describe(std::size_t rows);
+  /// Writes the rows into the column that the chunk made of it. Raises what their conversion raises.
+  void Fill(const RowChunk::Column& column, std::size_t rows) const;
+  /// The value of the first row.
+  Variant Value();
+
+  /// Where the driver puts what it gives, row by row.
+  Small CType() const noexcept { return cType_; }
+  std::size_t SlotWidth() const noexcept { return slotWidth_; }
+  std::byte* Slots() const noexcept { return slots_; }
+  Length* Indicators() const noexcept { return indicators_; }
 
  private:
-  std::byte* Buffer() const noexcept { return direct_ ? values_.get() : slots_.get(); }
   bool IsNull(std::size_t row) const noexcept;
   std::string_view TextAt(std::size_t row) const;
   std::string_view SlotAt(std::size_t row) const noexcept;
-  bool IsWhole() const noexcept;
-  void LandAsText();
   bool IsDateText() const noexcept;
   void RefuseMisread(Statement& statement, std::size_t row, std::size_t place);
-  std::string OutputText(const Variant& value, Small type) const;
-  Length Put(const Variant& value, Small type);
   void ReadRest(Statement& statement, std::size_t row);
   void TakeEmptyAsNull(std::size_t rows) noexcept;
   velmoria::Date DateAt(std::size_t row) const;
   std::string InColumn() const;
-  void KeepFixed(RowChunk::Column& column, std::size_t rows);
   std::size_t BytesOfTexts(std::size_t rows) const;
-  void FinishText(RowChunk::Column& column, std::size_t rows) const;
-  void FinishConverted(RowChunk::Column& column, std::size_t rows) const;
+  void FillTexts(const RowChunk::Column& column, std::size_t rows) const;
+  void FillConverted(const RowChunk::Column& column, std::size_t rows) const;
   template <class T, class Conversion>
-  void Convert(RowChunk::Column& column, std::size_t rows, Conversion convert) const;
+  void Convert(const RowChunk::Column& column, std::size_t rows, Conversion convert) const;
   template <class From>
   From Slot(std::size_t row) const;
   template <class From>
   std::int64_t Whole(std::size_t row) const;
-  void MarkNulls(RowChunk::Column& column, std::size_t rows) const;
 
-  std::string name_;
+  const ColumnInfo* info_;
   Word number_;
-  ColumnStorage storage_;
   Small cType_;
-  bool direct_ = false;  // lands in the chunk's own buffer
-  std::size_t slotWidth_ = 0;
+  bool isPlain_;  // lands as it stands in the chunk
+  std::size_t slotWidth_;
   std::size_t rows_ = 0;
-  std::unique_ptr<std::byte[]> slots_;
-  std::unique_ptr<std::byte[]> values_;
-  std::unique_ptr<Length[]> indicators_;
-  std::unordered_map<std::size_t, std::string> whole_;  // the values that did not fit, by row
-  std::unique_ptr<DateDoubts> doubts_;                  // of a driver that misreads
+  std::byte* slots_ = nullptr;
+  Length* indicators_ = nullptr;
+  std::map<std::size_t, std::string> whole_;  // the values that did not fit, by row
+  std::unique_ptr<DateDoubts> doubts_;        // of a driver that misreads
 };
 
 }  // namespace velmoria::odbc

@@ -10,8 +10,8 @@
 #include <sqlext.h>
 
 #include "velmoria/platform/odbc/date_values.h"
-#include "velmoria/platform/odbc/landing.h"
 #include "velmoria/platform/odbc/output_buffer.h"
+#include "velmoria/platform/odbc/output_landing.h"
 #include "velmoria/platform/odbc/raw_values.h"
 #include "velmoria/platform/rdo/constants.h"
 #include "velmoria/runtime/error.h"
@@ -29,7 +29,7 @@ struct ParameterValues::Slot {
   Variant Given{};       // a text or bytes, which the driver reads in place; of an output what it takes
   Small Direction = SQL_PARAM_INPUT;
   // Of an output, instead of the values above: one of these.
-  std::unique_ptr<Landing> Output{};
+  std::unique_ptr<OutputLanding> Output{};
   std::unique_ptr<OutputBuffer> Buffer{};
   ColumnStorage Storage = ColumnStorage::Text;  // how the output is held
 };
@@ -42,8 +42,6 @@ constexpr Small kMillisecondDigits = 3;
 constexpr ULength kTimestampSize = 23;  // yyyy-mm-dd hh:mm:ss.fff
 constexpr ULength kDateSize = 10;
 constexpr ULength kTimeSize = 8;
-constexpr std::int32_t kOutputDigits = 28;
-constexpr Small kOutputDecimals = 6;
 
 struct FixedKind {
   VarType Value;
@@ -183,14 +181,7 @@ void ParameterValues::AddOutput(const OutputParameter& parameter, const Variant*
     slot.Buffer = std::make_unique<OutputBuffer>(info, outputsComeAsRow_);
     return;
   }
-  if (info.Size <= 0) {
-    info.Size = kOutputDigits;
-    if (info.Storage == ColumnStorage::Decimal) info.Digits = kOutputDecimals;
-  }
-  slot.Type = DriverType(info.Type);
-  slot.Size = static_cast<ULength>(info.Size);
-  slot.Digits = info.Digits;
-  slot.Output = std::make_unique<Landing>(info, Word{0});
+  slot.Output = std::make_unique<OutputLanding>(info, DriverType(info.Type));
 }
 
 std::size_t ParameterValues::Count() const noexcept { return slots_.size(); }
@@ -199,10 +190,7 @@ bool ParameterValues::IsOutput(std::size_t place) const { return slots_[place].D
 
 Variant ParameterValues::Output(std::size_t place) {
   Slot& slot = slots_[place];
-  if (slot.Buffer) return slot.Buffer->Value();
-  std::vector<RowChunk::Column> columns;
-  columns.push_back(slot.Output->FinishOutput());
-  return RowChunk(std::move(columns), 1).Value(0, 0);
+  return slot.Buffer ? slot.Buffer->Value() : slot.Output->Value();
 }
 
 Variant ParameterValues::Output(std::size_t place, const Variant& value) const {
@@ -259,7 +247,7 @@ void ParameterValues::BindTo(Statement& statement) {
       continue;
     }
     if (slot.Output) {
-      slot.Output->BindOutput(statement, ++number, slot.Direction, slot.Type, slot.Size, slot.Digits, slot.Given);
+      slot.Output->Bind(statement, ++number, slot.Direction, slot.Given);
       continue;
     }
     const auto bytes = BytesOf(slot);

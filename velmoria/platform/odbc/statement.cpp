@@ -53,7 +53,7 @@ bool Statement::MakeLikeNew() noexcept {
   if (isSpecial_ || !UnbindParameters()) return false;
   if (!connection_->IsAnswered(Calls().FreeStmt(handle_, SQL_UNBIND))) return false;
   if (fetchesBlocks_ && !std::ranges::all_of(kBlockAttributes, unset)) return false;
-  return HasNothingLeft() && EndResult();
+  return (isAtEnd_ || HasNothingLeft()) && EndResult();
 }
 
 // The driver holds what is left of a result, and its lock of the file, behind the end of the result.
@@ -105,6 +105,7 @@ void Statement::Prepare(const std::string& text) {
 
 void Statement::Execute() {
   AwaitTurn();
+  isAtEnd_ = false;
   const Code code = Calls().Execute(Get());
   if (code != SQL_NO_DATA) Check(code);
 }
@@ -112,6 +113,7 @@ void Statement::Execute() {
 void Statement::ExecuteDirect(const std::string& text) {
   const Number length = LengthOfStatement(text);
   AwaitTurn();
+  isAtEnd_ = false;
   const Code code = Calls().ExecDirect(Get(), MutableText(text), length);
   if (code != SQL_NO_DATA) Check(code);
 }
@@ -148,6 +150,7 @@ void Statement::AwaitTurn() const {
 }
 
 bool Statement::MoreResults() {
+  isAtEnd_ = false;
   const Code code = Calls().MoreResults(Get());
   if (code == SQL_NO_DATA) return false;
   Check(code);

@@ -43,6 +43,8 @@ class Statement {
   /// Stops what runs in the background and waits for its end, which is then no failure.
   void CancelExecution() noexcept;
 
+  /// Whoever fetches tells when the driver has said that nothing is left of the result.
+  void NoteEnd() noexcept { isAtEnd_ = true; }
   /// Goes to the next result of the execution; false behind the last one, with the output parameters filled.
   bool MoreResults();
   /// Ends the result of the last execution, if there is one; false when the driver does not.
@@ -78,6 +80,7 @@ class Statement {
   Handle handle_ = nullptr;
   std::unique_ptr<Execution> execution_;
   bool fetchesBlocks_ = false;
+  bool isAtEnd_ = false;
   mutable bool isSpecial_ = false;  // something was done to it that is not taken back, or failed
 };
 

@@ -28,8 +28,8 @@ bool IsSameValue(const RowChunk& left, std::size_t leftRow, const RowChunk& righ
   }
   const std::size_t width = StorageWidth(left.Storage(column));
   if (width == 0) return left.View(column, leftRow) == right.View(column, rightRow);
-  return std::memcmp(left.Data(column).Values.get() + leftRow * width,
-                     right.Data(column).Values.get() + rightRow * width, width) == 0;
+  return std::memcmp(left.Data(column).Values + leftRow * width, right.Data(column).Values + rightRow * width, width) ==
+         0;
 }
 
 bool IsSameRow(const RowChunk& left, std::size_t leftRow, const RowChunk& right, std::size_t rightRow) {

@@ -64,7 +64,7 @@ const odbc::Columns& RdoCursor::Open() {
     } else {
       columns_ = Describe();
       const auto overflow = recipe_ ? Overflow::Tell : Overflow::ReadRowByRow;
-      fetch_ = std::make_unique<odbc::BlockFetch>(*statement_, *columns_, overflow);
+      fetch_ = std::make_unique<odbc::BlockFetch>(*statement_, columns_, overflow);
       FetchMore();
     }
   } catch (...) {
@@ -103,7 +103,7 @@ void RdoCursor::RunAgain() {
   if (odbc::DescribeColumns(*statement_, columns_) != columns_) {
     odbc::FailClosed("The columns of the result have changed.");
   }
-  fetch_ = std::make_unique<odbc::BlockFetch>(*statement_, *columns_, Overflow::ReadRowByRow);
+  fetch_ = std::make_unique<odbc::BlockFetch>(*statement_, columns_, Overflow::ReadRowByRow);
 }
 
 /// Fetches the rows that there are once more, and leaves them as they are. Blocks of the same columns are of the same

@@ -72,6 +72,26 @@ TEST_F(SpareStatementTest, OneWithRowsLeftIsNotKeptForItsDriverHoldsThem) {
   EXPECT_EQ(static_cast<int>(odbc->OpenHandles()), open + 1);
 }
 
+TEST_F(SpareStatementTest, OneThatWasReadToItsEndIsNotAskedAgain) {
+  Read();
+  EXPECT_EQ(odbc->CallsOf["Fetch"], 3);  // row by row, since a text may be longer than its slot
+  odbc->Columns = {{"Id", 4}};
+  odbc->Rows.assign(3, {"1"});
+  Read();
+  odbc->Rows.assign(8, {"1"});  // the end is met with the block behind
+  Read();
+  EXPECT_EQ(odbc->CallsOf["Fetch"], 3);
+}
+
+TEST_F(SpareStatementTest, ShortBlockThatIsNoPlainSuccessIsNotTakenForTheEnd) {
+  odbc->Rows = {{"1", "Ada"}, {"2", std::string(500, 'x')}};
+  const auto result =
+      connection->CreateQuery("", "SELECT")->OpenResultset({.Type = rdOpenForwardOnly, .Repeatable = true});
+  EXPECT_EQ(result->GetRows(9).Rows(), 2U);
+  const int rowByRow = 3;  // the second time, with the one behind the last
+  EXPECT_EQ(odbc->CallsOf["Fetch"], 1 + rowByRow);
+}
+
 TEST_F(SpareStatementTest, ResultsAreFetchedBeforeATransactionBegins) {
   odbc->Rows.assign(100, {"1", "x"});
   const auto result = connection->CreateQuery("", "SELECT")->OpenResultset({.Type = rdOpenForwardOnly});
