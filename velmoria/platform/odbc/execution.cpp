@@ -9,6 +9,7 @@
 
 #include <sql.h>
 
+#include "velmoria/platform/odbc/arguments.h"
 #include "velmoria/platform/odbc/diagnostics.h"
 
 namespace velmoria::odbc {
@@ -25,6 +26,7 @@ struct Execution::Job {
   Handle Statement;
   std::string Text;
   bool Prepared;
+  Number Length = NumberOf(Text.size());
   Code Result = 0;
   std::atomic<bool> Ended{false};
   bool Executes = false;   // the driver is in the call that runs the statement, or about to be
@@ -42,12 +44,10 @@ struct Execution::Job {
   }
 
   Code RunStatement() noexcept {
-    auto* const text = reinterpret_cast<Char*>(Text.data());
-    const auto length = static_cast<Number>(Text.size());
     if (Prepared)
-      if (const Code code = Calls->Prepare(Statement, text, length); !Succeeded(code)) return code;
+      if (const Code code = Calls->Prepare(Statement, MutableText(Text), Length); !Succeeded(code)) return code;
     if (!Begin()) return SQL_ERROR;
-    return Prepared ? Calls->Execute(Statement) : Calls->ExecDirect(Statement, text, length);
+    return Prepared ? Calls->Execute(Statement) : Calls->ExecDirect(Statement, MutableText(Text), Length);
   }
 
   bool Begin() noexcept {
@@ -79,7 +79,8 @@ void Execution::Cancel() noexcept {
   auto& job = *job_;
   std::unique_lock lock(job.Guard);
   job.Cancelled = true;
-  job.Change.wait(lock, [&] { return job.Executes || job.Ended; });
+  // What is only being prepared ends by itself unless the driver hangs.
+  job.Change.wait_for(lock, kFirstPatience, [&] { return job.Executes || job.Ended; });
   auto patience = kFirstPatience;
   while (!job.Ended) {
     lock.unlock();

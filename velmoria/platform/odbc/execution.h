@@ -22,8 +22,8 @@ class Execution {
   bool IsRunning() const noexcept;
   /// Waits for the end, and gives the code of the call that ended it.
   Code Wait() noexcept;
-  /// Asks the driver to stop once it executes, and again at growing intervals until the run has ended: a request that
-  /// comes before the driver has begun is lost.
+  /// Asks the driver to stop once it executes, or has been preparing for a while, and again at growing intervals until
+  /// the run has ended: a request that comes before the driver has begun is lost.
   void Cancel() noexcept;
 
  private:

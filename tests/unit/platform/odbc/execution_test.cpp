@@ -1,0 +1,57 @@
+#include "velmoria/platform/odbc/execution.h"
+
+#include <condition_variable>
+#include <mutex>
+
+#include <gtest/gtest.h>
+#include <sql.h>
+
+#include "tests/support/fake_odbc.h"
+#include "tests/support/forwarding_odbc.h"
+
+namespace velmoria::test {
+namespace {
+
+/// A driver that prepares until it is cancelled.
+class HangingPrepare final : public ForwardingOdbc {
+ public:
+  using ForwardingOdbc::ForwardingOdbc;
+
+  Code Prepare(Handle, Char*, Number) override {
+    std::unique_lock lock(guard_);
+    isPreparing_ = true;
+    change_.notify_all();
+    change_.wait(lock, [this] { return isCancelled_; });
+    return SQL_ERROR;
+  }
+  Code Cancel(Handle) override {
+    const std::lock_guard lock(guard_);
+    isCancelled_ = true;
+    change_.notify_all();
+    return SQL_SUCCESS;
+  }
+  void AwaitPreparing() {
+    std::unique_lock lock(guard_);
+    change_.wait(lock, [this] { return isPreparing_; });
+  }
+
+ private:
+  std::mutex guard_;
+  std::condition_variable change_;
+  bool isPreparing_ = false;
+  bool isCancelled_ = false;
+};
+
+TEST(ExecutionTest, DriverThatHangsWhileItPreparesIsAskedToStop) {
+  const auto fake = std::make_shared<FakeOdbc>();
+  const auto driver = std::make_shared<HangingPrepare>(fake);
+  odbc::Execution execution(driver, nullptr, "SELECT", true);
+  driver->AwaitPreparing();
+  execution.Cancel();
+  EXPECT_FALSE(execution.IsRunning());
+  EXPECT_EQ(execution.Wait(), SQL_ERROR);
+  EXPECT_EQ(fake->CallsOf["Execute"], 0);
+}
+
+}  // namespace
+}  // namespace velmoria::test
