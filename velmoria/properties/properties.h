@@ -213,6 +213,7 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   std::string name_;
   zEngines engine_ = engUnknown;
   mutable std::uint32_t generation_ = 0;  // of data_ when members_ was laid out
+  mutable std::int32_t lastFound_ = 0;    // the position of a plain row's member that was asked for last
   bool locked_ = false;
   bool noAdd_ = false;
   bool noRemove_ = false;

@@ -28,9 +28,9 @@ class PropertiesData final : public Object, public Reporting {
   PropertyDataPtr Find(const Variant& index, std::string_view sourceName = {}, std::string_view sourceKey = {}) const;
   /// By 1-based position; 9 when there is none.
   const PropertyDataPtr& At(std::int32_t position) const { return items_.At(static_cast<std::size_t>(position)); }
-  /// The 1-based position of an index, 0 when there is none.
-  std::int32_t PositionOf(const Variant& index) const noexcept {
-    return static_cast<std::int32_t>(items_.PositionOf(index));
+  /// The 1-based position of an index, 0 when there is none; a name is looked for at `guess`, any number, first.
+  std::int32_t PositionOf(const Variant& index, std::int32_t guess = 0) const noexcept {
+    return static_cast<std::int32_t>(items_.PositionOf(index, static_cast<std::size_t>(guess)));
   }
   KeyedList<PropertyDataPtr>::Iterator begin() const noexcept { return items_.begin(); }
   KeyedList<PropertyDataPtr>::Iterator end() const noexcept { return items_.end(); }

@@ -93,7 +93,11 @@ const PropertyPtr& Properties::Iterator::operator*() const { return owner_->Memb
 
 std::int32_t Properties::PositionOf(const Variant& index) const {
   LoadItems();
-  return items_ ? static_cast<std::int32_t>(items_->List.PositionOf(index)) : data_->PositionOf(index);
+  if (items_) return static_cast<std::int32_t>(items_->List.PositionOf(index));
+  // Columns are mostly asked for in their order.
+  const auto position = data_->PositionOf(index, lastFound_ + 1);
+  if (position != 0) lastFound_ = position;
+  return position;
 }
 
 const PropertyPtr* Properties::FindHeld(const Variant& index) const {

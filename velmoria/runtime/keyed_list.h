@@ -40,6 +40,8 @@ class KeyedList {
   std::size_t PositionOf(const std::string& key) const noexcept { return PositionOf(std::string_view(key)); }
   std::size_t PositionOf(const char* key) const noexcept { return PositionOf(std::string_view(key)); }
   std::size_t PositionOf(const Variant& index) const noexcept;
+  /// The same; a key is looked for at `guess`, any number, first.
+  std::size_t PositionOf(const Variant& index, std::size_t guess) const noexcept;
 
   const T& At(std::size_t position) const;
   const T& At(const Variant& index) const;

@@ -32,6 +32,14 @@ std::size_t KeyedList<T>::PositionOf(const Variant& index) const noexcept {
 }
 
 template <class T>
+std::size_t KeyedList<T>::PositionOf(const Variant& index, std::size_t guess) const noexcept {
+  if (!index.IsText() || guess < 1 || guess > entries_.size()) return PositionOf(index);
+  const Entry& guessed = entries_[guess - 1];
+  const auto key = index.TextView();
+  return guessed.HasKey && EqualFolded(guessed.Key, key) ? guess : PositionOf(key);
+}
+
+template <class T>
 const T* KeyedList<T>::FindKey(std::string_view key) const noexcept {
   const std::size_t position = PositionOf(key);
   return position == 0 ? nullptr : &entries_[position - 1].Value;

@@ -85,6 +85,19 @@ TEST(KeyedListTest, KeysThatBeginAlikeAreDifferent) {
   EXPECT_EQ(list.PositionOf("i"), 3U);
 }
 
+TEST(KeyedListTest, AGuessChangesNoPosition) {
+  KeyedList<int> list;
+  for (int number = 1; number <= 9; ++number) list.Add(number, "Name" + std::to_string(number));
+  list.Insert(4, 0);  // without a key
+  for (std::size_t guess = 0; guess <= list.Count() + 1; ++guess) {
+    EXPECT_EQ(list.PositionOf(Variant("NAME3"), guess), 3U) << guess;
+    EXPECT_EQ(list.PositionOf(Variant("name4"), guess), 5U) << guess;
+    EXPECT_EQ(list.PositionOf(Variant(""), guess), 0U) << guess;
+    EXPECT_EQ(list.PositionOf(Variant("Name"), guess), 0U) << guess;
+    EXPECT_EQ(list.PositionOf(Variant(4), guess), 4U) << guess;
+  }
+}
+
 TEST(KeyedListTest, FindGivesNoneForWhatIsNotThere) {
   const auto list = ThreeMembers();
   EXPECT_EQ(list.FindAt(0), nullptr);
