@@ -101,7 +101,7 @@ class VELMORIA_API BusinessObjects final : public IBusinessObjects,
   std::string StateDetails() const override;
 
  private:
-  [[noreturn]] void RaiseNotFound(const Variant& index, std::string_view routine);
+  [[noreturn, gnu::cold]] void RaiseNotFound(const Variant& index, std::string_view routine);
   void RefuseDispatcher(std::string_view routine) const;
   IBusinessObjectPtr DeletionCandidate(std::int32_t position);
   bool HasItems() const noexcept;

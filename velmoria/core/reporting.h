@@ -42,18 +42,18 @@ class VELMORIA_API Reporting {
   virtual std::string StateDetails() const;
 
   /// Records a catalogue error with severity svfError and throws the Error.
-  [[noreturn]] void Raise(zErrors number, std::string_view routine, Replacements replacements = {},
-                          std::string_view extraText = {}, std::int32_t line = __builtin_LINE()) const;
+  [[noreturn, gnu::cold]] void Raise(zErrors number, std::string_view routine, Replacements replacements = {},
+                                     std::string_view extraText = {}, std::int32_t line = __builtin_LINE()) const;
   /// Raise with another state than the reporting object's own.
-  [[noreturn]] void RaiseWithState(const std::string& stateDetails, zErrors number, std::string_view routine,
-                                   Replacements replacements = {}, std::string_view extraText = {},
-                                   std::int32_t line = __builtin_LINE()) const;
+  [[noreturn, gnu::cold]] void RaiseWithState(const std::string& stateDetails, zErrors number, std::string_view routine,
+                                              Replacements replacements = {}, std::string_view extraText = {},
+                                              std::int32_t line = __builtin_LINE()) const;
   /// Only inside a catch block: records what is in flight under its own number and throws the Error.
-  [[noreturn]] void Failed(std::string_view routine, std::int32_t line = __builtin_LINE()) const;
+  [[noreturn, gnu::cold]] void Failed(std::string_view routine, std::int32_t line = __builtin_LINE()) const;
   /// Only inside a catch block, for a routine that owns a number: records what is in flight as a warning under its own
   /// number and text, then raises the owned number. A catalogue error already recorded as an error stays the one seen.
-  [[noreturn]] void Failed(std::string_view routine, zErrors number, Replacements replacements = {},
-                           std::string_view extraText = {}, std::int32_t line = __builtin_LINE()) const;
+  [[noreturn, gnu::cold]] void Failed(std::string_view routine, zErrors number, Replacements replacements = {},
+                                      std::string_view extraText = {}, std::int32_t line = __builtin_LINE()) const;
 
  private:
   /// The state is the object's own where none is given.

@@ -183,7 +183,7 @@ class VELMORIA_API Property final : public Object, public Reporting, public Pool
   Variant Formatted(const Variant& value) const;
   void StoreValue(const Variant& value);
   void RefuseLocked(const char* routine) const;
-  [[noreturn]] void ValueFailed(const Variant& value) const;
+  [[noreturn, gnu::cold]] void ValueFailed(const Variant& value) const;
   const Parents& HeldParents() const;
   Rare& MakeRare();
   template <class T>

@@ -69,7 +69,7 @@ enum class RuntimeFailure : std::int32_t {
 VELMORIA_API const char* RuntimeFailureText(RuntimeFailure failure) noexcept;
 
 /// Throws the failure as an Error with its own number; the text is the usual one unless another is given.
-[[noreturn]] VELMORIA_API void Fail(RuntimeFailure failure);
-[[noreturn]] VELMORIA_API void Fail(RuntimeFailure failure, std::string description);
+[[noreturn, gnu::cold]] VELMORIA_API void Fail(RuntimeFailure failure);
+[[noreturn, gnu::cold]] VELMORIA_API void Fail(RuntimeFailure failure, std::string description);
 
 }  // namespace velmoria

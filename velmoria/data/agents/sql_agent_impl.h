@@ -93,7 +93,7 @@ class SQLAgent final : public Agent, public Reporting {
   RecordsetPtr MakeRecordset(const DatabaseAgentPtr& agent, const RecordsetPtr& previous, ResultPage page,
                              StatisticsPtr statistics) const;
   std::int32_t FirstNumber(const RecordsetPtr& previous, const Variant& next) const;
-  [[noreturn]] void ReadFailed(const char* routine);
+  [[noreturn, gnu::cold]] void ReadFailed(const char* routine);
 
   void InsertRow(const PropertiesPtr& properties, const PropertiesPtr& parameters, bool identityRequired);
   void ReadIdentity(rdoQuery& query, const PropertiesPtr& properties, bool required) const;
