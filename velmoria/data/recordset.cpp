@@ -9,7 +9,10 @@
 #include "velmoria/design/source.h"
 #include "velmoria/properties/properties.h"
 #include "velmoria/properties/properties_data.h"
+#include "velmoria/properties/property.h"
 #include "velmoria/properties/property_data.h"
+#include "velmoria/properties/property_texts_impl.h"
+#include "velmoria/runtime/key_index.h"
 #include "velmoria/runtime/text.h"
 
 namespace velmoria {
@@ -102,6 +105,14 @@ std::int32_t Recordset::AddRow() {
 }
 
 std::size_t Recordset::ColumnOf(const Variant& index) const { return PlaceOfColumn(*columns_->Item(index)); }
+
+/// What asks for the change of a column counts by OrderNumber, which stays with a definition that is moved.
+std::size_t Recordset::NumberedColumn(const Variant& index, const char* routine) const {
+  if (index.IsText()) return ColumnOf(index);
+  const auto place = static_cast<std::size_t>(PositionFromIndex(index) - 1);
+  if (!DefinitionAt(place)) Raise(errItem_Property, routine, PropertyKeyTexts({.Index = index}));
+  return place;
+}
 
 /// One for every column that there is or was.
 std::size_t Recordset::CellsOfRow() const { return static_cast<std::size_t>(columns_->LastOrder()); }

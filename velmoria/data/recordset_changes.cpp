@@ -68,7 +68,8 @@ Variant Recordset::OldColumn(std::int32_t row, std::size_t column) const {
 }
 
 Variant Recordset::OldValues(std::int32_t row, const Variant& index) const try {
-  return OldColumn(row, ColumnOf(index));
+  RefuseDeleted(row, "OldValues");
+  return changes_ && changes_->Find(row) ? OldColumn(row, NumberedColumn(index, "OldValues")) : Variant();
 } catch (...) { Failed("OldValues"); }
 
 Variant Recordset::OldValues(std::int32_t row, const PropertyData& column) const try {
@@ -94,7 +95,7 @@ bool Recordset::IsDirty(std::int32_t row) const {
 }
 
 bool Recordset::Dirty(std::int32_t row, const Variant& index) const try {
-  return Differs(row, ColumnOf(index));
+  return changes_ && changes_->FindDirty(row) && Differs(row, NumberedColumn(index, "Dirty (Get)"));
 } catch (...) { Failed("Dirty (Get)"); }
 
 bool Recordset::Dirty(std::int32_t row, const PropertyData& column) const {
@@ -163,16 +164,12 @@ void Recordset::Undo(std::int32_t row) try {
   FlagDeleted(row);
 } catch (...) { Failed("Undo"); }
 
-void Recordset::UndoColumn(std::int32_t row, std::size_t column) {
-  if (CancelDelete(row)) Restore(row, column);
-}
-
-void Recordset::Undo(std::int32_t row, const Variant& index) try { UndoColumn(row, ColumnOf(index)); } catch (...) {
-  Failed("Undo");
-}
+void Recordset::Undo(std::int32_t row, const Variant& index) try {
+  if (CancelDelete(row)) Restore(row, NumberedColumn(index, "Undo"));
+} catch (...) { Failed("Undo"); }
 
 void Recordset::Undo(std::int32_t row, const PropertyData& column) try {
-  UndoColumn(row, PlaceOfColumn(column));
+  if (CancelDelete(row)) Restore(row, PlaceOfColumn(column));
 } catch (...) { Failed("Undo"); }
 
 }  // namespace velmoria

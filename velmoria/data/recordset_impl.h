@@ -87,6 +87,8 @@ class Recordset final : public Object, public Reporting {
   /// The present value. Raises 15113 on a deleted row. A long column (dtByteArray, engines 2 to 5) is read from the
   /// database when it is first asked for or set, and kept; an empty or Null one reads as Empty. Raises 15130 then.
   Variant Values(std::int32_t row, const PropertyData& column);
+  /// A number is the position of the definition here, and its OrderNumber wherever a change is asked for; neither is
+  /// looked for in a row that is deleted or was never changed. Raises 15072.
   void SetValue(std::int32_t row, const Variant& index, const Variant& value);
   void SetValue(std::int32_t row, const PropertyData& column, const Variant& value);
   /// The value before the first change since the row was saved, Empty for none. Raises 15113 on a deleted row.
@@ -116,6 +118,7 @@ class Recordset final : public Object, public Reporting {
   PropertiesPtr BuildProperties(std::int32_t row, const std::string& key);
   std::int32_t AddRow();
   std::size_t ColumnOf(const Variant& index) const;
+  std::size_t NumberedColumn(const Variant& index, const char* routine) const;
   std::size_t CellsOfRow() const;
   Variant Fetched(std::int32_t row, std::size_t column) const;
   Variant Present(std::int32_t row, std::size_t column) const;
@@ -134,7 +137,6 @@ class Recordset final : public Object, public Reporting {
   zStateFlags SumOfStates() const;
   bool CancelDelete(std::int32_t row);
   void Restore(std::int32_t row, std::size_t column);
-  void UndoColumn(std::int32_t row, std::size_t column);
 
   void WriteRow(const PropertiesPtr& properties, bool isNew);
   void FileAsSaved(std::int32_t row);

@@ -36,6 +36,34 @@ TEST_F(RecordsetChangesTest, ColumnIsTakenByOrderNumberAndByName) {
   EXPECT_FALSE(rows.Rows->Dirty(0, "Id"));
 }
 
+TEST_F(RecordsetChangesTest, ChangesAreAskedForByOrderNumberWhereverTheDefinitionStands) {
+  const SampleRows rows;
+  rows.Columns->Remove("Id");
+  rows.Rows->SetValue(0, 1, "Eve");  // by position: what stands first now
+  EXPECT_TRUE(rows.Rows->Dirty(0, 2));
+  EXPECT_EQ(rows.Rows->OldValues(0, 2).AsText(), "Ada");
+  ExpectRaised(errItem_Property, [&] { rows.Rows->Dirty(0, 1); }, {.Text = "Index: 1 "});
+}
+
+TEST_F(RecordsetChangesTest, WhatWasNeverChangedIsNotAskedForItsColumns) {
+  const SampleRows rows;
+  EXPECT_FALSE(rows.Rows->Dirty(0, "None"));
+  EXPECT_TRUE(rows.Rows->OldValues(0, "None").IsEmpty());
+  rows.Rows->Undo(0, "None");
+  rows.Rows->SetValue(0, "Name", "Eve");
+  ExpectRaised(errItem_Property, [&] { rows.Rows->Dirty(0, "None"); }, {.Text = "None"});
+  ExpectRaised(errItem_Property, [&] { rows.Rows->OldValues(0, "None"); }, {.Text = "None"});
+  ExpectRaised(errItem_Property, [&] { rows.Rows->Undo(0, "None"); }, {.Text = "None"});
+}
+
+TEST_F(RecordsetChangesTest, ADeletedRowIsRefusedAheadOfAColumnThatIsNotThere) {
+  const SampleRows rows;
+  rows.Rows->FlagDeleted(0);
+  EXPECT_FALSE(rows.Rows->Dirty(0, "None"));
+  ExpectRaised(errPersistence_Deleted, [&] { rows.Rows->OldValues(0, "None"); });
+  ExpectRaised(errPersistence_Deleted, [&] { rows.Rows->Undo(0, "None"); });
+}
+
 TEST_F(RecordsetChangesTest, ChangingTwiceKeepsTheFirstOldValue) {
   const SampleRows rows;
   rows.Rows->SetValue(0, "Name", "Eve");

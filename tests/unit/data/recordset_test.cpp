@@ -150,6 +150,7 @@ TEST_F(RecordsetTest, RowDeletedTwiceIsAFailureOfTheKey) {
 TEST_F(RecordsetTest, UnknownColumnIsRefused) {
   const SampleRows rows;
   ExpectRaised(errItem_Property, [&] { rows.Rows->SetValue(0, "Nope", 1); }, {.Text = "Index: 'Nope'"});
+  rows.Rows->SetValue(0, "Name", "Eve");
   ExpectRaised(errItem_Property, [&] { rows.Rows->Dirty(0, 8); }, {.Text = "Index: 8"});
 }
 
