@@ -34,7 +34,7 @@ void TextBody::Release(const TextBody* body) noexcept {
 Variant::Variant(std::string_view text) : type_(VarType::String) {
   if (text.size() <= kLongestInlineText) {
     small_[0] = static_cast<Byte>(text.size());
-    std::memcpy(reinterpret_cast<char*>(this) + kInlineTextAt, text.data(), text.size());
+    text.copy(reinterpret_cast<char*>(this) + kInlineTextAt, text.size());  // one without text may have no address
     return;
   }
   text_ = TextBody::Make(text);

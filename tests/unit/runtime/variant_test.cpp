@@ -30,6 +30,12 @@ static_assert(!std::is_constructible_v<Variant, char>);
 static_assert(std::is_nothrow_move_constructible_v<Variant>);
 static_assert(std::is_nothrow_copy_constructible_v<Variant>);
 
+TEST(VariantTest, ATextWithoutAnAddressIsEmpty) {
+  const Variant text{std::string_view()};
+  EXPECT_TRUE(text.IsText());
+  EXPECT_EQ(text.AsText(), "");
+}
+
 TEST(VariantTest, EachValueHasItsTypeCodeAndName) {
   int alive = 0;
   const struct {
