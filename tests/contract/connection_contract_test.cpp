@@ -307,8 +307,8 @@ class ConnectionsOfTwoUsers : public ConnectionOverServers {
       {"FreeTDS", "CREATE LOGIN {user} WITH PASSWORD = 'other'", "DROP LOGIN {user}", "SELECT SUSER_SNAME()", ""},
   };
 
-  ConnectionsOfTwoUsers() { client_.RunAll({Filled(Words().Make)}); }
-  ~ConnectionsOfTwoUsers() override {
+  void SetUp() override { client_.RunAll({Filled(Words().Make)}); }
+  void TearDown() override {
     for (const auto* group : {"", "Night"})
       if (const auto found = Find(group)) found->Disconnect(engODBC);
     client_.RunAll({Filled(Words().Drop)});

@@ -8,7 +8,7 @@ namespace {
 
 class Background {
  public:
-  Background(rdoQueryPtr query, rdoNumber type = rdOpenKeyset)
+  explicit Background(const rdoQueryPtr& query, rdoNumber type = rdOpenKeyset)
       : result(query->OpenResultset({.Type = type, .Options = rdAsyncEnable})) {}
   void Poll() const { AwaitOpened(result); }
 

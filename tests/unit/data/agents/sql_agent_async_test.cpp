@@ -16,7 +16,7 @@ class SQLAgentAsyncTest : public ReadOverFake {
     agent_ = design_->Agent();
     driver_->Hold();
   }
-  ~SQLAgentAsyncTest() override { driver_->Release(); }
+  void TearDown() override { driver_->Release(); }
 
   void Load() { agent_->LoadPersistentProperties(); }
   /// Lets the statement run to its end.
