@@ -49,6 +49,7 @@ std::shared_ptr<const RowChunk> BlockFetch::Next() {
   const std::size_t wanted = RowsOfBlock();
   Prepare(wanted);
   const std::size_t rows = rowByRow_ ? FetchRows(wanted) : FetchBlock();
+  if (isCut_) return nullptr;
   if (rows < wanted) ended_ = true;
   if (rows == 0) return nullptr;
   auto chunk = MakeChunk(rows);
@@ -126,7 +127,10 @@ std::size_t BlockFetch::FetchBlock() {
   if (informed) RefuseFailedRows();
   for (auto& landing : landings_) landing.RefuseMisread(statement_, rows);
   const auto isCut = [&](const Landing& landing) { return landing.HasCut(rows, informed); };
-  if (std::any_of(landings_.begin(), landings_.end(), isCut)) CompleteLongValues(rows, informed);
+  if (std::any_of(landings_.begin(), landings_.end(), isCut)) {
+    isCut_ = isStream_;
+    if (!isCut_) CompleteLongValues(rows, informed);
+  }
   return rows;
 }
 
@@ -137,7 +141,6 @@ void BlockFetch::RefuseFailedRows() const {
 }
 
 void BlockFetch::CompleteLongValues(std::size_t rows, bool informed) {
-  if (isStream_) throw ValueCut{};
   Unbind();
   for (std::size_t row = 0; row < rows; ++row) {
     bool there = false;

@@ -23,9 +23,8 @@ class BlockFetch {
   /// Of a cursor that cannot go back to a row.
   enum class Overflow {
     ReadRowByRow,  // rows are read one by one, unless no column can be longer than its slot
-    Tell           // Next throws ValueCut, and the rows are lost
+    Tell           // IsCut tells, and the rows of the block are lost
   };
-  struct ValueCut {};
 
   /// The statement has to outlive the use of this. It writes into this from the first Next until Release or its end,
   /// whichever comes first.
@@ -33,7 +32,7 @@ class BlockFetch {
   BlockFetch(const BlockFetch&) = delete;
   BlockFetch& operator=(const BlockFetch&) = delete;
 
-  /// The next rows, or null after the last one. After a failure it must not be called again.
+  /// The next rows, or null after the last one. After a failure, or when it is cut, it must not be called again.
   std::shared_ptr<const RowChunk> Next();
   /// Reads a long column of the row, both from 1, whatever its length: a byte array, or Null. Raises 40088 when the row
   /// cannot be gone back to: of a cursor that does not scroll, only the first row fetched can be read before the
@@ -42,6 +41,8 @@ class BlockFetch {
   /// Takes back what is bound and set at the statement, which then no longer writes into this nor fetches blocks. It is
   /// called ahead of anything else that the statement fetches; afterwards neither Next nor ReadLong may be.
   void Release();
+  /// Whether Next gave null because a value was longer than the driver said.
+  bool IsCut() const noexcept { return isCut_; }
   /// Whether the last row has been given out.
   bool HasEnded() const noexcept { return ended_; }
 
@@ -67,6 +68,7 @@ class BlockFetch {
   bool firstAlone_ = false;    // the first row is fetched by itself, so that its long columns can be read
   bool repositioned_ = false;  // the cursor stands on a single row, not on the block
   bool ended_ = false;
+  bool isCut_ = false;
   bool isBound_ = false;
   std::unique_ptr<std::byte[]> memory_;
   std::size_t capacity_ = 0;   // rows that the landings hold

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <span>
 #include <utility>
 
 namespace velmoria {
@@ -88,31 +89,35 @@ bool FetchedRows::Are(const RowChunk& rows, long long first) const {
   return true;
 }
 
-/// How many rows can go from memory.
-std::size_t FetchedRows::FarBehind(long long position, Behind behind) {
+/// How many chunks need not be in memory, from the first one on.
+std::size_t FetchedRows::ChunksFarBehind(long long position) const {
   const std::size_t here = Place(std::max(position - 1, moved_ + 1));
-  std::size_t bytes = 0;
-  std::size_t rows = 0;
-  for (const auto& chunk : rows_.Chunks()) {
-    rows += chunk->Rows();
+  const auto& chunks = rows_.Chunks();
+  std::size_t count = 0;
+  for (std::size_t rows = 0; count < chunks.size(); ++count) {
+    rows += chunks[count]->Rows();
     if (rows > here) break;
-    bytes += OwnBytes(chunk);
   }
-  rows = 0;
-  for (const auto& chunk : rows_.Chunks()) {
-    if (rows + chunk->Rows() > here || bytes <= kBytesBehind) break;
-    const bool isKept = moved_ + static_cast<long long>(rows) < spool_.Rows();
-    if (behind == Behind::IsKept && !isKept && !spool_.Append(*chunk)) break;
-    bytes -= OwnBytes(chunk);
-    rows += chunk->Rows();
+  std::size_t bytes = 0;
+  for (; count > 0; --count) {
+    bytes += OwnBytes(chunks[count - 1]);
+    if (bytes > kBytesBehind) break;
   }
-  return rows;
+  return count;
+}
+
+bool FetchedRows::Keep(const RowChunk& chunk, long long rowsBefore) {
+  return rowsBefore < spool_.Rows() || spool_.Append(chunk);
 }
 
 void FetchedRows::MoveFarBehind(long long position, Behind behind) noexcept {
   if (bytes_ <= kBytesBehind || (bytes_ < nextBytes_ && position < nextPosition_)) return;
   try {
-    const std::size_t rows = FarBehind(position, behind);
+    std::size_t rows = 0;
+    for (const auto& chunk : std::span(rows_.Chunks()).first(ChunksFarBehind(position))) {
+      if (behind == Behind::IsKept && !Keep(*chunk, moved_ + static_cast<long long>(rows))) break;
+      rows += chunk->Rows();
+    }
     if (rows > 0) {
       rows_ = rows_.Slice(rows, rows_.Rows() - rows);
       moved_ += static_cast<long long>(rows);

@@ -32,7 +32,8 @@ class FetchedRows {
   void MoveFarBehind(long long position, Behind behind) noexcept;
 
  private:
-  std::size_t FarBehind(long long position, Behind behind);
+  std::size_t ChunksFarBehind(long long position) const;
+  bool Keep(const RowChunk& chunk, long long rowsBefore);
   const RowSpool::Part& ReadBack(long long position) const;
   std::size_t Place(long long position) const noexcept { return static_cast<std::size_t>(position - moved_ - 1); }
 

@@ -11,43 +11,39 @@
 
 namespace velmoria {
 
-using Overflow = odbc::BlockFetch::Overflow;
-
 RdoCursor::RdoCursor(rdoConnectionPtr connection, std::unique_ptr<odbc::Statement> statement,
                      std::unique_ptr<odbc::ParameterValues> values, bool forwardOnly)
     : engine_(connection->Engine()),
       connection_(std::move(connection)),
-      values_(std::move(values)),
-      statement_(std::move(statement)),
+      source_(std::in_place, std::move(statement), std::move(values)),
       forwardOnly_(forwardOnly) {
   connection_->Enter(this);
 }
 
 RdoCursor::~RdoCursor() { Close(); }
 
-void RdoCursor::LetRunAgain(std::string sql, bool prepared) { recipe_ = Recipe{std::move(sql), prepared}; }
+void RdoCursor::LetRunAgain(std::string sql, bool prepared) { source_->LetRunAgain(std::move(sql), prepared); }
 
 void RdoCursor::LetTakeOutputs(std::vector<rdoParameterPtr> parameters) {
-  if (values_->Outputs() == 0) return;
-  outputs_.emplace(*values_);
-  takers_ = std::move(parameters);
+  if (source_->Values().Outputs() == 0) return;
+  outputs_.emplace(Outputs{odbc::CallOutputs(source_->Values()), std::move(parameters)});
 }
 
 bool RdoCursor::TakeOutputs() {
   if (!outputs_ || !ended_ || closed_) return false;
-  if (statement_ && !AtEOF()) return false;
+  if (source_ && !AtEOF()) return false;
   EndResults();
   const auto taken = std::exchange(outputs_, std::nullopt);
-  for (const auto& output : taken->Outputs()) takers_[output.Place]->SetValue(output.Value);
+  for (const auto& output : taken->Call.Outputs()) taken->Takers[output.Place]->SetValue(output.Value);
   return true;
 }
 
 /// A result may be nothing but the outputs.
 void RdoCursor::NoteFirstRow() {
-  if (!outputs_ || !HasRow() || !outputs_->MayBe(columns_->size())) return;
+  if (!outputs_ || !HasRow() || !outputs_->Call.MayBe(columns_->size())) return;
   std::vector<Variant> row;
   for (const auto& column : *columns_) row.push_back(column.IsLong ? LongValue(row.size()) : Value(row.size()));
-  outputs_->Note(std::move(row));
+  outputs_->Call.Note(std::move(row));
 }
 
 const odbc::Columns& RdoCursor::Open() {
@@ -56,15 +52,14 @@ const odbc::Columns& RdoCursor::Open() {
   opened_ = true;
   engine_->rdoErrors().clear();
   try {
-    statement_->FinishExecution();
-    ended_ = !OpenResult();
+    source_->Statement().FinishExecution();
+    ended_ = !source_->OpenResult();
     if (ended_) {
-      if (outputs_) outputs_->TakeAtEnd();
-      EndStatement();
+      if (outputs_) outputs_->Call.TakeAtEnd();
+      EndSource();
     } else {
       columns_ = Describe();
-      const auto overflow = recipe_ ? Overflow::Tell : Overflow::ReadRowByRow;
-      fetch_ = std::make_unique<odbc::BlockFetch>(*statement_, columns_, overflow);
+      source_->BeginFetch(columns_);
       FetchMore();
     }
   } catch (...) {
@@ -74,43 +69,18 @@ const odbc::Columns& RdoCursor::Open() {
   return columns_;
 }
 
-/// Goes to the first result that has columns.
-bool RdoCursor::OpenResult() {
-  bool hasColumns = statement_->Columns() > 0;
-  while (!hasColumns && statement_->MoreResults()) hasColumns = statement_->Columns() > 0;
-  return hasColumns;
-}
-
 odbc::Columns RdoCursor::Describe() {
-  if (shape_.empty()) return odbc::DescribeColumns(*statement_);
+  if (shape_.empty()) return odbc::DescribeColumns(source_->Statement());
   auto& known = connection_->KnownColumns(shape_);
-  known = odbc::DescribeColumns(*statement_, known);
+  known = odbc::DescribeColumns(source_->Statement(), known);
   return known;
-}
-
-void RdoCursor::RunAgain() {
-  statement_.reset();  // it points into the fetch
-  fetch_.reset();
-  connection_->Leave(this);
-  connection_->MakeRoom();
-  connection_->Enter(this);
-  statement_ = std::make_unique<odbc::Statement>(connection_->Handle());
-  if (recipe_->Prepared) statement_->Prepare(recipe_->Sql);
-  values_->BindTo(*statement_);
-  recipe_->Prepared ? statement_->Execute() : statement_->ExecuteDirect(recipe_->Sql);
-  if (!OpenResult()) odbc::FailClosed("The statement gives no result any more.");
-  // The rows that there are, and those who read them, know the columns that there were.
-  if (odbc::DescribeColumns(*statement_, columns_) != columns_) {
-    odbc::FailClosed("The columns of the result have changed.");
-  }
-  fetch_ = std::make_unique<odbc::BlockFetch>(*statement_, columns_, Overflow::ReadRowByRow);
 }
 
 /// Fetches the rows that there are once more, and leaves them as they are. Blocks of the same columns are of the same
 /// sizes, so the last one ends where these end.
 void RdoCursor::RequireSameRows() {
   for (long long first = 1; first <= rows_.Count();) {
-    const auto again = fetch_->Next();
+    const auto again = source_->Fetch().Next();
     if (!again || !rows_.Are(*again, first)) odbc::FailClosed("The rows of the result have changed.");
     first += static_cast<long long>(again->Rows());
   }
@@ -118,12 +88,13 @@ void RdoCursor::RequireSameRows() {
 
 /// A forward-only result is never asked for them, but it may have to compare them.
 FetchedRows::Behind RdoCursor::WhatIsBehind() const noexcept {
-  return forwardOnly_ && !recipe_ ? FetchedRows::Behind::IsGone : FetchedRows::Behind::IsKept;
+  const bool mayCompare = source_ && source_->CanRunAgain();
+  return forwardOnly_ && !mayCompare ? FetchedRows::Behind::IsGone : FetchedRows::Behind::IsKept;
 }
 
 void RdoCursor::Cancel() noexcept {
   if (opened_) return;
-  if (statement_) statement_->CancelExecution();
+  if (source_) source_->Statement().CancelExecution();
   Close();
 }
 
@@ -145,14 +116,14 @@ bool RdoCursor::FetchMore() {
   if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
   if (ended_) return false;
   engine_->rdoErrors().clear();
-  if (failed_ || !fetch_ || !statement_->IsOpen()) odbc::FailClosed("The result could not be read to its end.");
+  if (failed_ || !source_ || !source_->IsOpen()) odbc::FailClosed("The result could not be read to its end.");
   failed_ = true;
   const bool isFirst = rows_.Count() == 0;
   auto chunk = NextChunk();
   const bool isThere = chunk != nullptr;
   if (isThere) rows_.Append(std::move(chunk));
   failed_ = false;
-  ended_ = fetch_->HasEnded();
+  ended_ = source_->Fetch().HasEnded();
   if (isFirst) NoteFirstRow();
   if (ended_ && std::ranges::none_of(*columns_, &odbc::ColumnInfo::IsLong)) EndResults();
   return isThere;
@@ -160,12 +131,15 @@ bool RdoCursor::FetchMore() {
 
 // A value that a driver announced shorter than it is takes the rows from there on one by one.
 std::shared_ptr<const RowChunk> RdoCursor::NextChunk() {
-  try {
-    return fetch_->Next();
-  } catch (const odbc::BlockFetch::ValueCut&) {}
-  RunAgain();
+  auto chunk = source_->Fetch().Next();
+  if (!source_->Fetch().IsCut()) return chunk;
+  source_->End();
+  connection_->Leave(this);
+  connection_->MakeRoom();
+  connection_->Enter(this);
+  source_->RunAgain(connection_->Handle(), columns_);
   RequireSameRows();
-  return fetch_->Next();
+  return source_->Fetch().Next();
 }
 
 bool RdoCursor::Reach(long long position) {
@@ -214,30 +188,29 @@ const Variant& RdoCursor::LongValue(std::size_t column) {
   RequireRow();
   if (long_ && long_->Position == position_ && long_->Column == column) return long_->Bytes;
   engine_->rdoErrors().clear();
-  if (!fetch_ || !statement_->IsOpen()) odbc::FailClosed("The rows of the result have been read to their end.");
+  if (!source_ || !source_->IsOpen()) odbc::FailClosed("The rows of the result have been read to their end.");
   const bool isText = (*columns_)[column].Type == rdTypeLONGVARCHAR;
-  auto bytes = fetch_->ReadLong(static_cast<std::size_t>(position_), static_cast<odbc::Word>(column + 1), isText);
+  const auto number = static_cast<odbc::Word>(column + 1);
+  auto bytes = source_->Fetch().ReadLong(static_cast<std::size_t>(position_), number, isText);
   long_ = std::make_unique<Long>(Long{position_, column, std::move(bytes)});
   return long_->Bytes;
 }
 
-void RdoCursor::EndStatement() noexcept {
-  statement_.reset();  // it points into the fetch
-  fetch_.reset();
+void RdoCursor::EndSource() noexcept {
+  source_.reset();
   if (connection_) connection_->Leave(this);
-  recipe_.reset();
-  values_.reset();
   connection_ = nullptr;
 }
 
 /// Behind the last row, what the call gives back is taken before the statement ends.
 void RdoCursor::EndResults() noexcept {
-  if (outputs_ && ended_ && fetch_) outputs_->TakeBehind(*statement_, *fetch_);
-  EndStatement();
+  const bool isBehind = ended_ && source_ && source_->HasFetch();
+  if (outputs_ && isBehind) outputs_->Call.TakeBehind(source_->Statement(), source_->Fetch());
+  EndSource();
 }
 
 void RdoCursor::Close() noexcept {
-  EndStatement();
+  EndSource();
   outputs_.reset();
   failure_ = nullptr;
   rows_ = {};

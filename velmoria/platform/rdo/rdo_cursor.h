@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "velmoria/platform/odbc/block_fetch.h"
 #include "velmoria/platform/odbc/call_outputs.h"
 #include "velmoria/platform/odbc/parameters.h"
 #include "velmoria/platform/rdo/constants.h"
 #include "velmoria/platform/rdo/fetched_rows.h"
 #include "velmoria/platform/rdo/fwd.h"
+#include "velmoria/platform/rdo/result_source.h"
 #include "velmoria/runtime/object.h"
 #include "velmoria/runtime/row_block.h"
 
@@ -47,9 +47,9 @@ class RdoCursor : public Object {
   bool TakeOutputs();
 
   /// Whether the execution in the background goes on; a flag is looked at.
-  bool IsExecuting() const noexcept { return statement_ && statement_->IsExecuting(); }
+  bool IsExecuting() const noexcept { return source_ && source_->IsExecuting(); }
   /// Whether it was begun in the background and has not been opened: a failure is the caller's who looks at the result.
-  bool IsUnfinished() const noexcept { return statement_ && statement_->IsUnfinished(); }
+  bool IsUnfinished() const noexcept { return source_ && source_->IsUnfinished(); }
   /// Waits for the execution, then opens its first result that has columns; a second time it gives the same. A failure
   /// is raised once, and the cursor is closed by it.
   const odbc::Columns& Open();
@@ -83,16 +83,14 @@ class RdoCursor : public Object {
     Variant Bytes{};
   };
 
-  struct Recipe {
-    std::string Sql;
-    bool Prepared;
+  struct Outputs {
+    odbc::CallOutputs Call;
+    std::vector<rdoParameterPtr> Takers;  // one for each marker
   };
 
   bool FetchMore();
   std::shared_ptr<const RowChunk> NextChunk();
-  bool OpenResult();
   odbc::Columns Describe();
-  void RunAgain();
   void RequireSameRows();
   FetchedRows::Behind WhatIsBehind() const noexcept;
   /// Fetches until the position is known to exist or the end is reached.
@@ -100,19 +98,16 @@ class RdoCursor : public Object {
   void RequireRow() const;
   void NoteFirstRow();
   void EndResults() noexcept;
-  void EndStatement() noexcept;
+  void EndSource() noexcept;
 
   rdoEnginePtr engine_;
-  rdoConnectionPtr connection_;  // none once the statement has ended
-  std::unique_ptr<odbc::ParameterValues> values_;
-  std::unique_ptr<odbc::Statement> statement_;
-  std::optional<odbc::CallOutputs> outputs_;
-  std::vector<rdoParameterPtr> takers_;
+  // Both none once the statement has ended.
+  rdoConnectionPtr connection_;
+  std::optional<ResultSource> source_;
+  std::optional<Outputs> outputs_;
   std::string shape_;
   odbc::Columns columns_ = std::make_shared<const std::vector<odbc::ColumnInfo>>();
-  std::unique_ptr<odbc::BlockFetch> fetch_;
   std::exception_ptr failure_;  // of FetchRest
-  std::optional<Recipe> recipe_;
   FetchedRows rows_;
   std::unique_ptr<Long> long_;
   long long position_ = 1;
