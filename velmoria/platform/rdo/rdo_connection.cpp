@@ -1,3 +1,5 @@
+#include "velmoria/platform/rdo/rdo_connection.h"
+
 #include <algorithm>
 #include <array>
 
@@ -6,7 +8,6 @@
 
 #include "velmoria/platform/odbc/markers.h"
 #include "velmoria/platform/odbc/statement.h"
-#include "velmoria/platform/rdo/rdo_connection.h"
 #include "velmoria/platform/rdo/rdo_cursor.h"
 #include "velmoria/platform/rdo/rdo_engine.h"
 #include "velmoria/platform/rdo/rdo_environment.h"

@@ -13,9 +13,9 @@ std::string_view rdoEngine::ReportedType() const noexcept { return "rdoEngine"; 
 
 std::vector<EngineError>& rdoEngine::rdoErrors() noexcept { return *driver_.Errors; }
 
-rdoEnvironmentPtr rdoEngine::rdoCreateEnvironment(std::string name, std::string userName, std::string password) {
+rdoEnvironmentPtr rdoEngine::rdoCreateEnvironment(std::string, std::string userName, std::string password) {
   rdoErrors().clear();
-  return Make<rdoEnvironment>(rdoEnginePtr(this), std::move(name), std::move(userName), std::move(password));
+  return Make<rdoEnvironment>(rdoEnginePtr(this), std::move(userName), std::move(password));
 }
 
 }  // namespace velmoria

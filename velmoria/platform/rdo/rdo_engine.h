@@ -24,7 +24,8 @@ class rdoEngine : public Object {
   /// What the driver said about the last failure, the first record first. Every call that talks to a driver empties it.
   std::vector<EngineError>& rdoErrors() noexcept;
 
-  /// An environment whose user and password serve every connect string that names no user.
+  /// An environment whose user and password serve every connect string that names no user. The name is taken and not
+  /// used.
   rdoEnvironmentPtr rdoCreateEnvironment(std::string name, std::string userName, std::string password);
 
   /// What the handles below this engine work with.

@@ -26,9 +26,8 @@ void Append(std::string& connect, std::string_view key, const std::string& value
 
 }  // namespace
 
-rdoEnvironment::rdoEnvironment(rdoEnginePtr engine, std::string name, std::string userName, std::string password)
+rdoEnvironment::rdoEnvironment(rdoEnginePtr engine, std::string userName, std::string password)
     : engine_(std::move(engine)),
-      name_(std::move(name)),
       userName_(std::move(userName)),
       password_(std::move(password)),
       handle_(engine_->Driver()) {

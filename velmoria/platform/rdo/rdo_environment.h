@@ -16,19 +16,17 @@ struct OpenConnectionArguments {
   rdoNumber Prompt = rdDriverPrompt;
   bool ReadOnly = false;
   std::string Connect{};
-  rdoNumber Options = 0;
+  rdoNumber Options = 0;  // taken and not used: a connection is open when it is there
 };
 
 /// A log-on environment: the connections opened in it share its default user and its transactions. The connections
 /// keep it alive, not the other way round. After Close it opens nothing more, and a second Close does nothing.
 class rdoEnvironment : public Object {
  public:
-  rdoEnvironment(rdoEnginePtr engine, std::string name, std::string userName, std::string password);
+  rdoEnvironment(rdoEnginePtr engine, std::string userName, std::string password);
   ~rdoEnvironment() override;
   std::string_view ReportedType() const noexcept override;
 
-  std::string Name() const { return name_; }
-  std::string UserName() const { return userName_; }
   rdoNumber CursorDriver() const noexcept { return cursorDriver_; }
   /// The result sets keep their own rows whichever driver is chosen.
   void SetCursorDriver(rdoNumber value) noexcept { cursorDriver_ = value; }
@@ -60,7 +58,6 @@ class rdoEnvironment : public Object {
   void RequireOpen() const;
 
   rdoEnginePtr engine_;
-  std::string name_;
   std::string userName_;
   std::string password_;
   rdoNumber cursorDriver_ = rdUseIfNeeded;

@@ -15,7 +15,7 @@ namespace velmoria {
 
 struct OpenResultsetArguments {
   rdoNumber Type = rdOpenForwardOnly;
-  rdoNumber LockType = rdConcurReadOnly;
+  rdoNumber LockType = rdConcurReadOnly;  // taken and not used: every result is read-only
   rdoNumber Options = 0;
   /// The text only reads, so it may be run again. A result other than rdOpenStatic then comes by a cursor that does not
   /// scroll and gives whole blocks; when a value turns out longer than the driver said, the text is run once more, row

@@ -17,7 +17,6 @@ class rdoTable : public Object {
   ~rdoTable() override;
   std::string_view ReportedType() const noexcept override;
 
-  std::string Name() const { return name_; }
   /// Every row and column. A name with blanks or signs, not delimited by the caller, is delimited as the server wants
   /// it.
   rdoResultsetPtr OpenResultset(const OpenResultsetArguments& arguments = {}) const;
