@@ -29,7 +29,7 @@ class BusinessObjectsFailuresTest : public BoundBusinessObjectsTest {
   }
 };
 
-TEST_F(BusinessObjectsFailuresTest, AddWithBothPositions) {
+TEST_F(BusinessObjectsFailuresTest, AddWithBothPositionsIsRefused) {
   constexpr const char* both = "Passing both Before and After arguments is not allowed.";
   ExpectRefusal({errAdd_BusinessObject,
                  "BusinessObjects.IBusinessObjects_Add",
@@ -45,7 +45,7 @@ TEST_F(BusinessObjectsFailuresTest, AddWithBothPositions) {
                 [&] { Transient(Keyless())->Add(Member(), {.Before = Date::From(1998, 6, 1), .After = 2}); });
 }
 
-TEST_F(BusinessObjectsFailuresTest, AddAndRemoveNotSupported) {
+TEST_F(BusinessObjectsFailuresTest, AddAndRemoveAreRefusedWhereTheyAreNotSupported) {
   const Refusal add{errNotSupported_Add, "BusinessObjects.IBusinessObjects_Add",
                     "The Add method of this collection is not supported."};
   const Refusal remove{errNotSupported_Remove, "BusinessObjects.IBusinessObjects_Remove",
@@ -56,7 +56,7 @@ TEST_F(BusinessObjectsFailuresTest, AddAndRemoveNotSupported) {
   }
 }
 
-TEST_F(BusinessObjectsFailuresTest, ItemThatATransientCollectionLacks) {
+TEST_F(BusinessObjectsFailuresTest, ItemThatATransientCollectionLacksIsNamedAsItWasAskedFor) {
   const auto mine = Transient();
   const auto expect = [&](const Variant& index, const std::string& shown) {
     const std::string text = "Problem finding business object.  Index: " + shown;
@@ -90,13 +90,13 @@ TEST_F(BusinessObjectsFailuresTest, KeyIsRefusedAsSuchThoughAMemberIsGoneFromThe
   EXPECT_EQ(mine->Item("2"), gone);
 }
 
-TEST_F(BusinessObjectsFailuresTest, KeyThatABoundCollectionLacks) {
+TEST_F(BusinessObjectsFailuresTest, KeyThatABoundCollectionLacksIsNamedAsItWasAskedFor) {
   ExpectRefusal(
       {errItem_BusinessObject, "BusinessObjects.FindByKey", "Problem finding business object.  Index: '9'", {"'9'"}},
       [&] { Bound()->Item("9"); });
 }
 
-TEST_F(BusinessObjectsFailuresTest, KeyUnderAFormatWithoutStringKeys) {
+TEST_F(BusinessObjectsFailuresTest, KeyIsRefusedUnderAFormatWithoutStringKeys) {
   const Refusal expected{errNotSupported_Key,
                          "BusinessObjects.IBusinessObjects_Item",
                          "This collection does not support a string Key.  Key: '2'",
@@ -110,7 +110,7 @@ TEST_F(BusinessObjectsFailuresTest, KeyUnderAFormatWithoutStringKeys) {
   ExpectRefusal(expected, [&] { Transient(Keyless())->Remove(KeyOfTwo()); });
 }
 
-TEST_F(BusinessObjectsFailuresTest, RemoveByAnIndexThatOnlyAListenerUnderstands) {
+TEST_F(BusinessObjectsFailuresTest, RemoveByAnIndexThatOnlyAListenerUnderstandsIsRefused) {
   const auto mine = Transient();
   const auto member = Member();
   mine->ItemNotFound += [&](const Variant&, IBusinessObjectPtr& Item) { Item = member; };
@@ -202,7 +202,7 @@ TEST_F(BusinessObjectsFailuresTest, WhatADispatcherDoesNotSupport) {
   }
 }
 
-TEST_F(BusinessObjectsFailuresTest, SettingsOfALockedCollection) {
+TEST_F(BusinessObjectsFailuresTest, SettingsOfALockedCollectionAreRefused) {
   const std::pair<const char*, void (*)(BusinessObjects&)> settings[] = {
       {"BusinessObjects.IBusinessObjects_Name (Let)", [](BusinessObjects& each) { each.SetName("x"); }},
       {"BusinessObjects.IBusinessObjects_SupportsAdd (Let)", [](BusinessObjects& each) { each.SetSupportsAdd(true); }},

@@ -50,7 +50,7 @@ constexpr KeyRow kKeys[] = {
     {true, true, " - ", "Sales - Order - Id - 1042", "Sales - Line - OrderId - 7 - LineNo - 2"},
 };
 
-TEST_F(IdentifierTest, KeyByFormat) {
+TEST_F(IdentifierTest, KeyFollowsItsFormat) {
   const auto order = Of(design_.Order, {1042});
   const auto line = Of(design_.Line, {7, 2});
   for (const auto& row : kKeys) {

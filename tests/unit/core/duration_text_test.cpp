@@ -10,7 +10,7 @@
 namespace velmoria {
 namespace {
 
-TEST(DurationTextTest, MinutesAndSecondsInWords) {
+TEST(DurationTextTest, MinutesAndSecondsAreWords) {
   const std::vector<std::pair<std::int64_t, std::string>> table = {
       {-61, ""},
       {-1, ""},

@@ -55,11 +55,11 @@ TEST_F(FrameworkObjectsTest, IdentifierOfAnUnknownClassNamesNoServer) {
                {.Text = std::string("Problem finding Class.  Index: 'Nothing'") + kNoClass, .Count = 1});
 }
 
-TEST_F(FrameworkObjectsTest, IdentifierOfAnUnknownClassInANamedServer) {
+TEST_F(FrameworkObjectsTest, IdentifierOfAnUnknownClassInANamedServerIsRefused) {
   ExpectRaised(errItem_Class, [&] { framework_.CreateIdentifier("Nothing", "Sales"); }, {.Count = 1});
 }
 
-TEST_F(FrameworkObjectsTest, IdentifierFromAnUnknownServer) {
+TEST_F(FrameworkObjectsTest, IdentifierFromAnUnknownServerIsRefused) {
   ExpectRaised(errItem_Server, [&] { framework_.CreateIdentifier("Order", "Nowhere"); },
                {.Text = "Problem finding Server.  Index: 'Nowhere'", .Count = 1});
 }
@@ -117,7 +117,7 @@ TEST_F(FrameworkObjectsTest, CollectionOfAClassWithoutAHostCollectionIsTheFramew
   EXPECT_NE(dynamic_cast<BusinessObjects*>(objects.get()), nullptr);
 }
 
-TEST_F(FrameworkObjectsTest, CollectionOfAnUnknownClass) {
+TEST_F(FrameworkObjectsTest, CollectionOfAnUnknownClassIsRefused) {
   ExpectRaised(errItem_Class, [&] { framework_.CreateBusinessObjects({.ClassName = "Nothing"}); },
                {.Text = std::string("Index: 'Nothing'") + kNoClass, .Count = 1});
 }
@@ -179,7 +179,7 @@ TEST_F(FrameworkObjectsTest, BareNameOfAClassFoundByWalkingAsksForTheServerWitho
                {.Text = "Index: ''"});
 }
 
-TEST_F(FrameworkObjectsTest, HostCollectionThatNobodyOffers) {
+TEST_F(FrameworkObjectsTest, HostCollectionThatNobodyOffersIsRefused) {
   design_.Order->SetActiveXCollection("Sales.Unknown");
   ExpectRaised(
       errBusinessCollection_Create, [&] { framework_.CreateBusinessObjects({.ClassName = "Order"}); },

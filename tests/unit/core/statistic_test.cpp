@@ -139,7 +139,7 @@ TEST(StatisticTest, LockedGuardsNothing) {
   EXPECT_EQ(statistic->SubjectCount(), 3);
 }
 
-TEST(StatisticTest, TotalDetailsInWords) {
+TEST(StatisticTest, TotalDetailsTellTheTimeInWords) {
   EXPECT_EQ(Lasting(0)->TotalDetails(), "0 seconds");
   EXPECT_EQ(Lasting(3725)->TotalDetails(), "62 minutes and 5 seconds");
   EXPECT_EQ(Lasting(40000)->TotalDetails(), "666 minutes and 40 seconds");
@@ -174,7 +174,7 @@ TEST(StatisticTest, TimesBeyondTheCalendarLeaveTheTextsEmptyAndRaiseNothing) {
   EXPECT_EQ(statistic->Subject(), "Subject: (Unknown)  Count: 0");
 }
 
-TEST(StatisticTest, SubjectTexts) {
+TEST(StatisticTest, SubjectIsShownByItsLabelAndItsCount) {
   const auto statistic = Started();
   statistic->SetSubjectCount(3);
   EXPECT_EQ(statistic->Subject(), "Subject: (Unknown)  Count: 3");
@@ -206,7 +206,7 @@ TEST(StatisticTest, DetailsOfAnUnfinishedOneEndAtDayZeroAndHaveNoTotal) {
             "Started: 6/1/98 9:14:02 AM\r\nEnded: 12:00:00 AM\r\nTotal: \r\nProcedure: Load\r\nSubjects: 0");
 }
 
-TEST(StatisticTest, DetailsWithoutNameAndSubject) {
+TEST(StatisticTest, DetailsLeaveOutAMissingNameAndSubject) {
   const auto statistic = Lasting(1);
   statistic->SetName("");
   EXPECT_EQ(statistic->Details(),

@@ -188,7 +188,7 @@ TEST_F(StatisticsTest, TotalDetailsOfAnEmptyCollectionAreZeroSeconds) {
   EXPECT_EQ(statistics_->TotalDetails(), "0 seconds");
 }
 
-TEST_F(StatisticsTest, DetailsOfAnEmptyCollection) {
+TEST_F(StatisticsTest, DetailsOfAnEmptyCollectionCountNothing) {
   EXPECT_EQ(statistics_->Details(),
             "Statistics Count 0\r\nTotal: 0 seconds  Elapsed: 0 seconds  Started: 12:00:00 AM  Ended: 12:00:00 AM");
 }

@@ -32,7 +32,7 @@ class PropertiesDataTest : public testing::Test {
   ScopedApartment apartment_;
 };
 
-TEST_F(PropertiesDataTest, ItemByPositionAndByNameWithoutRegardToCase) {
+TEST_F(PropertiesDataTest, ItemIsFoundByPositionAndByNameWithoutRegardToCase) {
   const auto data = Of({"A", "B"});
   EXPECT_EQ(data->Item(2)->Name(), "B");
   EXPECT_EQ(data->Item("b")->Name(), "B");

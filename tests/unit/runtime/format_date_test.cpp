@@ -11,7 +11,7 @@ namespace {
 const Date kAfternoon = Date::From(2026, 11, 21, 14, 3, 5);  // a Saturday
 const Date kMorning = Date::From(1998, 6, 1, 9, 4, 2);       // a Monday
 
-TEST(FormatDateTest, DaysOfTheMonth) {
+TEST(FormatDateTest, DaysArePrintedByTheirNumberOfLetters) {
   const PatternRow rows[] = {{"d", "1"},
                              {"dd", "01"},
                              {"ddd", "Mon"},
@@ -50,7 +50,7 @@ TEST(FormatDateTest, NamesOfAllMonths) {
   }
 }
 
-TEST(FormatDateTest, Years) {
+TEST(FormatDateTest, YearsArePrintedByTheirNumberOfLetters) {
   const FormatRow rows[] = {{kMorning, "yy", "98"},
                             {kMorning, "yyyy", "1998"},
                             {kMorning, "YYYY", "1998"},
@@ -156,7 +156,7 @@ TEST(FormatDateTest, ShortYearsAreThoseOfTheNearestCentury) {
   ExpectTexts("Short Date", rows);
 }
 
-TEST(FormatDateTest, LeapDays) {
+TEST(FormatDateTest, LeapDaysArePrintedAsDaysOfTheirYear) {
   const FormatRow rows[] = {{Date::From(2024, 2, 29), "dddd, mmmm d", "Thursday, February 29"},
                             {Date::From(2000, 2, 29), "ddd d.m.yyyy", "Tue 29.2.2000"},
                             {Date{Date::From(2026, 2, 28).Days + 1}, "m/d", "3/1"},
@@ -166,7 +166,7 @@ TEST(FormatDateTest, LeapDays) {
   ExpectTexts(rows);
 }
 
-TEST(FormatDateTest, HoursMinutesAndSeconds) {
+TEST(FormatDateTest, HoursMinutesAndSecondsArePrintedByTheirNumberOfLetters) {
   const FormatRow rows[] = {{kMorning, "h", "9"},
                             {kMorning, "hh", "09"},
                             {kMorning, "n", "4"},
@@ -194,7 +194,7 @@ TEST(FormatDateTest, TheSecondIsTheOneThatHasBegun) {
   ExpectTexts(rows);
 }
 
-TEST(FormatDateTest, EveryHourOfBothClocks) {
+TEST(FormatDateTest, EveryHourIsPrintedByBothClocks) {
   for (int hour = 0; hour < 24; ++hour) {
     const Date date = Date::From(2026, 11, 20, hour, 30);
     const std::string twelve = std::to_string(hour % 12 == 0 ? 12 : hour % 12);
@@ -206,7 +206,7 @@ TEST(FormatDateTest, EveryHourOfBothClocks) {
   }
 }
 
-TEST(FormatDateTest, HalvesOfTheDay) {
+TEST(FormatDateTest, HalvesOfTheDayArePrintedAsTheyAreSpelt) {
   const PatternRow morning[] = {{"h:nn AM/PM", "9:04 AM"}, {"h:nn am/pm", "9:04 am"}, {"h A/P", "9 A"},
                                 {"h a/p", "9 a"},          {"h AMPM", "9 AM"},        {"h ampm", "9 AM"},
                                 {"h Am/Pm", "9 AM"},       {"h aM/pM", "9 am"},       {"hAMPM", "9AM"}};

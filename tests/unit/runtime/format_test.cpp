@@ -54,7 +54,7 @@ TEST(FormatTest, GeneralNumberReadsTextsAsNumbers) {
   ExpectTexts("General Number", rows);
 }
 
-TEST(FormatTest, CurrencyOfEveryType) {
+TEST(FormatTest, CurrencyPrintsEveryType) {
   const ValueRow rows[] = {{std::int16_t{7}, "$7.00"},
                            {-70000, "($70,000.00)"},
                            {0.1F, "$0.10"},
@@ -79,7 +79,7 @@ TEST(FormatTest, CurrencyOfEveryType) {
   ExpectTexts("Currency", rows);
 }
 
-TEST(FormatTest, FixedOfEveryType) {
+TEST(FormatTest, FixedPrintsEveryType) {
   const ValueRow rows[] = {{std::int16_t{7}, "7.00"},
                            {-70000, "-70000.00"},
                            {0.1F, "0.10"},
@@ -98,7 +98,7 @@ TEST(FormatTest, FixedOfEveryType) {
   ExpectTexts("Fixed", rows);
 }
 
-TEST(FormatTest, StandardOfEveryType) {
+TEST(FormatTest, StandardPrintsEveryType) {
   const ValueRow rows[] = {{std::int16_t{999}, "999.00"},
                            {1000, "1,000.00"},
                            {-1234567, "-1,234,567.00"},
@@ -114,7 +114,7 @@ TEST(FormatTest, StandardOfEveryType) {
   ExpectTexts("Standard", rows);
 }
 
-TEST(FormatTest, PercentOfEveryType) {
+TEST(FormatTest, PercentPrintsEveryType) {
   const ValueRow rows[] = {{1, "100.00%"},           {std::int16_t{-2}, "-200.00%"},
                            {0.12, "12.00%"},         {0.123456, "12.35%"},
                            {-0.00001, "0.00%"},      {0.07F, "7.00%"},
@@ -125,7 +125,7 @@ TEST(FormatTest, PercentOfEveryType) {
   ExpectTexts("Percent", rows);
 }
 
-TEST(FormatTest, ScientificOfEveryType) {
+TEST(FormatTest, ScientificPrintsEveryType) {
   const ValueRow rows[] = {{1234, "1.23E+03"},
                            {std::int16_t{-7}, "-7.00E+00"},
                            {0, "0.00E+00"},
@@ -162,7 +162,7 @@ TEST(FormatTest, BooleanFormatsTellZeroFromAnyOtherNumber) {
   }
 }
 
-TEST(FormatTest, NamedDateFormatsOfADate) {
+TEST(FormatTest, NamedDateFormatsPrintADate) {
   const PatternRow afternoon[] = {{"General Date", "11/21/26 2:03:05 PM"},
                                   {"Long Date", "Saturday, November 21, 2026"},
                                   {"Medium Date", "21-Nov-26"},
@@ -181,7 +181,7 @@ TEST(FormatTest, NamedDateFormatsOfADate) {
   ExpectTexts(kMorning, morning);
 }
 
-TEST(FormatTest, NamedDateFormatsOfMidnightAndNoon) {
+TEST(FormatTest, NamedDateFormatsPrintMidnightAndNoon) {
   const PatternRow midnight[] = {{"General Date", "6/1/98"},
                                  {"Long Date", "Monday, June 1, 1998"},
                                  {"Long Time", "12:00:00 AM"},

@@ -103,7 +103,7 @@ TEST(VariantConvertTest, WholeNumbersRoundHalfToEven) {
   }
 }
 
-TEST(VariantConvertTest, WholeNumbersAtTheirLimits) {
+TEST(VariantConvertTest, WholeNumbersReachTheirLimits) {
   EXPECT_EQ(Variant(32767.49).AsInteger(), 32767);
   EXPECT_EQ(Variant(-32768.5).AsInteger(), -32768);
   EXPECT_EQ(Variant("2147483647.4").AsLong(), 2147483647);
@@ -329,7 +329,7 @@ TEST(VariantConvertTest, WhatDoesNotFitAnAmountRaises6) {
   }
 }
 
-TEST(VariantConvertTest, StringForms) {
+TEST(VariantConvertTest, EveryValueHasItsStringForm) {
   const struct {
     Variant Value;
     const char* Text;
