@@ -220,7 +220,7 @@ TEST(RowBlockTest, HeapBytesCountTheBuffers) {
 TEST(RowBlockTest, HeapBytesCountTextsAndNullBitsToo) {
   RowChunkBuilder builder({ColumnStorage::Text, ColumnStorage::Long});
   for (int row = 0; row < 64; ++row) builder.AddRow({std::string(100, 'x'), Variant::Null()});
-  const std::size_t texts = 64 * (100 + sizeof(std::uint32_t));
+  const std::size_t texts = 64 * (100 + sizeof(std::uint16_t));
   const std::size_t numbers = 64 * sizeof(std::int32_t) + sizeof(std::uint64_t);
   EXPECT_GE(builder.Build()->HeapBytes(), texts + numbers);
 }
