@@ -32,10 +32,10 @@ struct NoDates {
 struct DateProfile {
   const char* Driver;
   std::vector<const char*> Begin{};
-  const char* Timestamp;  // types of columns that hold milliseconds
-  const char* Time;
-  const char* Today;
-  const char* TodaysMidnight;
+  const char* Timestamp = "timestamp";  // types of columns that hold milliseconds
+  const char* Time = "time";            // none: there is no such type
+  const char* Today = "'{today}'";
+  const char* TodaysMidnight = "'{today} 00:00:00'";
   std::vector<DateCase> Read;
   std::vector<NoDates> Refused{};
   int Step = 1;                           // of milliseconds, that a timestamp keeps
@@ -50,8 +50,6 @@ constexpr const char* kNull = "Null";
 
 const DateProfile kProfiles[] = {
     {.Driver = "SQLite",
-     .Timestamp = "timestamp",
-     .Time = "time",
      .Today = "date('now', 'localtime')",
      .TodaysMidnight = "date('now', 'localtime')",
      .Read = {{"timestamp", "'2026-11-20T14:03:05.250Z'", "2026-11-20 14:03:05.250"},
@@ -70,10 +68,6 @@ const DateProfile kProfiles[] = {
                  {"time", {"'24:00:00'"}}}},
     {.Driver = "PostgreSQL",
      .Begin = {"SET TimeZone = 'Europe/Berlin'"},
-     .Timestamp = "timestamp",
-     .Time = "time",
-     .Today = "'{today}'",
-     .TodaysMidnight = "'{today} 00:00:00'",
      .Read = {{"timestamp", "'9999-12-31 23:59:59'", "9999-12-31 23:59:59.000"},
               {"timestamp", "'2026-11-20 14:03:05.123456'", "2026-11-20 14:03:05.123"},
               {"timestamptz", "'2026-07-20 14:03:05.25+00'", "2026-07-20 16:03:05.250"}},
@@ -93,8 +87,6 @@ const DateProfile kProfiles[] = {
      .Begin = {"SET SESSION sql_mode = 'ALLOW_INVALID_DATES'"},
      .Timestamp = "datetime(3)",
      .Time = "time(3)",
-     .Today = "'{today}'",
-     .TodaysMidnight = "'{today} 00:00:00'",
      .Read = {{"timestamp NULL", "NULL", kNull},
               {"timestamp NULL", "'2026-11-20 14:03:05'", "2026-11-20 14:03:05.000"},
               {"datetime(6)", "'2026-11-20 14:03:05.123456'", "2026-11-20 14:03:05.123"}},
@@ -108,9 +100,7 @@ const DateProfile kProfiles[] = {
      .GivesOdd = true},
     {.Driver = "FreeTDS",
      .Timestamp = "datetime",
-     .Time = nullptr,  // there is none
-     .Today = "'{today}'",
-     .TodaysMidnight = "'{today} 00:00:00'",
+     .Time = nullptr,
      .Read = {{"datetime", "'1753-01-01'", "1753-01-01 00:00:00.000"},
               {"datetime", "'9999-12-31 23:59:59'", "9999-12-31 23:59:59.000"}},
      .Step = 10,
