@@ -7,6 +7,7 @@
 #include <sql.h>
 #include <sqlext.h>
 
+#include "velmoria/platform/odbc/arguments.h"
 #include "velmoria/platform/odbc/columns.h"
 #include "velmoria/runtime/error.h"
 #include "velmoria/runtime/text.h"
@@ -100,8 +101,7 @@ std::vector<ProcedureParameter> DescribeProcedure(Connection& connection, const 
   const auto made = MakeStatement(connection);
   if (!made) return parameters;
   Statement& statement = *made;
-  std::string pattern = call.Name;
-  auto* const text = reinterpret_cast<Char*>(pattern.data());
+  auto* const text = MutableText(call.Name);
   Calls& calls = statement.Calls();
   if (!Succeeded(calls.ProcedureColumns(statement.Get(), nullptr, 0, nullptr, 0, text, SQL_NTS, nullptr, 0)))
     return parameters;

@@ -105,16 +105,17 @@ void Statement::Prepare(const std::string& text) {
 
 void Statement::Execute() {
   AwaitTurn();
-  isAtEnd_ = false;
-  const Code code = Calls().Execute(Get());
-  if (code != SQL_NO_DATA) Check(code);
+  NoteRun(Calls().Execute(Get()));
 }
 
 void Statement::ExecuteDirect(const std::string& text) {
   const Number length = LengthOfStatement(text);
   AwaitTurn();
+  NoteRun(Calls().ExecDirect(Get(), MutableText(text), length));
+}
+
+void Statement::NoteRun(Code code) {
   isAtEnd_ = false;
-  const Code code = Calls().ExecDirect(Get(), MutableText(text), length);
   if (code != SQL_NO_DATA) Check(code);
 }
 
@@ -130,7 +131,7 @@ void Statement::FinishExecution() {
   if (!execution_) return;
   const Code code = execution_->Wait();
   EndExecution();
-  if (code != SQL_NO_DATA) Check(code);
+  NoteRun(code);
 }
 
 void Statement::CancelExecution() noexcept {

@@ -71,6 +71,7 @@ class Statement {
   friend class Connection;
   /// The connection that it is open on.
   Connection& Open() const;
+  void NoteRun(Code code);
   void EndExecution() noexcept;
   /// Takes back what was set and bound; false when it cannot be as a new one is.
   bool MakeLikeNew() noexcept;

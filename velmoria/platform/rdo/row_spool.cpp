@@ -16,6 +16,7 @@ struct Mark {
   std::uint32_t Bytes;
   ColumnStorage Storage;
   bool HasNulls;
+  std::uint16_t Unused;  // so that no byte of the file is left to chance
 };
 
 [[noreturn]] void FailToRead() { odbc::FailClosed("Rows of the result could not be read back from its file."); }
@@ -24,7 +25,7 @@ std::vector<Mark> MarksOf(const RowChunk& chunk) {
   std::vector<Mark> marks(chunk.Columns());
   for (std::size_t place = 0; place < marks.size(); ++place) {
     const auto& column = chunk.Data(place);
-    marks[place] = {.Bytes = column.Bytes, .Storage = column.Storage, .HasNulls = column.HasNulls};
+    marks[place] = {.Bytes = column.Bytes, .Storage = column.Storage, .HasNulls = column.HasNulls, .Unused = 0};
   }
   return marks;
 }
