@@ -25,6 +25,10 @@ constexpr std::size_t kUnknownText = 1024;
 constexpr std::size_t kWidestText = 4096;
 constexpr std::size_t kNumberText = 64;
 constexpr std::size_t kFirstPiece = 16384;
+// A cache line and a little: buffers of a thousand rows one behind the other would have the same row of all columns
+// compete for the same lines of the cache.
+constexpr std::size_t kApart = 72;
+static_assert(kApart % sizeof(Length) == 0);
 
 struct Way {
   ColumnStorage Storage;
@@ -110,12 +114,12 @@ bool Landing::IsDateText() const noexcept { return info_->Storage == ColumnStora
 bool Landing::CanOverflow() const noexcept { return IsFetched() && cType_ == SQL_C_CHAR && !IsDateText(); }
 
 std::size_t Landing::Bytes(std::size_t rows) const noexcept {
-  return IsFetched() ? rows * sizeof(Length) + Aligned(rows * slotWidth_) : 0;
+  return IsFetched() ? rows * sizeof(Length) + kApart + Aligned(rows * slotWidth_) + kApart : 0;
 }
 
 void Landing::LandIn(std::byte* memory, std::size_t rows) noexcept {
   indicators_ = reinterpret_cast<Length*>(memory);
-  slots_ = memory + rows * sizeof(Length);
+  slots_ = memory + rows * sizeof(Length) + kApart;
   rows_ = rows;
 }
 
