@@ -53,20 +53,21 @@ void PropertyData::Setup(zPropertyStyles style, const PropertyFields& fields, st
   style_ = style;
   orderNumber_ = orderNumber;
   dateCreated_ = Now();
-  fields_ = fields;
-  fields_.Value = Variant();
-  fields_.DefaultValue = Variant();
-  if (fields.Flags == pfNone) fields_.Flags = DefaultFlags(style, fields.DataType);
-  if (fields.Operator.empty()) fields_.Operator = "=";
+  auto& own = fields_.Own();
+  own = fields;
+  own.Value = Variant();
+  own.DefaultValue = Variant();
+  if (fields.Flags == pfNone) own.Flags = DefaultFlags(style, fields.DataType);
+  if (fields.Operator.empty()) own.Operator = "=";
   if (fields.Value.IsGiven()) SetValue(fields.Value);
-  fields_.Locked = false;  // a Locked definition would refuse its own DefaultValue
+  own.Locked = false;  // a Locked definition would refuse its own DefaultValue
   if (!fields.DefaultValue.IsMissing()) SetDefaultValue(fields.DefaultValue);
-  fields_.Locked = fields.Locked;
+  own.Locked = fields.Locked;
   modified_ = clean ? Variant() : Variant(dateCreated_);
 } catch (...) { Failed("Setup"); }
 
 PropertyDataPtr PropertyData::Copy(const std::string& name, bool recursive, const Variant& value) const try {
-  auto fields = fields_;
+  auto fields = *fields_;
   if (!name.empty()) fields.Name = name;
   fields.Value = value;
   fields.Modifiable = true;
@@ -80,50 +81,57 @@ PropertyDataPtr PropertyData::Copy(const std::string& name, bool recursive, cons
 } catch (...) { Failed("Copy"); }
 
 template <class T>
+void PropertyData::Let(T PropertyFields::* field, T value) {
+  if ((*fields_).*field == value) return;
+  fields_.Own().*field = std::move(value);
+  SetDirty();
+}
+
+template <class T>
 void PropertyData::Let(T& field, T value) {
   if (field == value) return;
   field = std::move(value);
   SetDirty();
 }
 
-void PropertyData::SetName(std::string value) { Let(fields_.Name, std::move(value)); }
+void PropertyData::SetName(std::string value) { Let(&PropertyFields::Name, std::move(value)); }
 
-void PropertyData::SetDataType(zDataTypes value) { Let(fields_.DataType, value); }
+void PropertyData::SetDataType(zDataTypes value) { Let(&PropertyFields::DataType, value); }
 
-void PropertyData::SetSize(std::int32_t value) { Let(fields_.Size, value); }
+void PropertyData::SetSize(std::int32_t value) { Let(&PropertyFields::Size, value); }
 
 void PropertyData::SetOperator(std::string value) try {
   if (std::ranges::find(kOperators, value) == kOperators.end()) {
     Raise(errInvalid_Operator, "Operator (Let)", {value});
   }
-  Let(fields_.Operator, std::move(value));
+  Let(&PropertyFields::Operator, std::move(value));
 } catch (...) { Failed("Operator (Let)"); }
 
-void PropertyData::SetOrFlag(bool value) { Let(fields_.OrFlag, value); }
+void PropertyData::SetOrFlag(bool value) { Let(&PropertyFields::OrFlag, value); }
 
-void PropertyData::SetSourceName(std::string value) { Let(fields_.SourceName, std::move(value)); }
+void PropertyData::SetSourceName(std::string value) { Let(&PropertyFields::SourceName, std::move(value)); }
 
-void PropertyData::SetSourceColumn(std::string value) { Let(fields_.SourceColumn, std::move(value)); }
+void PropertyData::SetSourceColumn(std::string value) { Let(&PropertyFields::SourceColumn, std::move(value)); }
 
-void PropertyData::SetSourceTable(std::string value) { Let(fields_.SourceTable, std::move(value)); }
+void PropertyData::SetSourceTable(std::string value) { Let(&PropertyFields::SourceTable, std::move(value)); }
 
-void PropertyData::SetSourceDataType(zSourceDataTypes value) { Let(fields_.SourceDataType, value); }
+void PropertyData::SetSourceDataType(zSourceDataTypes value) { Let(&PropertyFields::SourceDataType, value); }
 
-void PropertyData::SetModifiable(bool value) { Let(fields_.Modifiable, value); }
+void PropertyData::SetModifiable(bool value) { Let(&PropertyFields::Modifiable, value); }
 
-void PropertyData::SetFlags(zPropertyFlags value) { Let(fields_.Flags, value); }
+void PropertyData::SetFlags(zPropertyFlags value) { Let(&PropertyFields::Flags, value); }
 
-void PropertyData::SetFormatText(std::string value) { Let(fields_.FormatText, std::move(value)); }
+void PropertyData::SetFormatText(std::string value) { Let(&PropertyFields::FormatText, std::move(value)); }
 
-void PropertyData::SetInputMask(std::string value) { Let(fields_.InputMask, std::move(value)); }
+void PropertyData::SetInputMask(std::string value) { Let(&PropertyFields::InputMask, std::move(value)); }
 
-void PropertyData::SetCaption(std::string value) { Let(fields_.Caption, std::move(value)); }
+void PropertyData::SetCaption(std::string value) { Let(&PropertyFields::Caption, std::move(value)); }
 
-void PropertyData::SetDescription(std::string value) { Let(fields_.Description, std::move(value)); }
+void PropertyData::SetDescription(std::string value) { Let(&PropertyFields::Description, std::move(value)); }
 
-void PropertyData::SetLocked(bool value) { Let(fields_.Locked, value); }
+void PropertyData::SetLocked(bool value) { Let(&PropertyFields::Locked, value); }
 
-void PropertyData::SetEngine(zEngines value) { Let(fields_.Engine, value); }
+void PropertyData::SetEngine(zEngines value) { Let(&PropertyFields::Engine, value); }
 
 void PropertyData::SetPropertiesName(std::string value) { Let(propertiesName_, std::move(value)); }
 
@@ -144,29 +152,29 @@ void PropertyData::SetAttributesData(AttributesDataPtr value) {
 }
 
 std::string PropertyData::SourceKey() const {
-  if (fields_.SourceTable.empty() || fields_.SourceColumn.empty()) return {};
-  return fields_.SourceTable + "." + fields_.SourceColumn;
+  if (fields_->SourceTable.empty() || fields_->SourceColumn.empty()) return {};
+  return fields_->SourceTable + "." + fields_->SourceColumn;
 }
 
 bool PropertyData::HasSourceKey(std::string_view sourceKey) const noexcept {
-  const auto& table = fields_.SourceTable;
-  const auto& column = fields_.SourceColumn;
+  const auto& table = fields_->SourceTable;
+  const auto& column = fields_->SourceColumn;
   return !table.empty() && !column.empty() && sourceKey.size() == table.size() + 1 + column.size() &&
          sourceKey.starts_with(table) && sourceKey[table.size()] == '.' && sourceKey.ends_with(column);
 }
 
-std::string PropertyData::FlagsDisplay() const { return velmoria::FlagsDisplay(fields_.Flags); }
+std::string PropertyData::FlagsDisplay() const { return velmoria::FlagsDisplay(fields_->Flags); }
 
-std::string PropertyData::DataTypeName() const { return velmoria::DataTypeName(fields_.DataType); }
+std::string PropertyData::DataTypeName() const { return velmoria::DataTypeName(fields_->DataType); }
 
 std::string PropertyData::SourceDataTypeName() const {
-  return velmoria::SourceDataTypeName(fields_.SourceDataType, fields_.Engine);
+  return velmoria::SourceDataTypeName(fields_->SourceDataType, fields_->Engine);
 }
 
 std::string PropertyData::Details() const {
-  const auto value = fields_.DataType == dtByteArray ? std::string("(Byte Array)") : ValueText(fields_.Value);
-  return "Property: " + Quoted(fields_.Name) + "  Value: " + Quoted(value) + "  Data Type: " + Quoted(DataTypeName()) +
-         "  Size: " + NumberText(fields_.Size) + "  SourceName: " + Quoted(fields_.SourceName) +
+  const auto value = fields_->DataType == dtByteArray ? std::string("(Byte Array)") : ValueText(fields_->Value);
+  return "Property: " + Quoted(fields_->Name) + "  Value: " + Quoted(value) + "  Data Type: " + Quoted(DataTypeName()) +
+         "  Size: " + NumberText(fields_->Size) + "  SourceName: " + Quoted(fields_->SourceName) +
          "  Source Data Type: " + Quoted(SourceDataTypeName());
 }
 

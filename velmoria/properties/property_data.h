@@ -7,7 +7,7 @@
 #include "velmoria/core/enumerations.h"
 #include "velmoria/core/reporting.h"
 #include "velmoria/fwd.h"
-#include "velmoria/properties/property_fields.h"
+#include "velmoria/properties/shared_fields_impl.h"
 #include "velmoria/runtime/object.h"
 #include "velmoria/runtime/pooled.h"
 
@@ -25,7 +25,8 @@ struct ColumnFacts {
 class PropertyData final : public Object, public Reporting, public Pooled {
  public:
   PropertyData();
-  /// One like a definition that was only set up, as if made at that time.
+  /// One like a definition that was only set up, as if made at that time. They share their fields until one of them
+  /// changes.
   PropertyData(const PropertyData& like, Date created);
   ~PropertyData() override;
   std::string_view ReportedType() const noexcept override { return "PropertyData"; }
@@ -34,11 +35,11 @@ class PropertyData final : public Object, public Reporting, public Pooled {
   /// Raises what SetDefaultValue raises for the DefaultValue given.
   void Setup(zPropertyStyles style, const PropertyFields& fields, std::int32_t orderNumber = 0, bool clean = false);
   /// A clean definition of the same kind, Modifiable again and without Description; an empty name keeps the name.
-  PropertyDataPtr Copy(const std::string& name, bool recursive) const { return Copy(name, recursive, fields_.Value); }
+  PropertyDataPtr Copy(const std::string& name, bool recursive) const { return Copy(name, recursive, fields_->Value); }
   /// The same with another value.
   PropertyDataPtr Copy(const std::string& name, bool recursive, const Variant& value) const;
 
-  const PropertyFields& Fields() const noexcept { return fields_; }
+  const PropertyFields& Fields() const noexcept { return *fields_; }
 
   zPropertyStyles Style() const noexcept { return style_; }
   void SetStyle(zPropertyStyles value) noexcept { style_ = value; }
@@ -50,40 +51,40 @@ class PropertyData final : public Object, public Reporting, public Pooled {
   /// A column of rows is found by its number: from now on it keeps the one it has, whatever list it joins.
   void FixOrderNumber() noexcept { orderFixed_ = true; }
 
-  const std::string& Name() const noexcept { return fields_.Name; }
+  const std::string& Name() const noexcept { return fields_->Name; }
   void SetName(std::string value);
-  zDataTypes DataType() const noexcept { return fields_.DataType; }
+  zDataTypes DataType() const noexcept { return fields_->DataType; }
   void SetDataType(zDataTypes value);
-  std::int32_t Size() const noexcept { return fields_.Size; }
+  std::int32_t Size() const noexcept { return fields_->Size; }
   void SetSize(std::int32_t value);
-  const std::string& Operator() const noexcept { return fields_.Operator; }
+  const std::string& Operator() const noexcept { return fields_->Operator; }
   /// Raises 15056 for anything but "=", ">", "<>", "=>", "=<", "<", "<=" and ">=".
   void SetOperator(std::string value);
-  bool OrFlag() const noexcept { return fields_.OrFlag; }
+  bool OrFlag() const noexcept { return fields_->OrFlag; }
   void SetOrFlag(bool value);
-  const std::string& SourceName() const noexcept { return fields_.SourceName; }
+  const std::string& SourceName() const noexcept { return fields_->SourceName; }
   void SetSourceName(std::string value);
-  const std::string& SourceColumn() const noexcept { return fields_.SourceColumn; }
+  const std::string& SourceColumn() const noexcept { return fields_->SourceColumn; }
   void SetSourceColumn(std::string value);
-  const std::string& SourceTable() const noexcept { return fields_.SourceTable; }
+  const std::string& SourceTable() const noexcept { return fields_->SourceTable; }
   void SetSourceTable(std::string value);
-  zSourceDataTypes SourceDataType() const noexcept { return fields_.SourceDataType; }
+  zSourceDataTypes SourceDataType() const noexcept { return fields_->SourceDataType; }
   void SetSourceDataType(zSourceDataTypes value);
-  bool Modifiable() const noexcept { return fields_.Modifiable; }
+  bool Modifiable() const noexcept { return fields_->Modifiable; }
   void SetModifiable(bool value);
-  zPropertyFlags Flags() const noexcept { return fields_.Flags; }
+  zPropertyFlags Flags() const noexcept { return fields_->Flags; }
   void SetFlags(zPropertyFlags value);
-  const std::string& FormatText() const noexcept { return fields_.FormatText; }
+  const std::string& FormatText() const noexcept { return fields_->FormatText; }
   void SetFormatText(std::string value);
-  const std::string& InputMask() const noexcept { return fields_.InputMask; }
+  const std::string& InputMask() const noexcept { return fields_->InputMask; }
   void SetInputMask(std::string value);
-  const std::string& Caption() const noexcept { return fields_.Caption; }
+  const std::string& Caption() const noexcept { return fields_->Caption; }
   void SetCaption(std::string value);
-  const std::string& Description() const noexcept { return fields_.Description; }
+  const std::string& Description() const noexcept { return fields_->Description; }
   void SetDescription(std::string value);
-  bool Locked() const noexcept { return fields_.Locked; }
+  bool Locked() const noexcept { return fields_->Locked; }
   void SetLocked(bool value);
-  zEngines Engine() const noexcept { return fields_.Engine; }
+  zEngines Engine() const noexcept { return fields_->Engine; }
   void SetEngine(zEngines value);
   const std::string& PropertiesName() const noexcept { return propertiesName_; }
   void SetPropertiesName(std::string value);
@@ -95,7 +96,7 @@ class PropertyData final : public Object, public Reporting, public Pooled {
   void SetModifiedBy(std::string value);
 
   /// The value as it is stored, of whatever type. Storing one makes the value before it the old one.
-  const Variant& Value() const noexcept { return fields_.Value; }
+  const Variant& Value() const noexcept { return fields_->Value; }
   void SetValue(const Variant& value);
   const Variant& OldValue() const noexcept { return oldValue_; }
   /// Takes the old value back, one step.
@@ -103,7 +104,7 @@ class PropertyData final : public Object, public Reporting, public Pooled {
   bool DirtyValue() const;
 
   /// As stored; see DefaultValue.
-  const Variant& StoredDefaultValue() const noexcept { return fields_.DefaultValue; }
+  const Variant& StoredDefaultValue() const noexcept { return fields_->DefaultValue; }
   /// In the storage of the DataType; Empty when there is none.
   Variant DefaultValue() const;
   /// Raises 15002 when Locked, 15161 to 15164 for a value the definition refuses, 15058 or 15059 for one that does not
@@ -136,9 +137,11 @@ class PropertyData final : public Object, public Reporting, public Pooled {
  private:
   std::string StateDetails() const override { return Details(); }
   template <class T>
+  void Let(T PropertyFields::* field, T value);
+  template <class T>
   void Let(T& field, T value);
 
-  PropertyFields fields_;
+  SharedFields fields_;
   zPropertyStyles style_ = psNone;
   std::int32_t orderNumber_ = 0;
   bool orderFixed_ = false;

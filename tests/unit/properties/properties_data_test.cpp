@@ -238,6 +238,28 @@ TEST_F(PropertiesDataTest, ATwinIsTheSameListOfCleanDefinitionsOfItsOwn) {
   EXPECT_EQ(Order(twin), "B1C2D3E4F5G6");
 }
 
+TEST_F(PropertiesDataTest, WhatChangesOnOneOfTwoTwinsLeavesTheOtherAsItWas) {
+  const auto data = Of({"A", "B"});
+  const auto twin = data->Twin();
+  data->Item("A")->SetCaption("of the first");
+  twin->Item("A")->SetDescription("of the second");
+  twin->Item("B")->SetValue("value");
+  data->Item("B")->SetDefaultValue("default");
+  EXPECT_EQ(twin->Item("A")->Caption(), "");
+  EXPECT_EQ(data->Item("A")->Description(), "");
+  EXPECT_TRUE(data->Item("B")->Value().IsEmpty());
+  EXPECT_TRUE(twin->Item("B")->StoredDefaultValue().IsEmpty());
+  EXPECT_EQ(twin->Item("A")->Details(), data->Item("A")->Details());
+}
+
+TEST_F(PropertiesDataTest, ATwinOutlivesWhatItIsLike) {
+  auto data = Of({"A"});
+  const auto twin = data->Twin();
+  data = nullptr;
+  twin->Item("A")->SetName("Z");
+  EXPECT_EQ(twin->Item("A")->SourceKey(), "t.A");
+}
+
 TEST_F(PropertiesDataTest, OnlyARecursiveCopyTakesTheAttributes) {
   const auto data = Of({"A"});
   data->Item("A")->AttributesData()->SetupItem({.Name = "Colour"});
