@@ -69,7 +69,7 @@ Variant Recordset::OldColumn(std::int32_t row, std::size_t column) const {
 
 Variant Recordset::OldValues(std::int32_t row, const Variant& index) const try {
   RefuseDeleted(row, "OldValues");
-  return changes_ && changes_->Find(row) ? OldColumn(row, NumberedColumn(index, "OldValues")) : Variant();
+  return changes_ && changes_->FindDirty(row) ? OldColumn(row, NumberedColumn(index, "OldValues")) : Variant();
 } catch (...) { Failed("OldValues"); }
 
 Variant Recordset::OldValues(std::int32_t row, const PropertyData& column) const try {

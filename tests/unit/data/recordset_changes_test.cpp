@@ -50,6 +50,7 @@ TEST_F(RecordsetChangesTest, WhatWasNeverChangedIsNotAskedForItsColumns) {
   EXPECT_FALSE(rows.Rows->Dirty(0, "None"));
   EXPECT_TRUE(rows.Rows->OldValues(0, "None").IsEmpty());
   rows.Rows->Undo(0, "None");
+  EXPECT_TRUE(rows.Rows->OldValues(rows.NewRow()->Row(), "None").IsEmpty());
   rows.Rows->SetValue(0, "Name", "Eve");
   ExpectRaised(errItem_Property, [&] { rows.Rows->Dirty(0, "None"); }, {.Text = "None"});
   ExpectRaised(errItem_Property, [&] { rows.Rows->OldValues(0, "None"); }, {.Text = "None"});

@@ -105,17 +105,17 @@ std::string Connection::InfoText(Word information) {
   std::array<char, 256> text{};
   Small length = 0;
   const Code code = Calls().GetInfo(handle_, information, text.data(), static_cast<Small>(text.size() - 1), &length);
-  return IsAnswered(code) ? std::string(text.data()) : std::string();
+  return NoteAnswer(code) ? std::string(text.data()) : std::string();
 }
 
 Word Connection::InfoNumber(Word information) {
   RequireOpen();
   Word number = 0;
   const Code code = Calls().GetInfo(handle_, information, &number, sizeof number, nullptr);
-  return IsAnswered(code) ? number : Word{0};
+  return NoteAnswer(code) ? number : Word{0};
 }
 
-bool Connection::IsAnswered(Code code) noexcept {
+bool Connection::NoteAnswer(Code code) noexcept {
   if (!Succeeded(code)) inDoubt_ = true;
   return Succeeded(code);
 }

@@ -29,7 +29,7 @@ class Connection {
   void SetAutoCommit(bool value);
   /// A commit of what went with a lost link is refused.
   void EndTransaction(bool commit);
-  [[noreturn]] static void FailWithLostTransaction();
+  [[noreturn, gnu::cold]] static void FailWithLostTransaction();
   /// A text or small number about the server, by the number of SQLGetInfo; empty or 0 when the driver does not know.
   std::string InfoText(Word information);
   Word InfoNumber(Word information);
@@ -48,7 +48,7 @@ class Connection {
   void Connect(const std::string& connect, bool prompting, bool readOnly);
   void RequireOpen() const;
   /// Of a call whose failure is nobody's: it may still tell of a lost link.
-  bool IsAnswered(Code code) noexcept;
+  bool NoteAnswer(Code code) noexcept;
   void Enter(Statement* statement);
   void Leave(Statement* statement) noexcept;
   /// A statement handle, perhaps one that was used before and is like new.

@@ -48,10 +48,10 @@ void Statement::Close() noexcept {
 
 bool Statement::MakeLikeNew() noexcept {
   const auto unset = [this](const auto& attribute) {
-    return connection_->IsAnswered(Calls().SetStmtAttr(handle_, attribute.Number, attribute.New, 0));
+    return connection_->NoteAnswer(Calls().SetStmtAttr(handle_, attribute.Number, attribute.New, 0));
   };
   if (isSpecial_ || !UnbindParameters()) return false;
-  if (!connection_->IsAnswered(Calls().FreeStmt(handle_, SQL_UNBIND))) return false;
+  if (!connection_->NoteAnswer(Calls().FreeStmt(handle_, SQL_UNBIND))) return false;
   if (fetchesBlocks_ && !std::ranges::all_of(kBlockAttributes, unset)) return false;
   return (isAtEnd_ || HasNothingLeft()) && EndResult();
 }
@@ -59,10 +59,10 @@ bool Statement::MakeLikeNew() noexcept {
 // The driver holds what is left of a result, and its lock of the file, behind the end of the result.
 bool Statement::HasNothingLeft() noexcept {
   Small columns = 0;
-  if (!connection_->IsAnswered(Calls().NumResultCols(handle_, &columns))) return false;
+  if (!connection_->NoteAnswer(Calls().NumResultCols(handle_, &columns))) return false;
   if (columns == 0) return true;
   const Code code = Calls().Fetch(handle_);
-  if (code != SQL_NO_DATA) connection_->IsAnswered(code);
+  if (code != SQL_NO_DATA) connection_->NoteAnswer(code);
   return code == SQL_NO_DATA;
 }
 
@@ -78,7 +78,7 @@ void Statement::AskForScrolling() {
     code = ask();
   }
   // A refusal is no failure: Scrolls tells what there is.
-  connection_->IsAnswered(code);
+  connection_->NoteAnswer(code);
 }
 
 bool Statement::Scrolls() const {
@@ -120,10 +120,10 @@ void Statement::NoteRun(Code code) {
 }
 
 void Statement::ExecuteInBackground(const std::string& text, bool prepared) {
-  LengthOfStatement(text);
   AwaitTurn();
   isSpecial_ = true;
-  execution_ = std::make_unique<Execution>(connection_->Driver().Calls, Get(), text, prepared);
+  const Handle handle = Get();
+  execution_ = std::make_unique<Execution>(connection_->Driver().Calls, handle, text, prepared);
   connection_->executing_ = this;
 }
 
@@ -137,7 +137,7 @@ void Statement::FinishExecution() {
 void Statement::CancelExecution() noexcept {
   if (!execution_) return;
   execution_->Cancel();
-  connection_->IsAnswered(execution_->Wait());
+  connection_->NoteAnswer(execution_->Wait());
   EndExecution();
 }
 
@@ -159,13 +159,13 @@ bool Statement::MoreResults() {
 }
 
 bool Statement::EndResult() noexcept {
-  return handle_ == nullptr || connection_->IsAnswered(connection_->Calls().FreeStmt(handle_, SQL_CLOSE));
+  return handle_ == nullptr || connection_->NoteAnswer(connection_->Calls().FreeStmt(handle_, SQL_CLOSE));
 }
 
 void Statement::UnbindColumns() { Check(Calls().FreeStmt(Get(), SQL_UNBIND)); }
 
 bool Statement::UnbindParameters() noexcept {
-  return handle_ == nullptr || connection_->IsAnswered(connection_->Calls().FreeStmt(handle_, SQL_RESET_PARAMS));
+  return handle_ == nullptr || connection_->NoteAnswer(connection_->Calls().FreeStmt(handle_, SQL_RESET_PARAMS));
 }
 
 int Statement::Columns() {
@@ -176,7 +176,7 @@ int Statement::Columns() {
 
 Length Statement::RowsAffected() {
   Length rows = -1;
-  return connection_->IsAnswered(Calls().RowCount(Get(), &rows)) ? rows : -1;
+  return connection_->NoteAnswer(Calls().RowCount(Get(), &rows)) ? rows : -1;
 }
 
 Connection& Statement::Open() const {

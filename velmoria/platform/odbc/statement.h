@@ -33,9 +33,9 @@ class Statement {
   void ExecuteDirect(const std::string& text);
 
   /// Prepares and executes, or executes directly, on a thread of its own. What is bound has to stay until
-  /// FinishExecution or Close. The connection does nothing else meanwhile: whatever needs it waits.
+  /// FinishExecution, CancelExecution or Close. The connection does nothing else meanwhile: whatever needs it waits.
   void ExecuteInBackground(const std::string& text, bool prepared);
-  /// Whether what was begun in the background has not been finished or cancelled here, ended or not.
+  /// Whether an execution was begun in the background and neither FinishExecution nor CancelExecution has been called.
   bool IsUnfinished() const noexcept { return execution_ != nullptr; }
   bool IsExecuting() const noexcept { return execution_ && execution_->IsRunning(); }
   /// Waits for an execution in the background and raises its failure; does nothing without one.
@@ -47,11 +47,11 @@ class Statement {
   void NoteEnd() noexcept { isAtEnd_ = true; }
   /// Goes to the next result of the execution; false behind the last one, with the output parameters filled.
   bool MoreResults();
-  /// Ends the result of the last execution, if there is one; false when the driver does not.
+  /// Ends the result of the last execution, if there is one; false when the driver does not, true when this is closed.
   bool EndResult() noexcept;
   /// Raises what the driver refuses: it would go on writing where the columns were bound.
   void UnbindColumns();
-  /// False when the driver does not.
+  /// False when the driver does not, true when this is closed.
   bool UnbindParameters() noexcept;
 
   int Columns();

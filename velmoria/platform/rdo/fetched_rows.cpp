@@ -78,7 +78,7 @@ RowBlock FetchedRows::Take(long long first, long long count) const {
   return taken.Slice(skipped, static_cast<std::size_t>(count));
 }
 
-bool FetchedRows::Are(const RowChunk& rows, long long first) const {
+bool FetchedRows::Matches(const RowChunk& rows, long long first) const {
   const auto count = static_cast<long long>(rows.Rows());
   if (first + count - 1 > Count()) return false;
   const auto block = Take(first, count);

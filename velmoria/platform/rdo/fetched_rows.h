@@ -26,7 +26,7 @@ class FetchedRows {
   Variant Value(std::size_t column, long long position) const;
   RowBlock Take(long long first, long long count) const;
   /// Whether the rows from a position on are these: there, with the same values, bit by bit. Raises as Take does.
-  bool Are(const RowChunk& rows, long long first) const;
+  bool Matches(const RowChunk& rows, long long first) const;
   /// Takes from memory what lies more than about 4 MB behind a position. Rows that somebody else holds too do not count
   /// for these, since nothing would be won.
   void MoveFarBehind(long long position, Behind behind) noexcept;

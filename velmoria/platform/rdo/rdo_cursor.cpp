@@ -10,6 +10,11 @@
 #include "velmoria/runtime/error.h"
 
 namespace velmoria {
+namespace {
+
+constexpr const char* kBrokenOff = "The result could not be read to its end.";
+
+}  // namespace
 
 RdoCursor::RdoCursor(rdoConnectionPtr connection, std::unique_ptr<odbc::Statement> statement,
                      std::unique_ptr<odbc::ParameterValues> values, bool forwardOnly)
@@ -81,7 +86,7 @@ odbc::Columns RdoCursor::Describe() {
 void RdoCursor::RequireSameRows() {
   for (long long first = 1; first <= rows_.Count();) {
     const auto again = source_->Fetch().Next();
-    if (!again || !rows_.Are(*again, first)) odbc::FailClosed("The rows of the result have changed.");
+    if (!again || !rows_.Matches(*again, first)) odbc::FailClosed("The rows of the result have changed.");
     first += static_cast<long long>(again->Rows());
   }
 }
@@ -116,13 +121,14 @@ bool RdoCursor::FetchMore() {
   if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
   if (ended_) return false;
   engine_->rdoErrors().clear();
-  if (failed_ || !source_ || !source_->IsOpen()) odbc::FailClosed("The result could not be read to its end.");
-  failed_ = true;
+  RequireUnbroken();
+  if (!source_ || !source_->IsOpen()) odbc::FailClosed(kBrokenOff);
+  brokeOff_ = true;
   const bool isFirst = rows_.Count() == 0;
   auto chunk = NextChunk();
   const bool isThere = chunk != nullptr;
   if (isThere) rows_.Append(std::move(chunk));
-  failed_ = false;
+  brokeOff_ = false;
   ended_ = source_->Fetch().HasEnded();
   if (isFirst) NoteFirstRow();
   if (ended_ && std::ranges::none_of(*columns_, &odbc::ColumnInfo::IsLong)) EndResults();
@@ -188,6 +194,7 @@ const Variant& RdoCursor::LongValue(std::size_t column) {
   RequireRow();
   if (long_ && long_->Position == position_ && long_->Column == column) return long_->Bytes;
   engine_->rdoErrors().clear();
+  RequireUnbroken();
   if (!source_ || !source_->IsOpen()) odbc::FailClosed("The rows of the result have been read to their end.");
   const bool isText = (*columns_)[column].Type == rdTypeLONGVARCHAR;
   const auto number = static_cast<odbc::Word>(column + 1);
@@ -220,6 +227,11 @@ void RdoCursor::Close() noexcept {
 
 void RdoCursor::RequireOpen() const {
   if (closed_) odbc::FailClosed("The result is closed.");
+}
+
+/// Behind a fetch that failed, nobody knows what the driver would give for a row.
+void RdoCursor::RequireUnbroken() const {
+  if (brokeOff_) odbc::FailClosed(kBrokenOff);
 }
 
 void RdoCursor::RequireRow() const {

@@ -20,8 +20,8 @@ namespace velmoria {
 /// The rows of an open result that have been fetched so far, and the place in them: what a result and its columns
 /// share. Positions count from 1; 0 is before the first row, one more than the number of rows is after the last.
 ///
-/// It owns the statement, and keeps the connection alive while it needs the driver: until the last row has been
-/// fetched, or until Close where there are long columns, which are not fetched with their row.
+/// It owns where the rows come from, and keeps the connection alive while it needs the driver: until the last row has
+/// been fetched, or until Close where there are long columns, which are not fetched with their row.
 ///
 /// A position is the same row for as long as the result is open, whatever the database has by then. Rows more than
 /// about 4 MB behind the position may lie in a temporary file of the process, which nobody else can open and which ends
@@ -96,6 +96,7 @@ class RdoCursor : public Object {
   /// Fetches until the position is known to exist or the end is reached.
   bool Reach(long long position);
   void RequireRow() const;
+  void RequireUnbroken() const;
   void NoteFirstRow();
   void EndResults() noexcept;
   void EndSource() noexcept;
@@ -115,7 +116,7 @@ class RdoCursor : public Object {
   bool opened_ = false;
   bool ended_ = false;  // the last row has been fetched
   bool closed_ = false;
-  bool failed_ = false;
+  bool brokeOff_ = false;  // a fetch was begun and has not succeeded
 };
 
 }  // namespace velmoria

@@ -79,15 +79,17 @@ void rdoEnvironment::BeginTrans() {
 void rdoEnvironment::CommitTrans() {
   engine_->rdoErrors().clear();
   RequireOpen();
-  for (const auto& connection : Connections()) connection->End(true);
+  const auto connections = Connections();
+  for (const auto& connection : connections) connection->End(true);
   inTransaction_ = false;
 }
 
 void rdoEnvironment::RollbackTrans() {
   engine_->rdoErrors().clear();
   RequireOpen();
+  const auto connections = Connections();
   std::exception_ptr failure;
-  for (const auto& connection : Connections()) {
+  for (const auto& connection : connections) {
     try {
       connection->End(false);
     } catch (...) {

@@ -140,9 +140,9 @@ TEST_F(FetchedRowsTest, RowsThatAreLostRaise40071AndTheOthersCanBeRead) {
 
 TEST_F(FetchedRowsTest, ComparesRowsInTheFileAndInMemory) {
   Walk(200);
-  for (const int first : {1, 50, 15000, 19901}) EXPECT_TRUE(rows_.Are(*ChunkFrom(first), first)) << first;
-  EXPECT_FALSE(rows_.Are(*ChunkFrom(2), 1));
-  EXPECT_FALSE(rows_.Are(*ChunkFrom(19950), 19950)) << "they go on behind the last one";
+  for (const int first : {1, 50, 15000, 19901}) EXPECT_TRUE(rows_.Matches(*ChunkFrom(first), first)) << first;
+  EXPECT_FALSE(rows_.Matches(*ChunkFrom(2), 1));
+  EXPECT_FALSE(rows_.Matches(*ChunkFrom(19950), 19950)) << "they go on behind the last one";
 }
 
 TEST_F(FetchedRowsTest, RowsWithAnyOtherValueAreNotTheSame) {
@@ -154,13 +154,13 @@ TEST_F(FetchedRowsTest, RowsWithAnyOtherValueAreNotTheSame) {
   const auto exact = Decimal::Parse("1.50");
   rows_.Append(rowOf(1, "one", exact));
   rows_.Append(rowOf(2, Variant::Null(), exact));
-  EXPECT_TRUE(rows_.Are(*rowOf(1, "one", exact), 1));
-  EXPECT_TRUE(rows_.Are(*rowOf(2, Variant::Null(), exact), 2));
-  EXPECT_FALSE(rows_.Are(*rowOf(0, "one", exact), 1));
-  EXPECT_FALSE(rows_.Are(*rowOf(1, "on", exact), 1));
-  EXPECT_FALSE(rows_.Are(*rowOf(1, Variant::Null(), exact), 1));
-  EXPECT_FALSE(rows_.Are(*rowOf(1, "one", Decimal::Parse("1.5")), 1));
-  EXPECT_FALSE(rows_.Are(*rowOf(2, "", exact), 2));
+  EXPECT_TRUE(rows_.Matches(*rowOf(1, "one", exact), 1));
+  EXPECT_TRUE(rows_.Matches(*rowOf(2, Variant::Null(), exact), 2));
+  EXPECT_FALSE(rows_.Matches(*rowOf(0, "one", exact), 1));
+  EXPECT_FALSE(rows_.Matches(*rowOf(1, "on", exact), 1));
+  EXPECT_FALSE(rows_.Matches(*rowOf(1, Variant::Null(), exact), 1));
+  EXPECT_FALSE(rows_.Matches(*rowOf(1, "one", Decimal::Parse("1.5")), 1));
+  EXPECT_FALSE(rows_.Matches(*rowOf(2, "", exact), 2));
 }
 
 }  // namespace

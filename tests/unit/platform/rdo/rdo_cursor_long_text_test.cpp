@@ -104,6 +104,16 @@ TEST_F(RdoLongTextTest, BehindRowsThatStandInAnotherOrderIsRefused) {
   ExpectRefused([this] { std::swap(Row(1), Row(2)); });
 }
 
+TEST_F(RdoLongTextTest, BehindRowsThatHaveChangedNoLongValueOfTheSecondRunIsGiven) {
+  odbc->Columns.push_back({"Memo", -1});
+  for (auto& row : odbc->Rows) row.push_back("of the first run");
+  const auto result = OpenRepeatable();
+  Row(1) = {"1", "changed", "1.50", "of the second run"};
+  ExpectRdoFailure(rdErrClosed, "rows of the result have changed", [&] { result->GetRows(kRows); });
+  EXPECT_EQ(result->AbsolutePosition(), 1);
+  ExpectRdoFailure(rdErrClosed, "could not be read to its end", [&] { result->rdoColumns().At("Memo")->Whole(); });
+}
+
 TEST_F(RdoLongTextTest, OfAResultThatEndsEarlierByThenIsRefused) {
   const auto driver = std::make_shared<FaultyOdbc>(odbc);
   environment = Make<rdoEngine>(driver)->rdoCreateEnvironment("", "", "");
