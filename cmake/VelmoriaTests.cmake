@@ -101,7 +101,7 @@ foreach(room IN LISTS VELMORIA_ROOMS)
     velmoria_tests(unit_${room} tests/unit/${room})
   endif()
 endforeach()
-# The one builder that needs no other room.
+# It has no test_support, which needs other rooms; this builder needs none.
 target_sources(unit_runtime PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/row_chunk_builder.cpp)
 set_target_properties(unit_platform PROPERTIES ENABLE_EXPORTS ON)
 add_dependencies(unit_platform component_Parts component_small component_Hollow component_Faulty)

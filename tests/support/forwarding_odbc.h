@@ -55,8 +55,8 @@ class ForwardingOdbc : public OdbcTypes, public odbc::Calls {
  protected:
   using Request = std::function<Code()>;
 
-  /// A call of a name on a handle; the request makes it. Freeing a handle and asking for
-  /// diagnostics do not come here.
+  /// A call of a name on a handle, on its parent where it makes one; the request makes the call. Freeing a handle and
+  /// asking for diagnostics do not come here.
   virtual Code Pass(std::string_view name, Handle handle, const Request& request);
 
  private:

@@ -145,7 +145,8 @@ class VELMORIA_API BusinessContext final : public Object, public Lockable, publi
 
  private:
   void SetKeyValue(std::size_t index, const Variant& value);
-  [[noreturn, gnu::cold]] void RefusePinned(std::string_view routine, std::string_view name, std::string_view kind) const;
+  [[noreturn, gnu::cold]] void RefusePinned(std::string_view routine, std::string_view name,
+                                            std::string_view kind) const;
   void ChangeClass(ClassPtr newClass);
   void ChangeAction(ActionPtr newAction);
   void ChangeActionName(const std::string& value);

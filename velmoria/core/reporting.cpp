@@ -61,7 +61,7 @@ Error Unrecorded(const MessageArguments& arguments) {
 
 // Throws the Error that `build` gives; if even that fails, the failure as an Error.
 template <class Build>
-[[noreturn]] void ThrowBuilt(Build build) {
+[[noreturn, gnu::cold]] void ThrowBuilt(Build build) {
   std::optional<Error> error;
   try {
     error.emplace(build());

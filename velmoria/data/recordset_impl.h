@@ -87,11 +87,12 @@ class Recordset final : public Object, public Reporting {
   /// The present value. Raises 15113 on a deleted row. A long column (dtByteArray, engines 2 to 5) is read from the
   /// database when it is first asked for or set, and kept; an empty or Null one reads as Empty. Raises 15130 then.
   Variant Values(std::int32_t row, const PropertyData& column);
-  /// A number is the position of the definition here, and its OrderNumber wherever a change is asked for; neither is
-  /// looked for in a row that is deleted or was never changed. Raises 15072.
+  /// A number is the position of the definition. Raises 15072 for a column that is not there.
   void SetValue(std::int32_t row, const Variant& index, const Variant& value);
   void SetValue(std::int32_t row, const PropertyData& column, const Variant& value);
-  /// The value before the first change since the row was saved, Empty for none. Raises 15113 on a deleted row.
+  /// The value before the first change since the row was saved, Empty for none. Raises 15113 on a deleted row. Here,
+  /// and in Dirty and Undo, a number is the OrderNumber of the column, which is looked for, and 15072 raised, only in a
+  /// row that was changed and is not deleted.
   Variant OldValues(std::int32_t row, const Variant& index) const;
   Variant OldValues(std::int32_t row, const PropertyData& column) const;
   /// True, False for a deleted or unchanged row, or Empty when changed columns are back at their old values. A column

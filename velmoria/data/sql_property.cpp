@@ -26,7 +26,7 @@ zEngines EngineFor(const Property& property, zEngines engine) {
 }
 
 /// Raises 15096, recorded as information: the most severe message held may be another one.
-[[noreturn]] void RefuseOperator(const PropertyData& data) {
+[[noreturn, gnu::cold]] void RefuseOperator(const PropertyData& data) {
   const MessageArguments arguments{.Number = errNotSupported_Operator,
                                    .TypeName = "Property",
                                    .RoutineName = "OperatorValue (Get)",

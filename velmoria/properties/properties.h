@@ -200,7 +200,6 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   void UpdateRow();
   void UpdateByIdentifier();
   void FlagPendingDelete();
-  std::string Heading() const;
 
   zPropertyStyles style_ = psNone;
   std::int32_t row_ = -1;
@@ -213,7 +212,7 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   std::string name_;
   zEngines engine_ = engUnknown;
   mutable std::uint32_t generation_ = 0;  // of data_ when members_ was laid out
-  mutable std::int32_t lastFound_ = 0;    // the position of a plain row's member that was asked for last
+  mutable std::int32_t lastFound_ = 0;    // in a plain row; a name is compared with the next one first
   bool locked_ = false;
   bool noAdd_ = false;
   bool noRemove_ = false;

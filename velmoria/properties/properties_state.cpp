@@ -24,6 +24,23 @@ std::string SourceOf(const Properties& properties, const std::string& owner) {
   return " for " + Quoted(properties.EngineName()) + " Source of " + Quoted(owner);
 }
 
+std::string HeadingOf(const Properties& properties) {
+  const auto count = NumberText(properties.Count());
+  switch (properties.Style()) {
+    case psIdentifier:
+      return "Identifier Definition Properties Count " + count + SourceOf(properties, properties.ClassName());
+    case psParameter:
+      return "Parameter Definition Properties Count " + count + SourceOf(properties, properties.ActionName());
+    case psPersistent: {
+      const auto recordset = properties.Recordset();
+      const auto action = recordset ? ActionOf(*recordset) : ActionPtr();
+      return "Persistent Properties Count " + count + " built using " + (action ? action->Details() : std::string());
+    }
+    case psUser: return "User Properties Count " + count;
+    default: return "Properties Count " + count;
+  }
+}
+
 }  // namespace
 
 bool Properties::Modifiable(bool all) const try {
@@ -118,23 +135,9 @@ zEngines Properties::Engine() const {
 
 std::string Properties::EngineName() const { return velmoria::EngineName(Engine()); }
 
-std::string Properties::Heading() const {
-  const auto count = NumberText(Count());
-  switch (style_) {
-    case psIdentifier: return "Identifier Definition Properties Count " + count + SourceOf(*this, ClassName());
-    case psParameter: return "Parameter Definition Properties Count " + count + SourceOf(*this, ActionName());
-    case psPersistent: {
-      const auto action = recordset_ ? ActionOf(*recordset_) : ActionPtr();
-      return "Persistent Properties Count " + count + " built using " + (action ? action->Details() : std::string());
-    }
-    case psUser: return "User Properties Count " + count;
-    default: return "Properties Count " + count;
-  }
-}
-
 std::string Properties::Details() const try {
   Suspension quiet{"Properties.Details (Get)"};
-  return DetailsOf(Heading(), *this);
+  return DetailsOf(HeadingOf(*this), *this);
 } catch (...) { Failed("Details (Get)"); }
 
 }  // namespace velmoria

@@ -9,7 +9,21 @@ namespace velmoria {
 
 namespace {
 
-constexpr std::array<std::size_t, 13> kWidths{2, 4, 8, 4, 8, 8, sizeof(Decimal), 8, 1, 1, 0, 0, 0};
+// In the order of ColumnStorage.
+constexpr std::array<std::size_t, 13> kWidths{sizeof(std::int16_t),
+                                              sizeof(std::int32_t),
+                                              sizeof(std::int64_t),
+                                              sizeof(float),
+                                              sizeof(double),
+                                              sizeof(std::int64_t),
+                                              sizeof(Decimal),
+                                              sizeof(double),
+                                              sizeof(Byte),
+                                              sizeof(Byte),
+                                              0,
+                                              0,
+                                              0};
+static_assert(kWidths.size() == static_cast<std::size_t>(ColumnStorage::Placeholder) + 1);
 
 template <class T>
 T Load(const RowChunk::Column& column, std::size_t row) noexcept {

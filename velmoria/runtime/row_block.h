@@ -59,12 +59,14 @@ class VELMORIA_API RowChunk {
     return bits != nullptr && ((bits[row / 64] >> (row % 64)) & 1U) != 0;
   }
   ColumnStorage Storage(std::size_t column) const noexcept { return columns_[column].Storage; }
+  /// Written through only by the one who makes the chunk.
   const Column& Data(std::size_t column) const noexcept { return columns_[column]; }
   /// The value as a Variant; row and column count from 0 and are not checked.
   Variant Value(std::size_t column, std::size_t row) const;
   /// The text or bytes in place, without a copy; empty for other storages.
   std::string_view View(std::size_t column, std::size_t row) const noexcept;
-  /// The one piece, which columns of the same description and number of rows give the same meaning.
+  /// The one piece of all columns. Copied into a chunk made of the same columns (Storage, HasNulls, Bytes) and the same
+  /// number of rows, it is the same rows.
   std::span<std::byte> Memory() noexcept { return {memory_.get(), bytes_}; }
   std::span<const std::byte> Memory() const noexcept { return {memory_.get(), bytes_}; }
   /// What the chunk occupies on the heap, in bytes.

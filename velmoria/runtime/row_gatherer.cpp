@@ -1,7 +1,7 @@
 #include "velmoria/runtime/row_gatherer.h"
 
-#include <algorithm>
 #include <cstring>
+#include <memory>
 #include <utility>
 
 #include "velmoria/runtime/error.h"

@@ -17,7 +17,8 @@ class VELMORIA_API RowGatherer {
   /// Adds all rows of the block. All blocks come from one result.
   void Add(const RowBlock& block);
   std::size_t Rows() const noexcept { return rows_; }
-  /// The rows added since the last call; none when there are none.
+  /// The rows added since the last call; none when there are none. Raises 6 when the texts or bytes of one column are
+  /// longer than 4 GB together.
   RowBlock Build();
 
  private:

@@ -15,7 +15,7 @@ namespace {
 constexpr std::int64_t kTenThousand = 10000;
 
 // Null is told apart; whatever else has no such form is of the wrong type.
-[[noreturn]] void Refuse(VarType type) {
+[[noreturn, gnu::cold]] void Refuse(VarType type) {
   Fail(type == VarType::Null ? RuntimeFailure::InvalidUseOfNull : RuntimeFailure::TypeMismatch);
 }
 

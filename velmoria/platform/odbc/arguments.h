@@ -11,7 +11,7 @@ namespace velmoria::odbc {
 Char* MutableText(const std::string& text) noexcept;
 
 /// A length or a place as the calls and the objects over them tell it. Raises 6 for one that they cannot tell.
-Number NumberOf(std::size_t value);
+Number CheckedNumber(std::size_t value);
 
 /// The length of a statement's text. Raises 5 for one with a character 0: a driver may take that for the end of the
 /// text, and run what stands before it.

@@ -22,18 +22,18 @@ constexpr std::size_t kBlockBytes = std::size_t{4} << 20;
 
 }  // namespace
 
-BlockFetch::BlockFetch(Statement& statement, Columns columns, Overflow overflow)
+BlockFetch::BlockFetch(Statement& statement, Columns columns, WhenCut whenCut)
     : statement_(statement), columns_(std::move(columns)), isStream_(!statement.Scrolls()) {
   const DateManners& manners = statement.Dates();
   landings_.reserve(columns_->size());
-  bool canOverflow = false;
+  bool canBeCut = false;
   for (const auto& column : *columns_) {
     const auto& landing = landings_.emplace_back(column, static_cast<Word>(landings_.size() + 1), manners);
     rowBytes_ += landing.RowBytes();
-    canOverflow = canOverflow || landing.CanOverflow();
+    canBeCut = canBeCut || landing.CanBeCut();
   }
   firstAlone_ = isStream_ && std::ranges::any_of(*columns_, &ColumnInfo::IsLong);
-  rowByRow_ = isStream_ && overflow == Overflow::ReadRowByRow && (canOverflow || firstAlone_);
+  rowByRow_ = isStream_ && whenCut == WhenCut::ReadRowByRow && (canBeCut || firstAlone_);
 }
 
 std::size_t BlockFetch::RowsOfBlock() const noexcept {

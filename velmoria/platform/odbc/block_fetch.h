@@ -12,8 +12,8 @@
 
 namespace velmoria::odbc {
 
-/// Fetches the rows of an executed statement forwards, block by block, as a column-wise row array. Numbers arrive in
-/// the chunk's own buffers; texts in slots that are used again for every block, then run together.
+/// Fetches the rows of an executed statement forwards, block by block, as a column-wise row array. Values arrive in
+/// slots that are used again for every block of the same size, and go from there into the chunk.
 ///
 /// A slot is as wide as the driver says the column can be, up to a limit, and no size is trusted: of a value that is
 /// longer, the row is fetched once more by itself and the value read whole. What becomes of one in a cursor that cannot
@@ -21,14 +21,14 @@ namespace velmoria::odbc {
 class BlockFetch {
  public:
   /// Of a cursor that cannot go back to a row.
-  enum class Overflow {
+  enum class WhenCut {
     ReadRowByRow,  // rows are read one by one, unless no column can be longer than its slot
     Tell           // IsCut tells, and the rows of the block are lost
   };
 
   /// The statement has to outlive the use of this. It writes into this from the first Next until Release or its end,
   /// whichever comes first.
-  BlockFetch(Statement& statement, Columns columns, Overflow overflow = Overflow::ReadRowByRow);
+  BlockFetch(Statement& statement, Columns columns, WhenCut whenCut = WhenCut::ReadRowByRow);
   BlockFetch(const BlockFetch&) = delete;
   BlockFetch& operator=(const BlockFetch&) = delete;
 

@@ -25,9 +25,9 @@ EngineErrors Diagnose(Calls& calls, Small kind, Handle handle);
 
 /// Puts the handle's records into the driver's list and throws the first one: its native number and "SQLSTATE: text".
 /// Without any record the number is 40002.
-[[noreturn]] void FailWithDiagnostics(const Driver& driver, Small kind, Handle handle);
+[[noreturn, gnu::cold]] void FailWithDiagnostics(const Driver& driver, Small kind, Handle handle);
 
 /// Raises 40071: something was asked of a handle that is closed.
-[[noreturn]] void FailClosed(std::string description);
+[[noreturn, gnu::cold]] void FailClosed(std::string description);
 
 }  // namespace velmoria::odbc

@@ -8,11 +8,11 @@ namespace {
 
 constexpr std::array kManners = {
     DriverManners{.Driver = "psqlodbc",
-                  .Dates = {.Dates = Misreading::AsToday, .TimesAsText = true},
+                  .Dates = {.Misreads = Misreading::AsToday, .TimesAsText = true},
                   .PreparesReturns = false,
                   .OutputsComeAsRow = true},
     DriverManners{.Driver = "maodbc",
-                  .Dates = {.Dates = Misreading::AsNull, .TimesAsText = true},
+                  .Dates = {.Misreads = Misreading::AsNull, .TimesAsText = true},
                   .RefusalKeepsThread = true,
                   .OutputsComeAsRow = true},
     // Any text can stand in a column of dates, and most are read as something.

@@ -16,7 +16,7 @@ enum class Misreading : std::uint8_t {
 
 /// How the dates of a driver have to be read, so that none of them is taken for another one.
 struct DateManners {
-  Misreading Dates = Misreading::None;
+  Misreading Misreads = Misreading::None;
   bool DatesAsText = false;
   bool TimesAsText = false;  // the structure of a time has no fraction, no sign and no hour beyond the day
 };

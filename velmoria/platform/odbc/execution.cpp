@@ -26,11 +26,11 @@ struct Execution::Job {
   Handle Statement;
   std::string Text;
   bool Prepared;
-  Number Length = NumberOf(Text.size());
+  Number Length = LengthOfStatement(Text);
   Code Result = 0;
   std::atomic<bool> Ended{false};
   bool Executes = false;   // the driver is in the call that runs the statement, or about to be
-  bool Cancelled = false;  // before that: it is not made
+  bool Cancelled = false;  // a call that has not begun is not made
   std::mutex Guard{};
   std::condition_variable Change{};
   std::thread Thread{};

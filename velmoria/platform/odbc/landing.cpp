@@ -23,7 +23,7 @@ constexpr std::size_t kBytesOfCharacter = 4;  // the widest in UTF-8
 constexpr std::size_t kNarrowestText = 64;
 constexpr std::size_t kUnknownText = 1024;
 constexpr std::size_t kWidestText = 4096;
-constexpr std::size_t kNumberText = 64;
+constexpr std::size_t kShortText = 64;
 constexpr std::size_t kFirstPiece = 16384;
 // A cache line and a little: buffers of a thousand rows one behind the other would have the same row of all columns
 // compete for the same lines of the cache.
@@ -46,7 +46,7 @@ constexpr std::array kWays = {
     Way{ColumnStorage::Single, SQL_C_FLOAT, true, 4},
     Way{ColumnStorage::Double, SQL_C_DOUBLE, true, 8},
     Way{ColumnStorage::Currency, SQL_C_CHAR, false, 0},  // of no column of a driver
-    Way{ColumnStorage::Decimal, SQL_C_CHAR, false, kNumberText},
+    Way{ColumnStorage::Decimal, SQL_C_CHAR, false, kShortText},
     Way{ColumnStorage::Date, SQL_C_TYPE_TIMESTAMP, false, sizeof(SQL_TIMESTAMP_STRUCT)},
     Way{ColumnStorage::Boolean, SQL_C_BIT, true, 1},
     Way{ColumnStorage::Byte, SQL_C_SSHORT, false, 2},
@@ -97,21 +97,21 @@ Landing::Landing(const ColumnInfo& info, Word number, const DateManners& manners
   } else if (isTime) {
     cType_ = SQL_C_TYPE_TIME;
     slotWidth_ = sizeof(SQL_TIME_STRUCT);
-  } else if (manners.Dates != Misreading::None) {
-    doubts_ = std::make_unique<DateDoubts>(manners.Dates);
+  } else if (manners.Misreads != Misreading::None) {
+    doubts_ = std::make_unique<DateDoubts>(manners.Misreads);
   }
 }
 
 void Landing::LandAsText() noexcept {
   cType_ = SQL_C_CHAR;
   isPlain_ = false;
-  slotWidth_ = kNumberText;
+  slotWidth_ = kShortText;
 }
 
 bool Landing::IsDateText() const noexcept { return info_->Storage == ColumnStorage::Date && cType_ == SQL_C_CHAR; }
 
 // A text that is longer than its slot is no date.
-bool Landing::CanOverflow() const noexcept { return IsFetched() && cType_ == SQL_C_CHAR && !IsDateText(); }
+bool Landing::CanBeCut() const noexcept { return IsFetched() && cType_ == SQL_C_CHAR && !IsDateText(); }
 
 std::size_t Landing::Bytes(std::size_t rows) const noexcept {
   return IsFetched() ? rows * sizeof(Length) + kApart + Aligned(rows * slotWidth_) + kApart : 0;
@@ -141,16 +141,16 @@ void Landing::Read(Statement& statement, std::size_t row) {
   if (IsCut(row, code == SQL_SUCCESS_WITH_INFO)) ReadRest(statement, row);
   if (!doubts_) return;
   doubts_->End();
-  RefuseMisread(statement, row, 1);
+  RefuseIfMisread(statement, row, 1);
 }
 
 void Landing::RefuseMisread(Statement& statement, std::size_t rows) {
   if (!doubts_) return;
   doubts_->End();
-  for (std::size_t row = 0; row < rows; ++row) RefuseMisread(statement, row, row + 1);
+  for (std::size_t row = 0; row < rows; ++row) RefuseIfMisread(statement, row, row + 1);
 }
 
-void Landing::RefuseMisread(Statement& statement, std::size_t row, std::size_t place) {
+void Landing::RefuseIfMisread(Statement& statement, std::size_t row, std::size_t place) {
   if (!doubts_->IsMisread(statement, number_, place, slots_ + row * slotWidth_, IsNull(row))) return;
   Fail(RuntimeFailure::InvalidArgument, RuntimeFailureText(RuntimeFailure::InvalidArgument) + InColumn());
 }
@@ -177,7 +177,7 @@ void Landing::ReadRest(Statement& statement, std::size_t row) {
 bool Landing::IsNull(std::size_t row) const noexcept { return indicators_[row] == SQL_NULL_DATA; }
 
 bool Landing::IsCut(std::size_t row, bool informed) const noexcept {
-  if (!CanOverflow() || IsNull(row)) return false;
+  if (!CanBeCut() || IsNull(row)) return false;
   const Length length = indicators_[row];
   if (length == SQL_NO_TOTAL || length >= static_cast<Length>(slotWidth_)) return true;
   // Some drivers report what they delivered, not what there is.
@@ -185,7 +185,7 @@ bool Landing::IsCut(std::size_t row, bool informed) const noexcept {
 }
 
 bool Landing::HasCut(std::size_t rows, bool informed) const noexcept {
-  if (!CanOverflow()) return false;
+  if (!CanBeCut()) return false;
   for (std::size_t row = 0; row < rows; ++row) {
     if (IsCut(row, informed)) return true;
   }
@@ -220,6 +220,7 @@ From Landing::Slot(std::size_t row) const {
   return Load<From>(slots_ + row * slotWidth_);
 }
 
+// Only an output lands as text.
 template <class From>
 std::int64_t Landing::Whole(std::size_t row) const {
   return cType_ == SQL_C_CHAR ? WholeOf(Variant(std::string(TextAt(row)))) : Slot<From>(row);
@@ -268,9 +269,9 @@ void Landing::FillConverted(const RowChunk::Column& column, std::size_t rows) co
       return Convert<std::int64_t>(column, rows, [this](auto row) { return Whole<std::int64_t>(row); });
     case ColumnStorage::Decimal:
       return Convert<Decimal>(column, rows, [this](auto row) { return Decimal::Parse(TextAt(row)); });
+    case ColumnStorage::Date: return Convert<double>(column, rows, [this](auto row) { return DateAt(row).Days; });
     default: break;
   }
-  Convert<double>(column, rows, [this](auto row) { return DateAt(row).Days; });
 }
 
 velmoria::Date Landing::DateAt(std::size_t row) const {

@@ -22,16 +22,16 @@ class Landing {
   /// Asks the driver for the text of every value; ahead of LandIn.
   void LandAsText() noexcept;
 
-  /// Bytes that a row takes in the buffers of the fetch.
+  /// Bytes that a row takes in the buffers of the fetch, without what Bytes adds between the columns.
   std::size_t RowBytes() const noexcept { return slotWidth_ + sizeof(Length); }
   /// Whether a value can be longer than its slot.
-  bool CanOverflow() const noexcept;
+  bool CanBeCut() const noexcept;
   /// A long column is not fetched, and has no buffers.
   bool IsFetched() const noexcept { return info_->Storage != ColumnStorage::Placeholder; }
 
-  /// What so many rows take in memory, up to where another landing can follow.
+  /// Memory for so many rows, a multiple of the size of a Length.
   std::size_t Bytes(std::size_t rows) const noexcept;
-  /// The rows land in so much memory, aligned for any value, from here on.
+  /// From here on the rows land in Bytes(rows) of this memory, which is aligned for a Length.
   void LandIn(std::byte* memory, std::size_t rows) noexcept;
   /// Readies it for the rows of a new chunk.
   void Begin();
@@ -64,7 +64,7 @@ class Landing {
   std::string_view TextAt(std::size_t row) const;
   std::string_view SlotAt(std::size_t row) const noexcept;
   bool IsDateText() const noexcept;
-  void RefuseMisread(Statement& statement, std::size_t row, std::size_t place);
+  void RefuseIfMisread(Statement& statement, std::size_t row, std::size_t place);
   void ReadRest(Statement& statement, std::size_t row);
   void TakeEmptyAsNull(std::size_t rows) noexcept;
   velmoria::Date DateAt(std::size_t row) const;

@@ -26,7 +26,7 @@ ColumnInfo WithSize(ColumnInfo info) {
 
 // A parameter is given once: what the driver may misread is not looked at again.
 bool MayMisread(const DateManners& manners) noexcept {
-  return manners.DatesAsText || manners.TimesAsText || manners.Dates != Misreading::None;
+  return manners.DatesAsText || manners.TimesAsText || manners.Misreads != Misreading::None;
 }
 
 }  // namespace
@@ -34,7 +34,6 @@ bool MayMisread(const DateManners& manners) noexcept {
 OutputLanding::OutputLanding(const ColumnInfo& info, Small type)
     : info_(WithSize(info)), type_(type), landing_(info_, Word{0}, DateManners{}) {}
 
-// A driver that has given rows before it may put the digits where it was asked for the number.
 bool OutputLanding::IsWhole() const noexcept {
   return info_.Storage == ColumnStorage::Integer || info_.Storage == ColumnStorage::Long ||
          info_.Storage == ColumnStorage::Byte || info_.Storage == ColumnStorage::BigInteger;
@@ -42,6 +41,7 @@ bool OutputLanding::IsWhole() const noexcept {
 
 void OutputLanding::Bind(Statement& statement, Word number, Small direction, const Variant& given) {
   const bool isDoubtful = info_.Storage == ColumnStorage::Date && MayMisread(statement.Dates());
+  // A driver that has given rows before it may put the digits where it was asked for a number.
   if (IsWhole() || isDoubtful) landing_.LandAsText();
   memory_ = std::make_unique_for_overwrite<std::byte[]>(landing_.Bytes(1));
   landing_.LandIn(memory_.get(), 1);

@@ -91,11 +91,15 @@ ColumnStorage OutputStorage(std::int32_t type) {
   return storage == ColumnStorage::Placeholder ? ColumnStorage::Bytes : storage;
 }
 
+const FixedKind* KindOf(const Variant& value) noexcept {
+  const auto* const kind = std::ranges::find(kFixedKinds, value.Type(), &FixedKind::Value);
+  return kind == kFixedKinds.end() ? nullptr : kind;
+}
+
 std::int32_t TypeOfGiven(const Variant& given) {
   if (given.IsByteArray()) return rdTypeVARBINARY;
-  const auto kind =
-      std::find_if(kFixedKinds.begin(), kFixedKinds.end(), [&](const FixedKind& k) { return k.Value == given.Type(); });
-  return kind == kFixedKinds.end() ? rdTypeVARCHAR : DocumentedType(kind->Type);
+  const auto* const kind = KindOf(given);
+  return kind == nullptr ? rdTypeVARCHAR : DocumentedType(kind->Type);
 }
 
 Variant TextOf(const Variant& value) {
@@ -143,9 +147,7 @@ void ParameterValues::Add(const Variant& value, std::int32_t type) {
   Slot& slot = slots_.emplace_back();
   if (type != 0) slot.Type = DriverType(type);
   if (!value.IsGiven() || value.IsNull()) return;
-  const auto kind =
-      std::find_if(kFixedKinds.begin(), kFixedKinds.end(), [&](const FixedKind& k) { return k.Value == value.Type(); });
-  if (kind != kFixedKinds.end()) {
+  if (const auto* const kind = KindOf(value)) {
     slot.CType = kind->CType;
     slot.Type = type == 0 ? kind->Type : slot.Type;
     slot.Size = kind->Size;

@@ -34,6 +34,6 @@ class FileDescriptor {
 std::string_view WriteAll(int file, std::string_view text);
 
 /// Raises what the operating system's `errno` value means for a path: 53, 61, 70, 76 or 75.
-[[noreturn]] void FailPath(int error, std::string_view path);
+[[noreturn, gnu::cold]] void FailPath(int error, std::string_view path);
 
 }  // namespace velmoria

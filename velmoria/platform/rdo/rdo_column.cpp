@@ -23,7 +23,7 @@ rdoNumber AttributesOf(const odbc::ColumnInfo& column) noexcept {
 rdoNumber rdoColumn::ColumnSize() const {
   if (!info_.IsLong) return -1;
   const auto& value = cursor_->LongValue(place_);
-  return value.IsNull() ? -1 : odbc::NumberOf(value.Bytes().size());
+  return value.IsNull() ? -1 : odbc::CheckedNumber(value.Bytes().size());
 }
 
 Variant rdoColumn::GetChunk(rdoNumber size) {

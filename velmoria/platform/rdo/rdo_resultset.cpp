@@ -64,7 +64,7 @@ bool rdoResultset::AtEOF() const { return Cursor().AtEOF(); }
 Variant rdoResultset::Bookmark() const {
   Cursor().RequireOpen();
   if (!Cursor().HasRow()) throw Error(rdErrNoCurrentRow, "The result has no current row.");
-  return odbc::NumberOf(static_cast<std::size_t>(Cursor().Position()));
+  return odbc::CheckedNumber(static_cast<std::size_t>(Cursor().Position()));
 }
 
 void rdoResultset::SetBookmark(const Variant& value) {

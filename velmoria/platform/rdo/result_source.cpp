@@ -4,7 +4,7 @@
 
 namespace velmoria {
 
-using Overflow = odbc::BlockFetch::Overflow;
+using WhenCut = odbc::BlockFetch::WhenCut;
 
 bool ResultSource::OpenResult() {
   bool hasColumns = statement_->Columns() > 0;
@@ -13,7 +13,7 @@ bool ResultSource::OpenResult() {
 }
 
 void ResultSource::BeginFetch(odbc::Columns columns) {
-  fetch_.emplace(*statement_, std::move(columns), recipe_ ? Overflow::Tell : Overflow::ReadRowByRow);
+  fetch_.emplace(*statement_, std::move(columns), recipe_ ? WhenCut::Tell : WhenCut::ReadRowByRow);
 }
 
 void ResultSource::End() noexcept {
@@ -31,7 +31,7 @@ void ResultSource::RunAgain(odbc::Connection& connection, const odbc::Columns& c
   if (odbc::DescribeColumns(*statement_, columns) != columns) {
     odbc::FailClosed("The columns of the result have changed.");
   }
-  fetch_.emplace(*statement_, columns, Overflow::ReadRowByRow);
+  fetch_.emplace(*statement_, columns, WhenCut::ReadRowByRow);
 }
 
 }  // namespace velmoria

@@ -24,14 +24,14 @@ class ResultSource {
   ResultSource(const ResultSource&) = delete;
   ResultSource& operator=(const ResultSource&) = delete;
 
-  /// The text of the statement only reads; before BeginFetch.
+  /// The text of the statement only reads, so that RunAgain may be called; before BeginFetch.
   void LetRunAgain(std::string sql, bool prepared) { recipe_ = Recipe{std::move(sql), prepared}; }
   bool CanRunAgain() const noexcept { return recipe_.has_value(); }
 
   /// Not behind End, unless it was run again.
   odbc::Statement& Statement() const noexcept { return *statement_; }
   odbc::ParameterValues& Values() const noexcept { return *values_; }
-  /// Only behind BeginFetch, as Statement.
+  /// Between BeginFetch and End, and behind RunAgain.
   odbc::BlockFetch& Fetch() noexcept { return *fetch_; }
   bool HasFetch() const noexcept { return fetch_.has_value(); }
   /// Whether the driver can still be asked for rows.
@@ -45,7 +45,8 @@ class ResultSource {
   void BeginFetch(odbc::Columns columns);
   /// Ends the statement.
   void End() noexcept;
-  /// Runs the text once more and begins with its rows anew, which then come one by one; behind End. Raises 40071 when
+  /// Runs the text once more and begins with its rows anew, which then come one by one; only where CanRunAgain,
+  /// and behind End. Raises 40071 when
   /// it gives no result with the same columns any more.
   void RunAgain(odbc::Connection& connection, const odbc::Columns& columns);
 

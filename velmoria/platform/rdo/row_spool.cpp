@@ -16,10 +16,12 @@ struct Mark {
   std::uint32_t Bytes;
   ColumnStorage Storage;
   bool HasNulls;
-  std::uint16_t Unused;  // so that no byte of the file is left to chance
+  std::uint16_t Unused;  // so that a mark has no byte that nobody writes
 };
 
-[[noreturn]] void FailToRead() { odbc::FailClosed("Rows of the result could not be read back from its file."); }
+[[noreturn, gnu::cold]] void FailToRead() {
+  odbc::FailClosed("Rows of the result could not be read back from its file.");
+}
 
 std::vector<Mark> MarksOf(const RowChunk& chunk) {
   std::vector<Mark> marks(chunk.Columns());

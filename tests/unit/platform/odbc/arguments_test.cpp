@@ -12,15 +12,15 @@ namespace {
 constexpr std::size_t kGreatest = std::numeric_limits<odbc::Number>::max();
 
 TEST(ArgumentsTest, LengthIsTheNumberOfItsBytes) {
-  EXPECT_EQ(odbc::NumberOf(0), 0);
-  EXPECT_EQ(odbc::NumberOf(kGreatest), std::numeric_limits<odbc::Number>::max());
+  EXPECT_EQ(odbc::CheckedNumber(0), 0);
+  EXPECT_EQ(odbc::CheckedNumber(kGreatest), std::numeric_limits<odbc::Number>::max());
   EXPECT_EQ(odbc::LengthOfStatement("SELECT '\xC3\x84'"), 11);
 }
 
 TEST(ArgumentsTest, LengthThatNoCallCanTellRaises6) {
   const auto overflow = static_cast<std::int32_t>(RuntimeFailure::Overflow);
-  ExpectRdoFailure(overflow, "", [] { odbc::NumberOf(kGreatest + 1); });
-  ExpectRdoFailure(overflow, "", [] { odbc::NumberOf(std::numeric_limits<std::size_t>::max()); });
+  ExpectRdoFailure(overflow, "", [] { odbc::CheckedNumber(kGreatest + 1); });
+  ExpectRdoFailure(overflow, "", [] { odbc::CheckedNumber(std::numeric_limits<std::size_t>::max()); });
 }
 
 TEST(ArgumentsTest, StatementWithACharacterZeroRaises5) {

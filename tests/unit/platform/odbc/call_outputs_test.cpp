@@ -21,7 +21,7 @@ class CallOutputsTest : public RdoTest {
   }
   static constexpr int kAttributesOfABlock = 2;  // its size and where its status goes
 
-  /// So many rows of numbers that land in the chunk's own buffers, and the row of the outputs behind them.
+  /// So many rows of numbers, and the row of the outputs behind them.
   void GiveRowsAndOutputs(std::size_t rows) {
     odbc->OutputColumns = std::exchange(odbc->Columns, {{"i", -5}, {"d", 8}, {"r", 7}, {"f", -7}});
     odbc->OutputRows = std::exchange(odbc->Rows, std::vector(rows, FakeOdbc::Row{"9", "1.5", "2.5", "1"}));

@@ -9,7 +9,7 @@ namespace {
 
 TEST(DriverMannersTest, DriverIsKnownByAPartOfItsFileName) {
   for (const std::string name : {"psqlodbcw.so", "psqlodbca.so"}) {
-    EXPECT_EQ(DriverMannersOf(name).Dates.Dates, Misreading::AsToday) << name;
+    EXPECT_EQ(DriverMannersOf(name).Dates.Misreads, Misreading::AsToday) << name;
     EXPECT_FALSE(DriverMannersOf(name).PreparesReturns) << name;
     EXPECT_TRUE(DriverMannersOf(name).OutputsComeAsRow) << name;
   }
@@ -22,7 +22,7 @@ TEST(DriverMannersTest, DriverIsKnownByAPartOfItsFileName) {
 TEST(DriverMannersTest, DriverThatIsNotKnownBehavesAsItShould) {
   for (const std::string name : {"", "libtdsodbc.so", "psqlodb"}) {
     const auto& manners = DriverMannersOf(name);
-    EXPECT_EQ(manners.Dates.Dates, Misreading::None) << name;
+    EXPECT_EQ(manners.Dates.Misreads, Misreading::None) << name;
     EXPECT_FALSE(manners.Dates.DatesAsText || manners.Dates.TimesAsText) << name;
     EXPECT_TRUE(manners.PreparesReturns) << name;
     EXPECT_FALSE(manners.StatementsServeAgain || manners.RefusalKeepsThread || manners.OutputsComeAsRow) << name;

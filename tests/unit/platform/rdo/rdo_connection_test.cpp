@@ -7,11 +7,11 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-/// A driver with one result at a time, and results of a hundred rows.
+/// A driver whose results end with a transaction, and results of a hundred rows.
 class RdoConnectionTest : public RdoTest {
  protected:
   RdoConnectionTest() {
-    odbc->ActiveStatements = 1;
+    odbc->TransactionKeepsResults = false;
     odbc->Columns = {{"Id", 4}};
     odbc->Rows.assign(100, {"1"});
   }
@@ -21,8 +21,6 @@ class RdoConnectionTest : public RdoTest {
 };
 
 TEST_F(RdoConnectionTest, TransactionFetchesAllResultsThatAreOpen) {
-  odbc->ActiveStatements = 0;
-  odbc->TransactionKeepsResults = false;
   const auto connection = Open();
   const auto first = OpenOn(connection);
   const auto second = OpenOn(connection);
@@ -32,8 +30,6 @@ TEST_F(RdoConnectionTest, TransactionFetchesAllResultsThatAreOpen) {
 }
 
 TEST_F(RdoConnectionTest, ResultThatFailsToBeFetchedAheadDoesNotHoldUpTheOthers) {
-  odbc->ActiveStatements = 0;
-  odbc->TransactionKeepsResults = false;
   const auto connection = Open();
   const auto first = OpenOn(connection);
   const auto second = OpenOn(connection);
@@ -45,6 +41,7 @@ TEST_F(RdoConnectionTest, ResultThatFailsToBeFetchedAheadDoesNotHoldUpTheOthers)
 }
 
 TEST_F(RdoConnectionTest, TransactionMayEndTheResultThatWasAllThatHeldTheConnection) {
+  odbc->ActiveStatements = 1;
   const auto result = OpenOn(Open());
   environment->BeginTrans();
   EXPECT_EQ(result->RowCount(), 100);
@@ -55,8 +52,6 @@ TEST_F(RdoConnectionTest, TransactionMayEndTheResultThatWasAllThatHeldTheConnect
 }
 
 TEST_F(RdoConnectionTest, CommitAndRollbackMayEndItToo) {
-  odbc->ActiveStatements = 0;
-  odbc->TransactionKeepsResults = false;
   for (const auto end : {&rdoEnvironment::CommitTrans, &rdoEnvironment::RollbackTrans}) {
     environment->BeginTrans();
     const auto open = odbc->OpenHandles();
