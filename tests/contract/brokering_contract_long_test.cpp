@@ -127,6 +127,13 @@ TEST_P(LongContract, FilterComparesLongTextAsTextAndLongBytesWithBytes) {
   ExpectRaised(errRDO_Resultset, [] { Filtered("x", "=", "short"); });
 }
 
+// A thread checker keeps several bytes of its own for each byte that is touched.
+#if defined(__SANITIZE_THREAD__)
+constexpr bool kMeasuresMemory = false;
+#else
+constexpr bool kMeasuresMemory = true;
+#endif
+
 TEST_P(LongContract, LongestValueIsPassedOnOnce) {
   if (!Driver().WhyNothingLong.empty()) GTEST_SKIP() << Driver().WhyNothingLong;
   const auto count = Profile().LongestCount;
@@ -140,7 +147,7 @@ TEST_P(LongContract, LongestValueIsPassedOnOnce) {
   EXPECT_EQ(value.Bytes().size(), static_cast<std::size_t>(count));
   // The length is asked for with the first piece, and every piece of a text ends in a zero.
   EXPECT_LT(Odbc().LongBytes(), count + count / 10 + 100'000);
-  EXPECT_LT(most, 6 * std::int64_t{count}) << "the driver's own copies included";
+  if (kMeasuresMemory) { EXPECT_LT(most, 6 * std::int64_t{count}) << "the driver's own copies included"; }
 }
 
 INSTANTIATE_TEST_SUITE_P(, LongContract, testing::ValuesIn(BrokeringProfiles()),
