@@ -75,8 +75,9 @@ Code Execution::Wait() noexcept {
   return job_->Result;
 }
 
-void Execution::Cancel() noexcept {
+bool Execution::Cancel() noexcept {
   auto& job = *job_;
+  bool isAnswered = true;
   std::unique_lock lock(job.Guard);
   job.Cancelled = true;
   // What is only being prepared ends by itself unless the driver hangs.
@@ -84,11 +85,12 @@ void Execution::Cancel() noexcept {
   auto patience = kFirstPatience;
   while (!job.Ended) {
     lock.unlock();
-    job.Calls->Cancel(job.Statement);
+    isAnswered = Succeeded(job.Calls->Cancel(job.Statement)) && isAnswered;
     lock.lock();
     job.Change.wait_for(lock, patience, [&] { return job.Ended.load(); });
     patience = std::min(patience * 2, kLastPatience);
   }
+  return isAnswered;
 }
 
 }  // namespace velmoria::odbc

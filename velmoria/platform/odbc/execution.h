@@ -23,8 +23,9 @@ class Execution {
   /// Waits for the end, and gives the code of the call that ended it.
   Code Wait() noexcept;
   /// Asks the driver to stop once it executes, or has been preparing for a while, and again at growing intervals until
-  /// the run has ended: a request that comes before the driver has begun is lost.
-  void Cancel() noexcept;
+  /// the run has ended: a request that comes before the driver has begun is lost. Other results of the connection may
+  /// be stopped with it. False when the driver refused a request.
+  bool Cancel() noexcept;
 
  private:
   struct Job;

@@ -136,7 +136,8 @@ void Statement::FinishExecution() {
 
 void Statement::CancelExecution() noexcept {
   if (!execution_) return;
-  execution_->Cancel();
+  // A request that is refused, and not the execution, may be the first to meet a link that is lost.
+  if (!execution_->Cancel()) connection_->NoteAnswer(SQL_ERROR);
   connection_->NoteAnswer(execution_->Wait());
   EndExecution();
 }

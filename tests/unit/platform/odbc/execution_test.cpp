@@ -17,6 +17,8 @@ class HangingPrepare final : public ForwardingOdbc {
  public:
   using ForwardingOdbc::ForwardingOdbc;
 
+  Code Answer = SQL_SUCCESS;  // to a request to cancel
+
   Code Prepare(Handle, Char*, Number) override {
     std::unique_lock lock(guard_);
     isPreparing_ = true;
@@ -28,7 +30,7 @@ class HangingPrepare final : public ForwardingOdbc {
     const std::lock_guard lock(guard_);
     isCancelled_ = true;
     change_.notify_all();
-    return SQL_SUCCESS;
+    return Answer;
   }
   void AwaitPreparing() {
     std::unique_lock lock(guard_);
@@ -47,10 +49,18 @@ TEST(ExecutionTest, DriverThatHangsWhileItPreparesIsAskedToStop) {
   const auto driver = std::make_shared<HangingPrepare>(fake);
   odbc::Execution execution(driver, nullptr, "SELECT", true);
   driver->AwaitPreparing();
-  execution.Cancel();
+  EXPECT_TRUE(execution.Cancel());
   EXPECT_FALSE(execution.IsRunning());
   EXPECT_EQ(execution.Wait(), SQL_ERROR);
   EXPECT_EQ(fake->CallsOf["Execute"], 0);
+}
+
+TEST(ExecutionTest, ACancelThatTheDriverRefusesIsTold) {
+  const auto driver = std::make_shared<HangingPrepare>(std::make_shared<FakeOdbc>());
+  driver->Answer = SQL_ERROR;
+  odbc::Execution execution(driver, nullptr, "SELECT", true);
+  driver->AwaitPreparing();
+  EXPECT_FALSE(execution.Cancel());
 }
 
 }  // namespace
