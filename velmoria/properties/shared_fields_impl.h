@@ -1,10 +1,10 @@
 #pragma once
 
-#include <boost/smart_ptr/intrusive_ptr.hpp>
-#include <boost/smart_ptr/intrusive_ref_counter.hpp>
+#include <cstdint>
 
 #include "velmoria/properties/property_fields.h"
 #include "velmoria/runtime/pooled.h"
+#include "velmoria/runtime/ref.h"
 
 namespace velmoria {
 
@@ -16,16 +16,24 @@ class SharedFields {
   const PropertyFields* operator->() const noexcept { return &held_->Fields; }
   /// Those of this copy alone; the reference holds until this is copied.
   PropertyFields& Own() {
-    if (held_->use_count() > 1) held_ = new Held(*held_);
+    if (held_->Holders > 1) held_ = new Held(held_->Fields);
     return held_->Fields;
   }
 
  private:
-  struct Held : boost::intrusive_ref_counter<Held, boost::thread_unsafe_counter>, Pooled {
+  struct Held : Pooled {
+    Held() = default;
+    explicit Held(const PropertyFields& fields) : Fields(fields) {}
+    friend void intrusive_ptr_add_ref(Held* held) noexcept { ++held->Holders; }
+    friend void intrusive_ptr_release(Held* held) noexcept {
+      if (--held->Holders == 0) delete held;
+    }
+
     PropertyFields Fields{.Name = {}};
+    std::uint32_t Holders = 0;
   };
 
-  boost::intrusive_ptr<Held> held_{new Held};
+  Ref<Held> held_{new Held};
 };
 
 }  // namespace velmoria
