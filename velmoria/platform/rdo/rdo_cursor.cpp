@@ -121,8 +121,7 @@ bool RdoCursor::FetchMore() {
   if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
   if (ended_) return false;
   engine_->rdoErrors().clear();
-  RequireUnbroken();
-  if (!source_ || !source_->IsOpen()) odbc::FailClosed(kBrokenOff);
+  if (brokeOff_ || !source_ || !source_->IsOpen()) odbc::FailClosed(kBrokenOff);
   brokeOff_ = true;
   const bool isFirst = rows_.Count() == 0;
   auto chunk = NextChunk();
@@ -194,7 +193,8 @@ const Variant& RdoCursor::LongValue(std::size_t column) {
   RequireRow();
   if (long_ && long_->Position == position_ && long_->Column == column) return long_->Bytes;
   engine_->rdoErrors().clear();
-  RequireUnbroken();
+  // Behind a fetch that failed, nobody knows what the driver would give for a row.
+  if (brokeOff_) odbc::FailClosed(kBrokenOff);
   if (!source_ || !source_->IsOpen()) odbc::FailClosed("The rows of the result have been read to their end.");
   const bool isText = (*columns_)[column].Type == rdTypeLONGVARCHAR;
   const auto number = static_cast<odbc::Word>(column + 1);
@@ -227,11 +227,6 @@ void RdoCursor::Close() noexcept {
 
 void RdoCursor::RequireOpen() const {
   if (closed_) odbc::FailClosed("The result is closed.");
-}
-
-/// Behind a fetch that failed, nobody knows what the driver would give for a row.
-void RdoCursor::RequireUnbroken() const {
-  if (brokeOff_) odbc::FailClosed(kBrokenOff);
 }
 
 void RdoCursor::RequireRow() const {

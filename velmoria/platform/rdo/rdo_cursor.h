@@ -96,7 +96,6 @@ class RdoCursor : public Object {
   /// Fetches until the position is known to exist or the end is reached.
   bool Reach(long long position);
   void RequireRow() const;
-  void RequireUnbroken() const;
   void NoteFirstRow();
   void EndResults() noexcept;
   void EndSource() noexcept;
