@@ -15,6 +15,8 @@
 namespace velmoria::odbc {
 namespace {
 
+// FreeTDS puts a request to cancel where the other thread still writes its statement, and the connection is in ruins.
+constexpr std::chrono::milliseconds kTimeToSend{50};
 // A driver may lose a request that comes while another one is under way, so they come ever more slowly.
 constexpr std::chrono::milliseconds kFirstPatience{250};
 constexpr std::chrono::milliseconds kLastPatience{1000};
@@ -29,8 +31,9 @@ struct Execution::Job {
   Number Length = LengthOfStatement(Text);
   Code Result = 0;
   std::atomic<bool> Ended{false};
-  bool Executes = false;   // the driver is in the call that runs the statement, or about to be
-  bool Cancelled = false;  // a call that has not begun is not made
+  bool Executes = false;                          // the driver is in the call that runs the statement, or about to be
+  std::chrono::steady_clock::time_point Since{};  // when that was
+  bool Cancelled = false;                         // a call that has not begun is not made
   std::mutex Guard{};
   std::condition_variable Change{};
   std::thread Thread{};
@@ -53,6 +56,7 @@ struct Execution::Job {
   bool Begin() noexcept {
     const std::lock_guard lock(Guard);
     Executes = !Cancelled;
+    Since = std::chrono::steady_clock::now();
     Change.notify_all();
     return Executes;
   }
@@ -82,6 +86,7 @@ bool Execution::Cancel() noexcept {
   job.Cancelled = true;
   // What is only being prepared ends by itself unless the driver hangs.
   job.Change.wait_for(lock, kFirstPatience, [&] { return job.Executes || job.Ended; });
+  job.Change.wait_until(lock, job.Since + kTimeToSend, [&] { return job.Ended.load(); });
   auto patience = kFirstPatience;
   while (!job.Ended) {
     lock.unlock();

@@ -1,7 +1,10 @@
 #include "velmoria/platform/odbc/execution.h"
 
+#include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <thread>
 
 #include <gtest/gtest.h>
 #include <sql.h>
@@ -61,6 +64,41 @@ TEST(ExecutionTest, ACancelThatTheDriverRefusesIsTold) {
   odbc::Execution execution(driver, nullptr, "SELECT", true);
   driver->AwaitPreparing();
   EXPECT_FALSE(execution.Cancel());
+}
+
+/// A driver that writes a statement for a while before the server has it, and then waits until it is cancelled.
+class SlowToSend final : public ForwardingOdbc {
+ public:
+  using ForwardingOdbc::ForwardingOdbc;
+
+  std::atomic<bool> IsInTheCall{false};
+  std::atomic<bool> WasMixed{false};  // a request to cancel came while the statement was being written
+
+  Code ExecDirect(Handle, Char*, Number) override {
+    IsInTheCall = true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    isSent_ = true;
+    isCancelled_.wait(false);
+    return SQL_ERROR;
+  }
+  Code Cancel(Handle) override {
+    if (!isSent_) WasMixed = true;
+    isCancelled_ = true;
+    isCancelled_.notify_all();
+    return SQL_SUCCESS;
+  }
+
+ private:
+  std::atomic<bool> isSent_{false};
+  std::atomic<bool> isCancelled_{false};
+};
+
+TEST(ExecutionTest, ARequestToStopLeavesTheDriverTimeToSendWhatItStops) {
+  const auto driver = std::make_shared<SlowToSend>(std::make_shared<FakeOdbc>());
+  odbc::Execution execution(driver, nullptr, "SELECT", false);
+  while (!driver->IsInTheCall) std::this_thread::yield();
+  EXPECT_TRUE(execution.Cancel());
+  EXPECT_FALSE(driver->WasMixed);
 }
 
 }  // namespace
