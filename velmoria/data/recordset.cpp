@@ -90,6 +90,16 @@ PropertiesPtr Recordset::CreatePersistentProperties(const std::string& key) try 
   return BuildProperties(AddRow(), key);
 } catch (...) { Failed("CreatePersistentProperties"); }
 
+std::vector<PropertyPtr> Recordset::TakeMembers() noexcept { return std::exchange(idleMembers_, {}); }
+
+void Recordset::KeepMembers(std::vector<PropertyPtr> members) noexcept {
+  if (!idleMembers_.empty()) return;
+  for (auto& member : members) {
+    if (member && !member->LeaveRow()) member.reset();
+  }
+  idleMembers_ = std::move(members);
+}
+
 RowChanges& Recordset::Changes() {
   if (!changes_) changes_ = std::make_unique<RowChanges>();
   return *changes_;
@@ -119,7 +129,11 @@ std::size_t Recordset::CellsOfRow() const { return static_cast<std::size_t>(colu
 
 Variant Recordset::Fetched(std::int32_t row, std::size_t column) const {
   if (column >= fetchedColumns_) Fail(RuntimeFailure::SubscriptOutOfRange);
-  return rows_.Value(column, static_cast<std::size_t>(row));
+  if (row != foundRow_) {
+    found_ = rows_.Find(static_cast<std::size_t>(row));
+    foundRow_ = row;
+  }
+  return found_.Chunk->Value(column, found_.Row);
 }
 
 Variant Recordset::Present(std::int32_t row, std::size_t column) const {

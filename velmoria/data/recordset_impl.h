@@ -74,6 +74,9 @@ class Recordset final : public Object, public Reporting {
   PropertiesPtr GetPersistentProperties(std::int32_t row, const std::string& key);
   /// Appends a new row; raises 15027 unless this is the last page of its result.
   PropertiesPtr CreatePersistentProperties(const std::string& key);
+  /// Members that a row which ended left to the next one, in no order and bound to nothing, or none.
+  std::vector<PropertyPtr> TakeMembers() noexcept;
+  void KeepMembers(std::vector<PropertyPtr> members) noexcept;
   /// Writes one row: a failed write leaves it as it is, to be corrected and written again. A new row of which nothing
   /// was written stays new.
   void UpdatePersistentProperties(const PropertiesPtr& properties);
@@ -152,13 +155,16 @@ class Recordset final : public Object, public Reporting {
   Variant lastBookmark_;
   Variant nextBookmark_;
   RowBlock rows_;
+  mutable RowBlock::Place found_{};     // of foundRow_: the values of a row are mostly asked for together
+  mutable std::int32_t foundRow_ = -1;  // a fetched row, or none yet
   std::size_t fetchedColumns_ = 0;
   std::int32_t fetchedRows_ = 0;
   std::int32_t addedRows_ = 0;
   std::int32_t virtualFirstNumber_ = -1;
   zEngines engine_ = engUnknown;
-  std::unique_ptr<RowChanges> changes_;  // none while no row was touched
-  bool readsLong_ = false;               // a key that is itself long must not ask for itself
+  std::unique_ptr<RowChanges> changes_;   // none while no row was touched
+  std::vector<PropertyPtr> idleMembers_;  // rows are mostly looked at one after the other
+  bool readsLong_ = false;                // a key that is itself long must not ask for itself
 };
 
 }  // namespace velmoria

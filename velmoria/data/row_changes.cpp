@@ -1,16 +1,26 @@
+#include <utility>
+
 #include "velmoria/data/row_changes_impl.h"
 #include "velmoria/runtime/error.h"
 
 namespace velmoria {
 
 const RowChanges::Row* RowChanges::Find(std::int32_t row) const {
-  const auto found = rows_.find(row);
-  return found == rows_.end() ? nullptr : &found->second;
+  if (row != lastRow_) {
+    const auto found = rows_.find(row);
+    last_ = found == rows_.end() ? nullptr : &found->second;
+    lastRow_ = row;
+  }
+  return last_;
 }
 
-RowChanges::Row* RowChanges::Find(std::int32_t row) {
-  const auto found = rows_.find(row);
-  return found == rows_.end() ? nullptr : &found->second;
+RowChanges::Row* RowChanges::Find(std::int32_t row) { return const_cast<Row*>(std::as_const(*this).Find(row)); }
+
+RowChanges::Row& RowChanges::Make(std::int32_t row) {
+  if (auto* found = Find(row)) return *found;
+  auto& made = rows_[row];
+  last_ = &made;
+  return made;
 }
 
 const RowChanges::Row* RowChanges::FindDirty(std::int32_t row) const {
@@ -25,7 +35,7 @@ const RowChanges::Cell* RowChanges::FindStored(std::int32_t row, std::size_t col
 }
 
 RowChanges::Row& RowChanges::Touch(std::int32_t row, std::size_t columns) {
-  auto& touched = rows_[row];
+  auto& touched = Make(row);
   if (touched.Cells.size() < columns) touched.Cells.resize(columns);
   return touched;
 }
@@ -36,7 +46,7 @@ bool RowChanges::IsIn(List list, std::int32_t row) const {
 }
 
 void RowChanges::Enter(List list, std::int32_t row) {
-  auto& place = rows_[row].Places[static_cast<std::size_t>(list)];
+  auto& place = Make(row).Places[static_cast<std::size_t>(list)];
   if (place != 0) Fail(RuntimeFailure::KeyInUse);
   Members(list).emplace(lastPlace_ + 1, row);
   place = ++lastPlace_;

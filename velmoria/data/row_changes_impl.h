@@ -15,6 +15,10 @@ namespace velmoria {
 /// order of addition.
 class RowChanges {
  public:
+  RowChanges() = default;
+  RowChanges(const RowChanges&) = delete;
+  RowChanges& operator=(const RowChanges&) = delete;
+
   enum class List : std::uint8_t { Dirty, Deleted, Pending, New };
 
   struct Cell {
@@ -54,7 +58,11 @@ class RowChanges {
   Sequence& Members(List list) noexcept { return lists_[static_cast<std::size_t>(list)]; }
   const Sequence& Members(List list) const noexcept { return lists_[static_cast<std::size_t>(list)]; }
 
+  Row& Make(std::int32_t row);
+
   std::unordered_map<std::int32_t, Row> rows_;
+  mutable std::int32_t lastRow_ = -1;  // the row that was asked for last, since it is mostly asked for again
+  mutable const Row* last_ = nullptr;
   std::array<Sequence, 4> lists_;
   std::uint64_t lastPlace_ = 0;
 };

@@ -47,7 +47,10 @@ constexpr bool KeepsDefinition(zPropertyStyles style) {
 
 Properties::Properties() = default;
 
-Properties::~Properties() = default;
+Properties::~Properties() {
+  identifier_.reset();  // which holds members
+  if (recordset_) recordset_->KeepMembers(std::move(members_));
+}
 
 void Properties::Bind(const PropertiesBinding& binding) {
   name_ = binding.Name;

@@ -179,7 +179,6 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
  private:
   struct Rare;   // what few have: parents, statistics, a kept action name
   struct Items;  // the members of a collection that is not a plain row
-  friend class Iterator;
 
   std::string StateDetails() const override { return Details(); }
   const PropertyPtr& MemberAt(std::int32_t position) const;
@@ -188,6 +187,7 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   PropertyPtr FindByNames(const PropertyKey& key) const;
   PropertyPtr FindByParameter(const velmoria::Property& parameter, bool& missed) const;
   PropertyPtr Search(const PropertyKey& key, bool& missed);
+  PropertyPtr FindOrRaise(const PropertyKey& key);
   Items& OwnItems() const;
   void FillItems() const;
   PropertiesDataPtr DefinitionOfStyle() const;
@@ -205,7 +205,7 @@ class VELMORIA_API Properties final : public Object, public Reporting, public Po
   std::int32_t row_ = -1;
   RecordsetPtr recordset_;
   mutable PropertiesDataPtr data_;
-  mutable std::vector<PropertyPtr> members_;  // of a plain row, by position; made when asked for
+  mutable std::vector<PropertyPtr> members_;  // of a plain row, by position; made, or bound, when asked for
   mutable std::unique_ptr<Items> items_;
   mutable std::unique_ptr<Rare> rare_;
   IdentifierPtr identifier_;

@@ -8,6 +8,22 @@
 
 namespace velmoria {
 
+namespace {
+
+/// Those whose definition is still there, by its position now.
+std::vector<PropertyPtr> MembersFor(const PropertiesData& definitions, const std::vector<PropertyPtr>& members) {
+  std::vector<PropertyPtr> moved(static_cast<std::size_t>(definitions.Count()));
+  for (const auto& member : members) {
+    if (!member) continue;
+    const auto position = definitions.PositionOf(member->Data()->Name());
+    if (position != 0 && definitions.At(position) == member->Data())
+      moved[static_cast<std::size_t>(position - 1)] = member;
+  }
+  return moved;
+}
+
+}  // namespace
+
 // A plain row keeps its members by position beside the shared definitions; it gets a list of its own, as every other
 // collection has, when a member is added, removed or renamed through it.
 
@@ -43,24 +59,16 @@ PropertiesDataPtr Properties::DefinitionOfStyle() const {
 }
 
 void Properties::FollowDefinitions() const {
-  std::vector<PropertyPtr> members(static_cast<std::size_t>(data_->Count()));
-  for (auto& member : members_) {
-    if (!member) continue;
-    const auto position = data_->PositionOf(member->Data()->Name());
-    if (position != 0 && data_->At(position) == member->Data())
-      members[static_cast<std::size_t>(position - 1)] = member;
-  }
-  members_ = std::move(members);
+  members_ = members_.empty() ? recordset_->TakeMembers() : MembersFor(*data_, members_);
+  members_.resize(static_cast<std::size_t>(data_->Count()));
   generation_ = data_->Generation();
 }
 
 const PropertyPtr& Properties::MemberAt(std::int32_t position) const {
   if (items_) return items_->List.At(static_cast<std::size_t>(position));
   auto& member = members_[static_cast<std::size_t>(position - 1)];
-  if (!member) {
-    member = Make<Property>();
-    member->Bind(data_->At(position), recordset_, row_);
-  }
+  if (!member) member = Make<Property>();
+  if (!member->IsBound()) member->Bind(data_->At(position), recordset_, row_);
   return member;
 }
 
@@ -148,13 +156,20 @@ PropertyPtr Properties::FindOrAsk(const PropertyKey& key) {
   return Search(key, missed);
 }
 
-PropertyPtr Properties::Item(const Variant& index) { return Item(PropertyKey{.Index = index}); }
-
-PropertyPtr Properties::Item(const PropertyKey& key) try {
+PropertyPtr Properties::FindOrRaise(const PropertyKey& key) {
   bool missed = false;
   auto item = Search(key, missed);
   if (!item && !missed) Raise(errItem_Property, "Item", PropertyKeyTexts(key));
   return item;
+}
+
+PropertyPtr Properties::Item(const Variant& index) try {
+  const auto* held = FindHeld(index);
+  return held ? *held : FindOrRaise(PropertyKey{.Index = index});
 } catch (...) { Failed("Item"); }
+
+PropertyPtr Properties::Item(const PropertyKey& key) try { return FindOrRaise(key); } catch (...) {
+  Failed("Item");
+}
 
 }  // namespace velmoria

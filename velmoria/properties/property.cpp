@@ -30,6 +30,13 @@ void Property::Bind(PropertyDataPtr data, RecordsetPtr recordset, std::int32_t r
   editFlags_ = editFlags == efNone && recordset_ ? EditFlagsOf(*recordset_) : editFlags;
 }
 
+bool Property::LeaveRow() noexcept {
+  const bool isPlain = state_ == kStateAtFirst && !locked_ && !copyMark_ && !rare_;
+  if (!isPlain || !IsHeldOnce() || BeforeValueChange.HasListeners() || AfterValueChange.HasListeners()) return false;
+  recordset_.reset();
+  return true;
+}
+
 // One that nobody has bound is as good as one made without a name.
 void Property::MakeDefinition() const {
   auto definition = Make<PropertyData>();

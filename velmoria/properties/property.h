@@ -146,6 +146,8 @@ class VELMORIA_API Property final : public Object, public Reporting, public Pool
   // Inside the library.
   void Bind(PropertyDataPtr data, const Parents& parents, zEditFlags editFlags = efNone);
   void Bind(PropertyDataPtr data, RecordsetPtr recordset, std::int32_t row, zEditFlags editFlags = efNone);
+  /// Gives up its row, to be bound to another one as if just made; false when it is held twice or tells from a new one.
+  bool LeaveRow() noexcept;
   /// Makes a definition when there is none.
   const PropertyDataPtr& Data() const {
     if (!data_) MakeDefinition();
@@ -176,6 +178,7 @@ class VELMORIA_API Property final : public Object, public Reporting, public Pool
 
  private:
   struct Rare;  // what few have: parents, attributes
+  static constexpr auto kStateAtFirst = sfnonpersistent | sfNew;
 
   std::string StateDetails() const override { return Details(); }
   void MakeDefinition() const;
@@ -192,7 +195,7 @@ class VELMORIA_API Property final : public Object, public Reporting, public Pool
   mutable PropertyDataPtr data_;
   RecordsetPtr recordset_;
   std::int32_t row_ = -1;
-  zStateFlags state_ = sfnonpersistent | sfNew;
+  zStateFlags state_ = kStateAtFirst;
   zEditFlags editFlags_ = efNone;
   bool locked_ = false;
   bool copyMark_ = false;

@@ -51,12 +51,25 @@ std::int64_t FloorDivide(std::int64_t value, std::int64_t divisor) noexcept {
 bool OnDayZero(const DateParts& parts) noexcept { return parts.Year == 1899 && parts.Month == 12 && parts.Day == 30; }
 bool AtMidnight(const DateParts& parts) noexcept { return parts.Hour == 0 && parts.Minute == 0 && parts.Second == 0; }
 
-// The date, the time or both, by the rule that both string forms share.
-std::string Joined(const DateParts& parts, std::string date, const std::string& time) {
-  if (OnDayZero(parts)) return time;
-  if (AtMidnight(parts)) return date;
-  return date.append(" ").append(time);
-}
+// Both string forms show the date, the time or both by these rules.
+bool ShowsDate(const DateParts& parts) noexcept { return !OnDayZero(parts); }
+bool ShowsTime(const DateParts& parts) noexcept { return OnDayZero(parts) || !AtMidnight(parts); }
+
+/// Writes into a buffer that is long enough.
+class DigitWriter {
+ public:
+  explicit DigitWriter(char* at) : at_(at) {}
+  DigitWriter& Digits(int value, int count) noexcept {
+    for (int place = count; place-- > 0; value /= 10) at_[place] = static_cast<char>('0' + value % 10);
+    at_ += count;
+    return *this;
+  }
+  DigitWriter& Character(char character) noexcept { return *at_++ = character, *this; }
+  char* End() const noexcept { return at_; }
+
+ private:
+  char* at_;
+};
 
 }  // namespace
 
@@ -135,13 +148,20 @@ std::string LongTime(const DateParts& parts) {
 
 std::string Date::AsText() const {
   const DateParts parts = Parts();
-  return Joined(parts, Padded(parts.Year, 4) + "-" + Padded(parts.Month, 2) + "-" + Padded(parts.Day, 2),
-                Padded(parts.Hour, 2) + ":" + Padded(parts.Minute, 2) + ":" + Padded(parts.Second, 2));
+  std::array<char, sizeof("YYYY-MM-DD HH:MM:SS")> text;
+  DigitWriter to(text.data());
+  if (ShowsDate(parts))
+    to.Digits(parts.Year, 4).Character('-').Digits(parts.Month, 2).Character('-').Digits(parts.Day, 2);
+  if (ShowsDate(parts) && ShowsTime(parts)) to.Character(' ');
+  if (ShowsTime(parts))
+    to.Digits(parts.Hour, 2).Character(':').Digits(parts.Minute, 2).Character(':').Digits(parts.Second, 2);
+  return {text.data(), to.End()};
 }
 
 std::string Date::AsGeneralDate() const {
   const DateParts parts = Parts();
-  return Joined(parts, ShortDate(parts), LongTime(parts));
+  if (!ShowsDate(parts)) return LongTime(parts);
+  return ShowsTime(parts) ? ShortDate(parts) + " " + LongTime(parts) : ShortDate(parts);
 }
 
 std::int64_t SecondsBetween(Date from, Date to) noexcept {

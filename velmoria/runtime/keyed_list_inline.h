@@ -36,7 +36,7 @@ std::size_t KeyedList<T>::PositionOf(const Variant& index, std::size_t guess) co
   if (!index.IsText() || guess < 1 || guess > entries_.size()) return PositionOf(index);
   const Entry& guessed = entries_[guess - 1];
   const auto key = index.TextView();
-  return guessed.HasKey && EqualFolded(guessed.Key, key) ? guess : PositionOf(key);
+  return guessed.HasKey && (guessed.Key == key || EqualFolded(guessed.Key, key)) ? guess : PositionOf(key);
 }
 
 template <class T>

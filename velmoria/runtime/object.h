@@ -21,6 +21,9 @@ class VELMORIA_API Object {
   Object& operator=(const Object&) = delete;
   virtual ~Object();
 
+  /// Whether nobody but the asker holds it.
+  bool IsHeldOnce() const noexcept { return references_ == 1; }
+
   /// The class name as messages and type names show it: "Property", "Recordset".
   virtual std::string_view ReportedType() const noexcept;
 

@@ -48,5 +48,16 @@ TEST(RowChangesTest, RowThatIsNoLongerDirtyForgetsItsOldValues) {
   EXPECT_EQ(changes.Find(1)->Cells[0].Present.AsLong(), 2);
 }
 
+TEST(RowChangesTest, RowThatWasLookedForInVainIsFoundOnceItIsTouched) {
+  RowChanges changes;
+  EXPECT_EQ(changes.Find(7), nullptr);
+  auto& touched = changes.Touch(7, 2);
+  EXPECT_EQ(changes.Find(7), &touched);
+  EXPECT_EQ(changes.Find(8), nullptr);
+  changes.Enter(List::New, 8);
+  EXPECT_TRUE(changes.IsIn(List::New, 8));
+  EXPECT_EQ(changes.Find(7), &touched);
+}
+
 }  // namespace
 }  // namespace velmoria::test
