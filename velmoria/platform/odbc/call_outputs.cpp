@@ -8,7 +8,7 @@
 #include "velmoria/platform/odbc/columns.h"
 #include "velmoria/platform/odbc/landing.h"
 #include "velmoria/platform/odbc/long_value.h"
-#include "velmoria/platform/rdo/constants.h"
+#include "velmoria/platform/rdo_constants.h"
 
 namespace velmoria::odbc {
 namespace {

@@ -8,7 +8,7 @@
 #include <sqlext.h>
 #include <sqlucode.h>
 
-#include "velmoria/platform/rdo/constants.h"
+#include "velmoria/platform/rdo_constants.h"
 
 namespace velmoria::odbc {
 namespace {

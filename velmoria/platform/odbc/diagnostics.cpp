@@ -8,7 +8,7 @@
 #include <sqlext.h>
 
 #include "velmoria/platform/odbc/passwords.h"
-#include "velmoria/platform/rdo/constants.h"
+#include "velmoria/platform/rdo_constants.h"
 #include "velmoria/runtime/error.h"
 
 namespace velmoria::odbc {

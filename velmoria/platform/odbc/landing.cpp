@@ -11,7 +11,7 @@
 #include "velmoria/platform/odbc/date_values.h"
 #include "velmoria/platform/odbc/raw_values.h"
 #include "velmoria/platform/odbc/whole_value.h"
-#include "velmoria/platform/rdo/constants.h"
+#include "velmoria/platform/rdo_constants.h"
 #include "velmoria/runtime/date.h"
 #include "velmoria/runtime/decimal.h"
 #include "velmoria/runtime/error.h"

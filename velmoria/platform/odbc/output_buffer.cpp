@@ -7,7 +7,7 @@
 #include <sql.h>
 #include <sqlext.h>
 
-#include "velmoria/platform/rdo/constants.h"
+#include "velmoria/platform/rdo_constants.h"
 #include "velmoria/runtime/error.h"
 
 namespace velmoria::odbc {

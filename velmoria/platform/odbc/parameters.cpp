@@ -13,7 +13,7 @@
 #include "velmoria/platform/odbc/output_buffer.h"
 #include "velmoria/platform/odbc/output_landing.h"
 #include "velmoria/platform/odbc/raw_values.h"
-#include "velmoria/platform/rdo/constants.h"
+#include "velmoria/platform/rdo_constants.h"
 #include "velmoria/runtime/error.h"
 
 namespace velmoria::odbc {

@@ -7,8 +7,8 @@
 
 #include "velmoria/platform/odbc/columns.h"
 #include "velmoria/platform/odbc/connection.h"
-#include "velmoria/platform/rdo/constants.h"
 #include "velmoria/platform/rdo/fwd.h"
+#include "velmoria/platform/rdo_constants.h"
 #include "velmoria/runtime/object.h"
 
 namespace velmoria {

@@ -8,10 +8,10 @@
 
 #include "velmoria/platform/odbc/call_outputs.h"
 #include "velmoria/platform/odbc/parameters.h"
-#include "velmoria/platform/rdo/constants.h"
 #include "velmoria/platform/rdo/fetched_rows.h"
 #include "velmoria/platform/rdo/fwd.h"
 #include "velmoria/platform/rdo/result_source.h"
+#include "velmoria/platform/rdo_constants.h"
 #include "velmoria/runtime/object.h"
 #include "velmoria/runtime/row_block.h"
 

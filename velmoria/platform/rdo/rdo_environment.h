@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "velmoria/platform/odbc/environment.h"
-#include "velmoria/platform/rdo/constants.h"
 #include "velmoria/platform/rdo/fwd.h"
+#include "velmoria/platform/rdo_constants.h"
 #include "velmoria/runtime/object.h"
 
 namespace velmoria {

@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "velmoria/platform/rdo/constants.h"
 #include "velmoria/platform/rdo/fwd.h"
+#include "velmoria/platform/rdo_constants.h"
 #include "velmoria/runtime/object.h"
 #include "velmoria/runtime/variant.h"
 

@@ -7,8 +7,8 @@
 
 #include "velmoria/platform/odbc/parameters.h"
 #include "velmoria/platform/odbc/statement.h"
-#include "velmoria/platform/rdo/constants.h"
 #include "velmoria/platform/rdo/fwd.h"
+#include "velmoria/platform/rdo_constants.h"
 #include "velmoria/runtime/object.h"
 
 namespace velmoria {

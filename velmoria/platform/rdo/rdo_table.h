@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 
-#include "velmoria/platform/rdo/constants.h"
 #include "velmoria/platform/rdo/fwd.h"
 #include "velmoria/platform/rdo/rdo_query.h"
+#include "velmoria/platform/rdo_constants.h"
 #include "velmoria/runtime/object.h"
 
 namespace velmoria {

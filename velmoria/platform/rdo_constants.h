@@ -4,7 +4,8 @@
 
 namespace velmoria {
 
-/// The numbers of the RDO object model. Combinations and values outside a list occur, hence plain numbers.
+/// The numbers of the RDO object model, which the ODBC layer below speaks, too. Combinations and values outside a list
+/// occur, hence plain numbers.
 using rdoNumber = std::int32_t;
 
 // rdoEnvironment.CursorDriver
