@@ -20,6 +20,7 @@ constexpr std::array kManners = {
                   .Dates = {.DatesAsText = true, .TimesAsText = true},
                   .StatementsServeAgain = true,
                   .BeginEndsResults = true},
+    DriverManners{.Driver = "tdsodbc", .TimeToSend = std::chrono::milliseconds(50)},
 };
 constexpr DriverManners kPlain{};
 

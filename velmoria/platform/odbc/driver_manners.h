@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string_view>
 
@@ -31,6 +32,9 @@ struct DriverManners {
   /// When it refuses a text of several statements, its lock of the connection stays with the thread that sent it, and
   /// every other thread would wait for ever.
   bool RefusalKeepsThread = false;
+  /// It puts a request to cancel where another thread still writes the statement, and the connection is in ruins.
+  /// Nothing tells when the statement has gone out, but so long it hardly ever takes.
+  std::chrono::milliseconds TimeToSend{0};
   /// A call that returns a value is prepared with all its parameters; one without them is another function.
   bool PreparesReturns = true;
   /// What a call gives back comes as a row of its own, too.

@@ -15,8 +15,6 @@
 namespace velmoria::odbc {
 namespace {
 
-// FreeTDS puts a request to cancel where the other thread still writes its statement, and the connection is in ruins.
-constexpr std::chrono::milliseconds kTimeToSend{50};
 // A driver may lose a request that comes while another one is under way, so they come ever more slowly.
 constexpr std::chrono::milliseconds kFirstPatience{250};
 constexpr std::chrono::milliseconds kLastPatience{1000};
@@ -28,6 +26,7 @@ struct Execution::Job {
   Handle Statement;
   std::string Text;
   bool Prepared;
+  std::chrono::milliseconds TimeToSend;
   Number Length = LengthOfStatement(Text);
   Code Result = 0;
   std::atomic<bool> Ended{false};
@@ -62,8 +61,13 @@ struct Execution::Job {
   }
 };
 
-Execution::Execution(std::shared_ptr<Calls> calls, Handle statement, std::string text, bool prepared)
-    : job_(new Job{.Calls = std::move(calls), .Statement = statement, .Text = std::move(text), .Prepared = prepared}) {
+Execution::Execution(std::shared_ptr<Calls> calls, Handle statement, std::string text, bool prepared,
+                     std::chrono::milliseconds timeToSend)
+    : job_(new Job{.Calls = std::move(calls),
+                   .Statement = statement,
+                   .Text = std::move(text),
+                   .Prepared = prepared,
+                   .TimeToSend = timeToSend}) {
   job_->Thread = std::thread([job = job_.get()] { job->Run(); });
 }
 
@@ -86,7 +90,7 @@ bool Execution::Cancel() noexcept {
   job.Cancelled = true;
   // What is only being prepared ends by itself unless the driver hangs.
   job.Change.wait_for(lock, kFirstPatience, [&] { return job.Executes || job.Ended; });
-  job.Change.wait_until(lock, job.Since + kTimeToSend, [&] { return job.Ended.load(); });
+  job.Change.wait_until(lock, job.Since + job.TimeToSend, [&] { return job.Ended.load(); });
   auto patience = kFirstPatience;
   while (!job.Ended) {
     lock.unlock();

@@ -122,8 +122,8 @@ void Statement::NoteRun(Code code) {
 void Statement::ExecuteInBackground(const std::string& text, bool prepared) {
   AwaitTurn();
   isSpecial_ = true;
-  const Handle handle = Get();
-  execution_ = std::make_unique<Execution>(connection_->Driver().Calls, handle, text, prepared);
+  execution_ = std::make_unique<Execution>(connection_->Driver().Calls, Get(), text, prepared,
+                                           connection_->Manners().TimeToSend);
   connection_->executing_ = this;
 }
 

@@ -17,16 +17,18 @@ TEST(DriverMannersTest, DriverIsKnownByAPartOfItsFileName) {
   EXPECT_TRUE(DriverMannersOf("libmaodbc.so").OutputsComeAsRow);
   EXPECT_TRUE(DriverMannersOf("libsqlite3odbc-0.9998.so").StatementsServeAgain);
   EXPECT_TRUE(DriverMannersOf("libsqlite3odbc-0.9998.so").BeginEndsResults);
+  EXPECT_GT(DriverMannersOf("libtdsodbc.so").TimeToSend.count(), 0);
 }
 
 TEST(DriverMannersTest, DriverThatIsNotKnownBehavesAsItShould) {
-  for (const std::string name : {"", "libtdsodbc.so", "psqlodb"}) {
+  for (const std::string name : {"", "libother.so", "psqlodb"}) {
     const auto& manners = DriverMannersOf(name);
     EXPECT_EQ(manners.Dates.Misreads, Misreading::None) << name;
     EXPECT_FALSE(manners.Dates.DatesAsText || manners.Dates.TimesAsText) << name;
     EXPECT_TRUE(manners.PreparesReturns) << name;
     EXPECT_FALSE(manners.StatementsServeAgain || manners.RefusalKeepsThread || manners.OutputsComeAsRow) << name;
     EXPECT_FALSE(manners.BeginEndsResults) << name;
+    EXPECT_EQ(manners.TimeToSend.count(), 0) << name;
   }
 }
 
