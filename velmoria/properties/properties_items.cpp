@@ -10,11 +10,11 @@ namespace velmoria {
 
 namespace {
 
-/// Those whose definition is still there, by its position now.
+/// Those of the row whose definition is still there, by its position now; not those that another row has left.
 std::vector<PropertyPtr> MembersFor(const PropertiesData& definitions, const std::vector<PropertyPtr>& members) {
   std::vector<PropertyPtr> moved(static_cast<std::size_t>(definitions.Count()));
   for (const auto& member : members) {
-    if (!member) continue;
+    if (!member || !member->IsBound()) continue;
     const auto position = definitions.PositionOf(member->Data()->Name());
     if (position != 0 && definitions.At(position) == member->Data())
       moved[static_cast<std::size_t>(position - 1)] = member;
@@ -59,6 +59,7 @@ PropertiesDataPtr Properties::DefinitionOfStyle() const {
 }
 
 void Properties::FollowDefinitions() const {
+  // Members of another row fit any place: each is bound to the definition of its place when it is asked for.
   members_ = members_.empty() ? recordset_->TakeMembers() : MembersFor(*data_, members_);
   members_.resize(static_cast<std::size_t>(data_->Count()));
   generation_ = data_->Generation();

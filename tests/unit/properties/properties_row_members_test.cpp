@@ -13,7 +13,8 @@ class PropertiesRowMembersTest : public testing::Test {
  protected:
   /// Looks at every member of a row, and lets go of it.
   void Visit(std::int32_t row) const {
-    for (const auto& member : *rows_.Row(row)) member->Value();
+    const auto properties = rows_.Row(row);
+    for (const auto& member : *properties) member->Value();
   }
 
   ScopedApartment apartment_;
@@ -75,6 +76,16 @@ TEST_F(PropertiesRowMembersTest, TheNextRowFollowsDefinitionsThatHaveChanged) {
   EXPECT_EQ(row->Item(2)->Name(), "Day");
   EXPECT_EQ(row->Item(2)->Value(), Date::From(1998, 6, 2, 10, 30));
   EXPECT_EQ(row->Item("Amount")->Value(), 99.0);
+}
+
+TEST_F(PropertiesRowMembersTest, AMemberThatWasGivenOutStaysWhenDefinitionsChangeAgain) {
+  Visit(0);
+  rows_.Columns->Remove("Id");
+  const auto row = rows_.Row(1);
+  const auto held = row->Item("Name");
+  rows_.Columns->RenameItem("Placed", "Day");
+  EXPECT_EQ(row->Item("Name"), held);
+  EXPECT_EQ(row->Item("Day")->Value(), Date::From(1998, 6, 2, 10, 30));
 }
 
 TEST_F(PropertiesRowMembersTest, TheLastRowMayOutliveEveryOtherHandleOfItsRecordset) {
