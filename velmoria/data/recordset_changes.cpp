@@ -91,7 +91,11 @@ Variant Recordset::Dirty(std::int32_t row) const try {
 bool Recordset::IsDirty(std::int32_t row) const {
   const auto* touched = changes_ ? changes_->FindDirty(row) : nullptr;
   if (!touched) return false;
-  return std::ranges::any_of(touched->Cells, [&](const auto& cell) { return IsChanged(*touched, cell); });
+  // A column that was taken out counts no more.
+  return std::ranges::any_of(*columns_, [&](const auto& definition) {
+    const auto column = PlaceOfColumn(*definition);
+    return column < touched->Cells.size() && IsChanged(*touched, touched->Cells[column]);
+  });
 }
 
 bool Recordset::Dirty(std::int32_t row, const Variant& index) const try {

@@ -27,13 +27,22 @@ TEST_F(RecordsetChangesTest, ChangeTouchesItsRowAlone) {
   EXPECT_FALSE(rows.Rows->IsDirty(0));
 }
 
-TEST_F(RecordsetChangesTest, ColumnIsTakenByOrderNumberAndByName) {
+TEST_F(RecordsetChangesTest, ColumnIsTakenByNumberAndByName) {
   const SampleRows rows;
   rows.Rows->SetValue(0, 2, "Eve");
   EXPECT_EQ(Value(rows, 0, "Name").AsText(), "Eve");
   EXPECT_EQ(rows.Rows->OldValues(0, "name").AsText(), "Ada");
   EXPECT_TRUE(rows.Rows->Dirty(0, 2));
   EXPECT_FALSE(rows.Rows->Dirty(0, "Id"));
+}
+
+TEST_F(RecordsetChangesTest, AChangeInAColumnThatWasTakenOutCountsNoMore) {
+  const SampleRows rows;
+  rows.Rows->SetValue(0, "Name", "Eve");
+  rows.Columns->Remove("Name");
+  EXPECT_FALSE(rows.Rows->IsDirty(0));
+  EXPECT_TRUE(rows.Rows->Dirty(0).IsEmpty());
+  EXPECT_EQ(rows.Rows->StateFlags(0), sfpersistent);
 }
 
 TEST_F(RecordsetChangesTest, ChangesAreAskedForByOrderNumberWhereverTheDefinitionStands) {
