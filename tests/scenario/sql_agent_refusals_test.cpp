@@ -107,6 +107,19 @@ TEST_F(SQLAgentRefusals, RequiredParametersWithoutValuesAreAllNamed) {
                 [&] { Read(design_->Action->CreateParameters()); });
 }
 
+// Without pfInput a parameter asks for nothing by itself.
+TEST_F(SQLAgentRefusals, ARequiredParameterThatIsNoInputIsNamedBesideOneThatIs) {
+  DesignStatement("SELECT * FROM orders WHERE Total > ? AND Customer <> ?");
+  Declare({.Name = "Total", .DataType = dtDouble, .Flags = pfRequired});
+  Declare({.Name = "Customer", .DataType = dtString, .Flags = pfInput | pfRequired});
+  ExpectRefusal({errProperties_Required,
+                 "SQLAgent.CreatePreparedStatement",
+                 "These following Properties require Values before they can be used as parameters.  Properties: "
+                 "'Total, Customer'",
+                 {"Total, Customer"}},
+                [&] { Read(design_->Action->CreateParameters()); });
+}
+
 TEST_F(SQLAgentRefusals, AStatementThatIsPassedThroughTakesNoOutputs) {
   DesignStatement("SELECT * FROM orders WHERE Total > ?", ofRDOPassthru);
   for (const auto flag : {pfOutput, pfReturnValue}) {

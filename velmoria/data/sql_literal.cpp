@@ -12,14 +12,14 @@ namespace velmoria::sql {
 
 namespace {
 
-// The characters that the single-byte code has at 0x80 to 0x9F; everywhere else a code is its own character.
-constexpr std::array<std::uint16_t, 32> kUpperControls = {
+// Windows-1252 at 0x80 to 0x9F; everywhere else a code is its own character.
+constexpr std::array<std::uint16_t, 32> kWindows1252At80 = {
     0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
 
 void AppendCharacter(std::string& text, Byte code) {
-  AppendUtf8(text, code >= 0x80 && code <= 0x9F ? kUpperControls[code - 0x80U] : code);
+  AppendUtf8(text, code >= 0x80 && code <= 0x9F ? kWindows1252At80[code - 0x80U] : code);
 }
 
 // A long value is not moved for what follows it.
@@ -29,7 +29,7 @@ void MakeRoom(std::string& text, std::size_t characters) {
   if (characters >= kLong) text.reserve(text.size() + characters + kBehind);
 }
 
-// At most.
+// At most so many bytes of UTF-8.
 std::size_t LengthOf(std::span<const Byte> codes) {
   std::size_t length = 0;
   for (const auto code : codes) length += code < 0x80 ? 1 : code < 0xA0 ? 3 : 2;
@@ -135,7 +135,7 @@ void AppendLiteral(std::string& text, const Variant& value, zDataTypes dataType,
     case dtDate: return AppendBetween(text, engine == engAccess ? '#' : '\'', value.AsText());
     case dtBoolean: return AppendBoolean(text, value, engine);
     case dtByteArray: AppendBytes(text, value); break;
-    case dtVariant: Fail(RuntimeFailure::TypeMismatch);
+    default: Fail(RuntimeFailure::TypeMismatch);  // no type can be told, or the code is none
   }
   if (JoinsLines(engine)) SplitJoinedLines(text, start, engine);
 }

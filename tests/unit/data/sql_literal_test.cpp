@@ -132,6 +132,14 @@ TEST(SqlLiteralTest, AValueWithoutATypeIsAPlainFailure) {
   }
 }
 
+TEST(SqlLiteralTest, ATypeThatIsNoneIsAPlainFailure) {
+  for (const int code : {-1, 12, 99}) {
+    const auto error = Thrown([&] { Literal("text", static_cast<zDataTypes>(code)); });
+    ASSERT_TRUE(error) << code;
+    EXPECT_EQ(error->Number(), static_cast<std::int32_t>(RuntimeFailure::TypeMismatch)) << code;
+  }
+}
+
 }  // namespace
 
 }  // namespace velmoria::test

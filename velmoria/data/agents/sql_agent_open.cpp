@@ -154,10 +154,12 @@ rdoQueryPtr SQLAgent::CreatePreparedStatement() const try {
 } catch (...) { Failed("CreatePreparedStatement"); }
 
 void SQLAgent::CheckRequiredValues() const {
+  if (!statementParameters_->RequiresValues()) return;
   std::string names;
   for (const auto& parameter : *statementParameters_)
-    if (parameter->RequiresValue()) names += (names.empty() ? "" : ", ") + parameter->Name();
-  if (!names.empty()) Raise(errProperties_Required, "CreatePreparedStatement", {names});
+    if (has(parameter->Flags(), pfRequired) && parameter->EmptyValue())
+      names += (names.empty() ? "" : ", ") + parameter->Name();
+  Raise(errProperties_Required, "CreatePreparedStatement", {names});
 }
 
 void SQLAgent::CheckDirections() const {
