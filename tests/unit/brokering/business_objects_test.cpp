@@ -1,66 +1,14 @@
 #include "velmoria/brokering/business_objects.h"
 
-#include <stdexcept>
 #include <string>
-#include <utility>
 
 #include <gtest/gtest.h>
 
 #include "tests/support/expect_raised.h"
-#include "tests/support/scoped_apartment.h"
-#include "velmoria/velmoria.h"
+#include "tests/unit/brokering/named_objects_fixture.h"
 
 namespace velmoria::test {
 namespace {
-
-/// A business object of a host without a database: it has a key and counts what is done to it.
-class NamedObject final : public BusinessObject {
- public:
-  explicit NamedObject(std::string key) : ItsKey(std::move(key)) {}
-  std::string Key(KeyFormatPtr) override {
-    if (KeyFails) throw std::runtime_error("no key");
-    return ItsKey;
-  }
-  zEditFlags EditFlags() override { return Edits; }
-  zStateFlags StateFlags() override { return State; }
-  bool Dirty() override { return IsDirty; }
-  bool Modifiable() override { return IsModifiable; }
-  void Update() override {
-    if (Fails) Fail(RuntimeFailure::DeviceError);
-    ++Updates;
-  }
-  void Delete() override { ++Deletes; }
-  void Undo() override { ++Undos; }
-
-  zEditFlags Edits = efAll;
-  zStateFlags State = sfpersistent;
-  bool IsDirty = false;
-  bool IsModifiable = true;
-  bool Fails = false;
-  int Updates = 0;
-  int Deletes = 0;
-  int Undos = 0;
-  std::string ItsKey;
-  bool KeyFails = false;
-};
-
-class BusinessObjectsTest : public testing::Test {
- protected:
-  static Ref<NamedObject> Named(const std::string& key) { return Make<NamedObject>(key); }
-  static BusinessObjectsPtr NewCollection(KeyFormatPtr format = {}, bool supportsAdd = true, bool locked = false,
-                                          bool supportsRemove = true) {
-    auto collection = Make<BusinessObjects>();
-    collection->SetupTransient("People", std::move(format), supportsAdd, locked, {}, supportsRemove);
-    return collection;
-  }
-  static std::string Keys(IBusinessObjects& collection) {
-    std::string keys;
-    for (const auto& member : collection) keys += member->Key();
-    return keys;
-  }
-
-  ScopedApartment apartment_;
-};
 
 TEST_F(BusinessObjectsTest, TransientCollectionIsCompleteAtOnce) {
   const auto people = NewCollection();
@@ -288,115 +236,6 @@ TEST_F(BusinessObjectsTest, FlagsAreThoseOfAllMembersTogether) {
   people->Add(b);
   EXPECT_EQ(people->EditFlags(), efUpdate | efDelete);
   EXPECT_EQ(people->StateFlags(), sfNew | sfpersistent);
-}
-
-class PersistenceWalkTest : public BusinessObjectsTest {
- protected:
-  PersistenceWalkTest() {
-    for (const auto& member : {a_, b_, c_}) people_->Add(member);
-    people_->BeforeUpdate += [this](bool&) { heard_ += "<"; };
-    people_->BeforeItemUpdate += [this](IBusinessObject& item, bool&) { heard_ += item.Key(); };
-    people_->AfterItemUpdate += [this](IBusinessObject&) { heard_ += "."; };
-    people_->AfterUpdate += [this] { heard_ += ">"; };
-  }
-
-  BusinessObjectsPtr people_ = NewCollection();
-  Ref<NamedObject> a_ = Named("a");
-  Ref<NamedObject> b_ = Named("b");
-  Ref<NamedObject> c_ = Named("c");
-  std::string heard_;
-};
-
-TEST_F(PersistenceWalkTest, UntouchedMembersAreNotVisited) {
-  people_->Update();
-  EXPECT_EQ(heard_, "<>");
-}
-
-TEST_F(PersistenceWalkTest, DirtyMembersAreUpdatedInOrder) {
-  a_->IsDirty = c_->IsDirty = true;
-  people_->Update();
-  EXPECT_EQ(heard_, "<a.c.>");
-  EXPECT_EQ(a_->Updates + b_->Updates + c_->Updates, 2);
-}
-
-TEST_F(PersistenceWalkTest, CancelledMemberIsSkippedAndTheOthersAreWritten) {
-  a_->IsDirty = b_->IsDirty = c_->IsDirty = true;
-  people_->BeforeItemUpdate += [](IBusinessObject& item, bool& Cancel) { Cancel = item.Key() == "b"; };
-  people_->Update();
-  EXPECT_EQ(heard_, "<a.bc.>");
-  EXPECT_EQ(b_->Updates, 0);
-}
-
-TEST_F(PersistenceWalkTest, CancelledUpdateWritesNothingAndEndsSilently) {
-  a_->IsDirty = true;
-  people_->BeforeUpdate += [](bool& Cancel) { Cancel = true; };
-  people_->Update();
-  EXPECT_EQ(heard_, "<");
-}
-
-TEST_F(PersistenceWalkTest, FailureEndsTheWalkAndWhatWasWrittenStays) {
-  a_->IsDirty = b_->IsDirty = c_->IsDirty = true;
-  b_->Fails = true;
-  ExpectReported(RuntimeFailure::DeviceError, [&] { people_->Update(); });
-  EXPECT_EQ(heard_, "<a.b");
-  EXPECT_EQ(a_->Updates, 1);
-}
-
-TEST_F(PersistenceWalkTest, DirtyMemberWithoutEfUpdateIsPassedSilently) {
-  a_->IsDirty = true;
-  a_->Edits = efInsert;
-  people_->Update();
-  EXPECT_EQ(heard_, "<>");
-}
-
-TEST_F(PersistenceWalkTest, PendingDeleteUnderAnActionWithoutEfDeleteIsNotVisited) {
-  a_->State = b_->State = sfpersistent | sfpendingdelete;
-  b_->Edits = efUpdate;
-  people_->Update();
-  EXPECT_EQ(heard_, "<a.>");
-}
-
-TEST_F(PersistenceWalkTest, DeleteFlagsEachMemberThatMayBeDeleted) {
-  b_->Edits = efUpdate;
-  c_->State = sfdeleted;
-  std::string heard;
-  people_->BeforePendingDelete += [&](bool&) { heard += "<"; };
-  people_->BeforeItemPendingDelete += [&](IBusinessObject& item, bool&) { heard += item.Key(); };
-  people_->AfterItemPendingDelete += [&](IBusinessObject&) { heard += "."; };
-  people_->AfterPendingDelete += [&] { heard += ">"; };
-  people_->Delete();
-  EXPECT_EQ(heard, "<a.>");
-  EXPECT_EQ(a_->Deletes + b_->Deletes + c_->Deletes, 1);
-}
-
-TEST_F(PersistenceWalkTest, DeleteEndsAtTheLastMemberThoughAListenerSuppliesMore) {
-  people_->ItemNotFound += [&](const Variant&, IBusinessObjectPtr& Item) { Item = a_; };
-  people_->Delete();
-  EXPECT_EQ(a_->Deletes, 1);
-}
-
-TEST_F(PersistenceWalkTest, UndoReachesEveryMemberWithoutEvents) {
-  people_->Undo();
-  EXPECT_EQ(a_->Undos + b_->Undos + c_->Undos, 3);
-  EXPECT_EQ(heard_, "");
-}
-
-TEST_F(PersistenceWalkTest, DirtyIsThatOfAnyMember) {
-  EXPECT_FALSE(people_->Dirty());
-  c_->IsDirty = true;
-  EXPECT_TRUE(people_->Dirty());
-}
-
-TEST_F(PersistenceWalkTest, HeldCollectionsOfAContextAreWalkedAlike) {
-  auto context = Make<BusinessContext>();
-  context->Add(people_);
-  a_->IsDirty = true;
-  context->Update();
-  EXPECT_EQ(heard_, "<a.>");
-  context->Undo();
-  EXPECT_EQ(a_->Undos, 1);
-  context->Delete();
-  EXPECT_EQ(b_->Deletes, 1);
 }
 
 }  // namespace
