@@ -33,8 +33,11 @@ class VELMORIA_API Connection final : public Object, public Reporting {
   /// Stores only: the text composed when the Connection was set up stays.
   void SetUserName(std::string value) { userName_ = std::move(value); }
   void SetPassword(std::string value) { password_ = std::move(value); }
+  /// Shown only: every result keeps its own rows, whichever was chosen.
   zCursorDrivers CursorDriver() const { return cursorDriver_; }
   std::string CursorDriverName() const;
+  /// Whether the driver is asked for a static cursor, which crtStatic wants always and crtNone never; it is asked for
+  /// no other kind.
   zCursorTypes CursorType() const { return cursorType_; }
   std::string CursorTypeName() const;
   StatisticsPtr Statistics() const;

@@ -82,9 +82,15 @@ ConnectionPtr ConnectionContext::GetConnection(const std::string& databaseName,
 ConnectionPtr ConnectionContext::SetupConnection(const SetupConnectionArguments& arguments) try {
   auto group = Find(arguments.ConnectionsName);
   if (!group) group = SetupItem(arguments.ConnectionsName);
-  return group->SetupItem({arguments.DatabaseName, arguments.Engine, arguments.ConnectionType,
-                           arguments.ConnectionString, arguments.Password, arguments.UserName, arguments.CursorDriver,
-                           arguments.CursorType, arguments.Connector});
+  return group->SetupItem({.DatabaseName = arguments.DatabaseName,
+                           .Engine = arguments.Engine,
+                           .ConnectionType = arguments.ConnectionType,
+                           .ConnectionString = arguments.ConnectionString,
+                           .Password = arguments.Password,
+                           .UserName = arguments.UserName,
+                           .CursorDriver = arguments.CursorDriver,
+                           .CursorType = arguments.CursorType,
+                           .Connector = arguments.Connector});
 } catch (...) { Failed("SetupConnection"); }
 
 }  // namespace velmoria

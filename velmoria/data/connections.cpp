@@ -65,13 +65,27 @@ ConnectionPtr Connections::MakeItem(const ConnectionFields& fields, zEngines eng
   auto item = Make<Connection>();
   if (!fields.Connector) {
     if (fields.DatabaseName.empty()) Raise(errMissing_ConnectionInfo, "SetupItem");
-    item->Setup({fields.DatabaseName, engine, fields.ConnectionType, fields.ConnectionString, fields.CursorDriver,
-                 fields.CursorType, name_, fields.Password, fields.UserName});
+    item->Setup({.DatabaseName = fields.DatabaseName,
+                 .Engine = engine,
+                 .ConnectionType = fields.ConnectionType,
+                 .ConnectionString = fields.ConnectionString,
+                 .CursorDriver = fields.CursorDriver,
+                 .CursorType = fields.CursorType,
+                 .ConnectionsName = name_,
+                 .Password = fields.Password,
+                 .UserName = fields.UserName});
     return item;
   }
   const auto& from = *fields.Connector;
-  item->Setup({from.DatabaseName(), from.Engine(), from.ConnectionType(), from.ConnectionString(), from.CursorDriver(),
-               from.CursorType(), name_, from.Data()->Password(), from.UserName()});
+  item->Setup({.DatabaseName = from.DatabaseName(),
+               .Engine = from.Engine(),
+               .ConnectionType = from.ConnectionType(),
+               .ConnectionString = from.ConnectionString(),
+               .CursorDriver = from.CursorDriver(),
+               .CursorType = from.CursorType(),
+               .ConnectionsName = name_,
+               .Password = from.Data()->Password(),
+               .UserName = from.UserName()});
   return item;
 }
 

@@ -15,7 +15,8 @@ namespace velmoria {
 
 class rdoEnvironment;
 
-/// What a new Connection is made from. With a Connector all other members are ignored.
+/// What a new Connection is made from. With a Connector all other members are ignored. UserName and Password go into
+/// the connect string as they are: one with ';' in it has to come in braces.
 struct ConnectionFields {
   std::string DatabaseName{};
   zEngines Engine{};
@@ -56,13 +57,16 @@ class VELMORIA_API Connections final : public Object, public Reporting {
   /// Sets the log-on with which the engine's environment is made later. Raises 9 for an engine of 8 and above.
   void Prepare(zEngines engine, const std::string& userName, const std::string& password = {});
   /// Disconnects every Connection of the engine, closes the engine's environment and forgets it. Called without an
-  /// engine it closes the environment and then fails to take it out of the group: name the engine to repair that.
+  /// engine it closes the environment and then fails with 5 to take it out of the group: name the engine to repair
+  /// that. Raises 15097 for an engine outside 1 to 5.
   void Disconnect(zEngines engine = {});
 
+  /// Raises 9 for an engine of 8 and above.
   bool TransStarted(zEngines engine = {}) const;
-  /// One transaction over all connections of the engine, later ones included. It needs the engine's environment, so a
-  /// Connection must have been opened once. A failing call leaves the flag. When a link was lost in it, TransRollback
-  /// succeeds and the connection is opened again by its next use. Raises 15097 for an engine outside 1 to 5.
+  /// One transaction over all connections of the engine, later ones included. It needs the engine's environment: 5 when
+  /// no Connection of the engine was ever opened. A failing call leaves the flag. When a link was lost in it,
+  /// TransRollback succeeds and the connection is opened again by its next use. Raises 15097 for an engine outside 1
+  /// to 5.
   void TransBegin(zEngines engine = {});
   void TransCommit(zEngines engine = {});
   void TransRollback(zEngines engine = {});

@@ -40,8 +40,9 @@ struct CounterValue {
 };
 
 /// One page of rows in memory. The rows as fetched stay untouched and shared; changed and new rows lie over them, and
-/// only those cost anything. Rows count from 0 and keep their number, deleted ones, too. A column given as a number is
-/// an OrderNumber, as a String a name. What needs the database it asks of its DatabaseAgent.
+/// only those cost anything. Rows count from 0 and keep their number, deleted ones, too. A column given as a String is
+/// a name; as a number it is an OrderNumber, except in SetValue, where it is a position among the definitions. What
+/// needs the database it asks of its DatabaseAgent.
 class Recordset final : public Object, public Reporting {
  public:
   Recordset();
@@ -64,7 +65,7 @@ class Recordset final : public Object, public Reporting {
   std::int32_t Count() const noexcept { return fetchedRows_ + addedRows_; }
   /// What the fetched rows occupy on the heap.
   std::size_t HeapBytes() const noexcept { return rows_.HeapBytes(); }
-  /// The rows of the whole result.
+  /// The rows of the whole result; -1 while it is being opened. Asks the DatabaseAgent, which opens a closed one again.
   std::int32_t VirtualCount() const;
   std::int32_t VirtualFirstNumber() const { return virtualFirstNumber_; }
   /// The number behind the last row, 0 when the whole result is in this page.
@@ -74,28 +75,30 @@ class Recordset final : public Object, public Reporting {
   PropertiesPtr GetPersistentProperties(std::int32_t row, const std::string& key);
   /// Appends a new row; raises 15027 unless this is the last page of its result.
   PropertiesPtr CreatePersistentProperties(const std::string& key);
-  /// Members that a row which ended left to the next one, in no order and bound to nothing, or none.
+  /// The members of a row's Properties that has ended, for another row to bind again; some may be null. Empty when none
+  /// are kept.
   std::vector<PropertyPtr> TakeMembers() noexcept;
+  /// Keeps those that nobody else holds and that are as good as new, unless some are kept already.
   void KeepMembers(std::vector<PropertyPtr> members) noexcept;
   /// Writes one row: a failed write leaves it as it is, to be corrected and written again. A new row of which nothing
   /// was written stays new.
   void UpdatePersistentProperties(const PropertiesPtr& properties);
-  /// Writes every changed, then every new, then every row to be deleted.
+  /// Writes every changed, then every new, then every row to be deleted. Both raise as the DatabaseAgent's routines do.
   void Update();
-  /// Flags for deletion; a new row is deleted at once.
+  /// Flags for deletion; a new row is deleted at once. 457 for a row that is flagged already.
   void DeletePersistentProperties(std::int32_t row);
-  /// The row is gone from the database; fails when it is flagged so already.
+  /// The row is gone from the database; 457 for one that is known to be.
   void FlagDeleted(std::int32_t row);
 
   /// The present value. Raises 15113 on a deleted row. A long column (dtByteArray, engines 2 to 5) is read from the
   /// database when it is first asked for or set, and kept; an empty or Null one reads as Empty. Raises 15130 then.
   Variant Values(std::int32_t row, const PropertyData& column);
-  /// A number is the position of the definition. Raises 15072 for a column that is not there.
+  /// Raises 15072 for a column that is not there.
   void SetValue(std::int32_t row, const Variant& index, const Variant& value);
   void SetValue(std::int32_t row, const PropertyData& column, const Variant& value);
   /// The value before the first change since the row was saved, Empty for none. Raises 15113 on a deleted row. Here,
-  /// and in Dirty and Undo, a number is the OrderNumber of the column, which is looked for, and 15072 raised, only in a
-  /// row that was changed and is not deleted.
+  /// and in Dirty and Undo, a column is looked for, and 15072 raised, only in a row that was changed and is not
+  /// deleted.
   Variant OldValues(std::int32_t row, const Variant& index) const;
   Variant OldValues(std::int32_t row, const PropertyData& column) const;
   /// True, False for a deleted or unchanged row, or Empty when changed columns are back at their old values. A column
@@ -109,8 +112,9 @@ class Recordset final : public Object, public Reporting {
   zStateFlags StateFlags(std::int32_t row) const;
   /// Clears sfNew, sfpendingdelete and sfdirty where absent from flags, and sets nothing.
   void SetStateFlags(std::int32_t row, zStateFlags flags);
-  /// The whole row, or one column of it. Either way a deletion not yet written is cancelled. Raises 15113 on a deleted
-  /// row.
+  /// The whole row, or one column of it. Puts back an old value that was Empty, Null, a date in another second, an
+  /// object, an error or an array. Any other value that has really changed stays as it is now; the whole row is not
+  /// dirty any more all the same. Either way a deletion not yet written is cancelled. Raises 15113 on a deleted row.
   void Undo(std::int32_t row);
   void Undo(std::int32_t row, const Variant& index);
   void Undo(std::int32_t row, const PropertyData& column);

@@ -6,20 +6,20 @@
 namespace velmoria {
 
 const RowChanges::Row* RowChanges::Find(std::int32_t row) const {
-  if (row != lastRow_) {
+  if (row != askedRow_) {
     const auto found = rows_.find(row);
-    last_ = found == rows_.end() ? nullptr : &found->second;
-    lastRow_ = row;
+    asked_ = found == rows_.end() ? nullptr : &found->second;
+    askedRow_ = row;
   }
-  return last_;
+  return asked_;
 }
 
 RowChanges::Row* RowChanges::Find(std::int32_t row) { return const_cast<Row*>(std::as_const(*this).Find(row)); }
 
-RowChanges::Row& RowChanges::Make(std::int32_t row) {
+RowChanges::Row& RowChanges::FindOrAdd(std::int32_t row) {
   if (auto* found = Find(row)) return *found;
   auto& made = rows_[row];
-  last_ = &made;
+  asked_ = &made;
   return made;
 }
 
@@ -35,7 +35,7 @@ const RowChanges::Cell* RowChanges::FindStored(std::int32_t row, std::size_t col
 }
 
 RowChanges::Row& RowChanges::Touch(std::int32_t row, std::size_t columns) {
-  auto& touched = Make(row);
+  auto& touched = FindOrAdd(row);
   if (touched.Cells.size() < columns) touched.Cells.resize(columns);
   return touched;
 }
@@ -46,7 +46,7 @@ bool RowChanges::IsIn(List list, std::int32_t row) const {
 }
 
 void RowChanges::Enter(List list, std::int32_t row) {
-  auto& place = Make(row).Places[static_cast<std::size_t>(list)];
+  auto& place = FindOrAdd(row).Places[static_cast<std::size_t>(list)];
   if (place != 0) Fail(RuntimeFailure::KeyInUse);
   Members(list).emplace(lastPlace_ + 1, row);
   place = ++lastPlace_;

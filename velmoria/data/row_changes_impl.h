@@ -16,7 +16,7 @@ namespace velmoria {
 class RowChanges {
  public:
   RowChanges() = default;
-  RowChanges(const RowChanges&) = delete;
+  RowChanges(const RowChanges&) = delete;  // asked_ is one of its own rows
   RowChanges& operator=(const RowChanges&) = delete;
 
   enum class List : std::uint8_t { Dirty, Deleted, Pending, New };
@@ -58,11 +58,11 @@ class RowChanges {
   Sequence& Members(List list) noexcept { return lists_[static_cast<std::size_t>(list)]; }
   const Sequence& Members(List list) const noexcept { return lists_[static_cast<std::size_t>(list)]; }
 
-  Row& Make(std::int32_t row);
+  Row& FindOrAdd(std::int32_t row);
 
   std::unordered_map<std::int32_t, Row> rows_;
-  mutable std::int32_t lastRow_ = -1;  // the row that was asked for last, since it is mostly asked for again
-  mutable const Row* last_ = nullptr;
+  mutable std::int32_t askedRow_ = -1;  // the row that was asked for last, since it is mostly asked for again
+  mutable const Row* asked_ = nullptr;
   std::array<Sequence, 4> lists_;
   std::uint64_t lastPlace_ = 0;
 };

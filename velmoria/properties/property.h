@@ -146,7 +146,8 @@ class VELMORIA_API Property final : public Object, public Reporting, public Pool
   // Inside the library.
   void Bind(PropertyDataPtr data, const Parents& parents, zEditFlags editFlags = efNone);
   void Bind(PropertyDataPtr data, RecordsetPtr recordset, std::int32_t row, zEditFlags editFlags = efNone);
-  /// Gives up its row, to be bound to another one as if just made; false when it is held twice or tells from a new one.
+  /// Gives up its row, to be bound to another one as if just made; false when somebody else holds it or it differs from
+  /// a new one.
   bool LeaveRow() noexcept;
   /// Makes a definition when there is none.
   const PropertyDataPtr& Data() const {

@@ -68,7 +68,7 @@ class VELMORIA_API PropertyContext final : public Object,
   /// Raises 15082 when adding is not supported, 15013 when both positions are given.
   void Add(PropertiesPtr item, const Position& position = {});
   void SetupItem(PropertiesPtr item, const Position& position = {});
-  /// Raises 15083 when removing is not supported, 15071 for an unknown index.
+  /// Raises 15083 when removing is not supported, 15071 for an unknown index, 15141 when a step fails.
   void Remove(const Variant& index);
 
   /// The Properties that an Action finds for this object, not added here; Parameters go before the Identifier. Raises

@@ -21,7 +21,7 @@ class VELMORIA_API Object {
   Object& operator=(const Object&) = delete;
   virtual ~Object();
 
-  /// Whether nobody but the asker holds it.
+  /// Whether nobody holds it but the asker, by one handle.
   bool IsHeldOnce() const noexcept { return references_ == 1; }
 
   /// The class name as messages and type names show it: "Property", "Recordset".

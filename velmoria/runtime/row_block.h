@@ -13,20 +13,18 @@
 
 namespace velmoria {
 
-/// How a column of rows is held, and what kind of Variant a value of it becomes. In a buffer stand, by the names below:
-/// int16, int32, int64, float, double, int64 of ten thousandths, velmoria::Decimal, double of days, one byte that is 0
-/// for False, one byte.
+/// What kind of Variant a value of a column becomes, and how it is held in a buffer.
 enum class ColumnStorage : std::uint8_t {
-  Integer,
-  Long,
-  BigInteger,  // read as Decimal
-  Single,
-  Double,
-  Currency,
-  Decimal,
-  Date,
-  Boolean,
-  Byte,
+  Integer,      // std::int16_t
+  Long,         // std::int32_t
+  BigInteger,   // std::int64_t; becomes a Decimal
+  Single,       // float
+  Double,       // double
+  Currency,     // std::int64_t of ten thousandths
+  Decimal,      // velmoria::Decimal
+  Date,         // double of days
+  Boolean,      // one byte, 0 for False
+  Byte,         // one byte
   Text,         // UTF-8 in the chunk's arena
   Bytes,        // in the chunk's arena
   Placeholder,  // a long column that is not fetched with the row; reads as Empty, never as Null

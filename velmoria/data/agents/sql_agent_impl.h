@@ -24,7 +24,8 @@ class SQLAgent final : public Agent, public Reporting {
   ~SQLAgent() override;
   std::string_view ReportedType() const noexcept override { return "SQLAgent"; }
 
-  /// Sorts the parameters into those of the statement, the key and the filter. Raises 15053, 15160 and 15052.
+  /// Sorts the parameters into those of the statement, the key and the filter. Raises 15053 for a type of Source
+  /// that gives no rows, 15160 for a Class without identifier Properties, 15052 when their definition is missing.
   void Initialize(const ClassPtr& classObject, const ActionPtr& action, const PropertiesPtr& parameters,
                   std::int32_t objectBuffer);
 
@@ -36,8 +37,10 @@ class SQLAgent final : public Agent, public Reporting {
   /// Moves the open result to its end; filters do not count. Raises as GetRecordset.
   std::int32_t RowCount() override;
   PropertiesDataPtr PropertiesData() override;
-  /// None while the result is being opened. Raises 15053, 15072, 15078, 15119, 15180 or 15120 to 15123 when it cannot
-  /// be opened, 15096 for a filter, 15099 when its cursor cannot move as pages need it, 15130 for anything else.
+  /// None while the result is being opened. Raises 15120 to 15123 when it cannot be opened, and before that 15053 as
+  /// Initialize, 15119 for parameters that need a value, 15072 for one that is missing, 15078 for parameters in another
+  /// order than the procedure's, 15180 for an output of a text that is passed through; 15096 for a filter whose
+  /// Operator is none, 15099 when the cursor cannot move as pages need it, 15130 for anything else.
   RecordsetPtr GetRecordset(const DatabaseAgentPtr& agent, const RecordsetPtr& previous, bool keepOpen) override;
 
   void LoadPersistentProperties() override;
@@ -50,8 +53,8 @@ class SQLAgent final : public Agent, public Reporting {
   Variant GetBLOBFieldValue(const Variant& index, const PropertiesPtr& properties) override;
 
   /// Output values arrive in the parameters that Initialize got, as they do when a result has been read to its end.
-  /// Raises 15072 for a parameter of a procedure that is not among them, 15078, 15119, 15180 and what the database
-  /// refuses. A parameter that a statement does not declare is left out: only reading would filter by it.
+  /// Raises 15072, 15078, 15119 and 15180 as GetRecordset, and what the database refuses. A parameter that a statement
+  /// does not declare is left out: only reading would filter by it.
   void Execute() override;
   /// Raises 15110, or 15179 when the statement should return a counter value and returns none.
   void InsertPersistentProperties(const PropertiesPtr& properties) override;

@@ -152,7 +152,7 @@ void Landing::RefuseMisread(Statement& statement, std::size_t rows) {
 
 void Landing::RefuseIfMisread(Statement& statement, std::size_t row, std::size_t place) {
   if (!doubts_->IsMisread(statement, number_, place, slots_ + row * slotWidth_, IsNull(row))) return;
-  Fail(RuntimeFailure::InvalidArgument, RuntimeFailureText(RuntimeFailure::InvalidArgument) + InColumn());
+  Fail(RuntimeFailure::InvalidArgument, "The date cannot be read as it is stored" + InColumn());
 }
 
 // The slot holds the beginning, without the zero that ends it; the driver goes on where it stopped.

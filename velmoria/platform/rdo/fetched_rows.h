@@ -42,7 +42,7 @@ class FetchedRows {
   RowBlock rows_;                    // begins and ends with whole chunks
   long long moved_ = 0;              // rows ahead of these
   std::size_t bytes_ = 0;            // of rows_
-  // From so many bytes, or from this position on, it is looked again at what could be moved.
+  // Below both of them there is nothing that could be moved.
   std::size_t nextBytes_ = 0;
   long long nextPosition_ = 0;
 };

@@ -44,7 +44,8 @@ class rdoConnection : public Object {
   bool NeedsThisThread(const std::string& sql);
   const odbc::DriverManners& Manners() const noexcept { return handle_.Manners(); }
 
-  /// Whether the link to the server is gone and no transaction with it: one that is lost is its owner's to roll back.
+  /// Whether it is closed, or the link to the server is gone outside a transaction; inside one, the owner has to roll
+  /// back first.
   bool IsLost() noexcept { return !handle_.IsOpen() || (!inTransaction_ && handle_.IsLost()); }
   void Close();
 

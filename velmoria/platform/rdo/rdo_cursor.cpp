@@ -86,7 +86,11 @@ odbc::Columns RdoCursor::Describe() {
 void RdoCursor::RequireSameRows() {
   for (long long first = 1; first <= rows_.Count();) {
     const auto again = source_->Fetch().Next();
-    if (!again || !rows_.Matches(*again, first)) odbc::FailClosed("The rows of the result have changed.");
+    if (!again || !rows_.Matches(*again, first)) {
+      odbc::FailClosed(
+          "A value is longer than its column says, so the statement was run again, and the rows of the "
+          "result have changed since. Open it anew.");
+    }
     first += static_cast<long long>(again->Rows());
   }
 }

@@ -12,8 +12,8 @@
 namespace velmoria {
 
 /// The root of the RDO object model: makes environments and holds the error list that all objects below it share.
-/// Every failing driver call, here and below, raises an Error with the driver's own number (0 stays 0) and a text
-/// "SQLSTATE: text".
+/// Every failing driver call, here and below, raises an Error with the driver's own number (0 stays 0, and a
+/// driver without a word is 40002) and a text "SQLSTATE: text".
 class rdoEngine : public Object {
  public:
   rdoEngine();

@@ -28,7 +28,7 @@ class rdoEnvironment : public Object {
   std::string_view ReportedType() const noexcept override;
 
   rdoNumber CursorDriver() const noexcept { return cursorDriver_; }
-  /// The result sets keep their own rows whichever driver is chosen.
+  /// Kept only: the result sets keep their own rows, whichever is chosen.
   void SetCursorDriver(rdoNumber value) noexcept { cursorDriver_ = value; }
 
   /// Connects. A connect string without "UID=" gets the environment's user and password; rdDriverPrompt lets the driver

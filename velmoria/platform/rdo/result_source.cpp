@@ -26,10 +26,10 @@ void ResultSource::RunAgain(odbc::Connection& connection, const odbc::Columns& c
   if (recipe_->Prepared) statement_->Prepare(recipe_->Sql);
   values_->BindTo(*statement_);
   recipe_->Prepared ? statement_->Execute() : statement_->ExecuteDirect(recipe_->Sql);
-  if (!OpenResult()) odbc::FailClosed("The statement gives no result any more.");
+  if (!OpenResult()) odbc::FailClosed("The statement was run again and gives no result any more.");
   // The rows that there are, and those who read them, know the columns that there were.
   if (odbc::DescribeColumns(*statement_, columns) != columns) {
-    odbc::FailClosed("The columns of the result have changed.");
+    odbc::FailClosed("The statement was run again, and the columns of the result have changed since. Open it anew.");
   }
   fetch_.emplace(*statement_, columns, WhenCut::ReadRowByRow);
 }

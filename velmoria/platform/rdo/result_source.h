@@ -45,9 +45,8 @@ class ResultSource {
   void BeginFetch(odbc::Columns columns);
   /// Ends the statement.
   void End() noexcept;
-  /// Runs the text once more and begins with its rows anew, which then come one by one; only where CanRunAgain,
-  /// and behind End. Raises 40071 when
-  /// it gives no result with the same columns any more.
+  /// Runs the text once more and begins with its rows anew, which then come one by one; only where CanRunAgain, and
+  /// behind End. Raises 40071 when it gives no result with the same columns any more.
   void RunAgain(odbc::Connection& connection, const odbc::Columns& columns);
 
  private:
