@@ -20,7 +20,7 @@ constexpr std::array kManners = {
                   .Dates = {.DatesAsText = true, .TimesAsText = true},
                   .StatementsServeAgain = true,
                   .BeginEndsResults = true},
-    DriverManners{.Driver = "tdsodbc", .TimeToSend = std::chrono::milliseconds(50)},
+    DriverManners{.Driver = "tdsodbc", .MillisecondsToSend = 50},
 };
 constexpr DriverManners kPlain{};
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <string_view>
 
@@ -34,7 +33,7 @@ struct DriverManners {
   bool RefusalKeepsThread = false;
   /// It puts a request to cancel where another thread still writes the statement, and the connection is in ruins.
   /// Nothing tells when the statement has gone out, but so long it hardly ever takes.
-  std::chrono::milliseconds TimeToSend{0};
+  std::int32_t MillisecondsToSend = 0;
   /// A call that returns a value is prepared with all its parameters; one without them is another function.
   bool PreparesReturns = true;
   /// What a call gives back comes as a row of its own, too.

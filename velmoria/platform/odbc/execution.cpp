@@ -62,12 +62,12 @@ struct Execution::Job {
 };
 
 Execution::Execution(std::shared_ptr<Calls> calls, Handle statement, std::string text, bool prepared,
-                     std::chrono::milliseconds timeToSend)
+                     std::int32_t millisecondsToSend)
     : job_(new Job{.Calls = std::move(calls),
                    .Statement = statement,
                    .Text = std::move(text),
                    .Prepared = prepared,
-                   .TimeToSend = timeToSend}) {
+                   .TimeToSend = std::chrono::milliseconds(millisecondsToSend)}) {
   job_->Thread = std::thread([job = job_.get()] { job->Run(); });
 }
 

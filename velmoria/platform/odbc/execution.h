@@ -1,6 +1,6 @@
 #pragma once
 
-#include <chrono>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -13,10 +13,10 @@ namespace velmoria::odbc {
 /// may use the handle before Wait. Its end cancels what still runs and waits for it.
 class Execution {
  public:
-  /// Prepares the text first if `prepared`. The driver is left timeToSend from the call that runs the statement until
-  /// it may be asked to stop.
+  /// Prepares the text first if `prepared`. The driver is left so long from the call that runs the statement until it
+  /// may be asked to stop.
   Execution(std::shared_ptr<Calls> calls, Handle statement, std::string text, bool prepared,
-            std::chrono::milliseconds timeToSend = {});
+            std::int32_t millisecondsToSend = 0);
   Execution(const Execution&) = delete;
   Execution& operator=(const Execution&) = delete;
   ~Execution();

@@ -123,7 +123,7 @@ void Statement::ExecuteInBackground(const std::string& text, bool prepared) {
   AwaitTurn();
   isSpecial_ = true;
   execution_ = std::make_unique<Execution>(connection_->Driver().Calls, Get(), text, prepared,
-                                           connection_->Manners().TimeToSend);
+                                           connection_->Manners().MillisecondsToSend);
   connection_->executing_ = this;
 }
 

@@ -91,14 +91,14 @@ class RunsUntilCancelled final : public ForwardingOdbc {
 };
 
 TEST(ExecutionTest, ADriverIsLeftItsTimeToSendAStatementBeforeItIsAskedToStop) {
-  constexpr std::chrono::milliseconds timeToSend{20};
+  constexpr std::int32_t milliseconds = 20;
   const auto driver = std::make_shared<RunsUntilCancelled>(std::make_shared<FakeOdbc>());
   const auto begun = std::chrono::steady_clock::now();
-  odbc::Execution execution(driver, nullptr, "SELECT", false, timeToSend);
+  odbc::Execution execution(driver, nullptr, "SELECT", false, milliseconds);
   while (!driver->IsInTheCall) std::this_thread::yield();
   EXPECT_TRUE(execution.Cancel());
   // The call begins later than that, so a slow machine can only make it more.
-  EXPECT_GE(driver->CancelledAt - begun, timeToSend);
+  EXPECT_GE(driver->CancelledAt - begun, std::chrono::milliseconds(milliseconds));
 }
 
 }  // namespace
