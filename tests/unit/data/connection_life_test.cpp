@@ -45,6 +45,13 @@ TEST_F(ConnectionLifeTest, ADataSourceStandsBehindItsUserAndAnEmptyPasswordIsLef
   EXPECT_EQ(Sent({.ConnectionType = ctDSN, .ConnectionString = "Sales", .UserName = "u"}), "UID=u;DSN=Sales");
 }
 
+TEST_F(ConnectionLifeTest, ALogOnGoesIntoTheTextAsItIs) {
+  EXPECT_EQ(Sent({.ConnectionType = ctText, .ConnectionString = "A=b", .Password = "p;q", .UserName = "u"}),
+            "A=b;UID=u;PWD=p;q");
+  EXPECT_EQ(Sent({.ConnectionType = ctDSN, .ConnectionString = "Sales", .Password = "{p;q}", .UserName = "u"}),
+            "UID=u;PWD={p;q};DSN=Sales");
+}
+
 TEST_F(ConnectionLifeTest, ACallersUserKeyInLowerCaseKeepsASecondUserOut) {
   EXPECT_EQ(Sent({.ConnectionString = "DSN=x;uid=a", .UserName = "b"}), "DSN=x;uid=a");
 }
