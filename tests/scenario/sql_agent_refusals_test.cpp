@@ -95,30 +95,25 @@ TEST_F(SQLAgentRefusals, AColumnThatCannotBeDescribedIsNamedBesideIt) {
 
 // Parameters
 
-TEST_F(SQLAgentRefusals, RequiredParametersWithoutValuesAreAllNamed) {
-  DesignStatement("SELECT * FROM orders WHERE Total > ? AND Customer <> ?");
-  Declare({.Name = "Total", .DataType = dtDouble, .Flags = pfInput | pfRequired});
-  Declare({.Name = "Customer", .DataType = dtString, .Flags = pfInput | pfRequired});
-  ExpectRefusal({errProperties_Required,
-                 "SQLAgent.CreatePreparedStatement",
-                 "These following Properties require Values before they can be used as parameters.  Properties: "
-                 "'Total, Customer'",
-                 {"Total, Customer"}},
-                [&] { Read(design_->Action->CreateParameters()); });
-}
+class RequiredParameters : public SQLAgentRefusals {
+ protected:
+  void ExpectThatBothAreNamed(zPropertyFlags flagsOfTotal) {
+    DesignStatement("SELECT * FROM orders WHERE Total > ? AND Customer <> ?");
+    Declare({.Name = "Total", .DataType = dtDouble, .Flags = flagsOfTotal});
+    Declare({.Name = "Customer", .DataType = dtString, .Flags = pfInput | pfRequired});
+    ExpectRefusal({errProperties_Required,
+                   "SQLAgent.CreatePreparedStatement",
+                   "These following Properties require Values before they can be used as parameters.  Properties: "
+                   "'Total, Customer'",
+                   {"Total, Customer"}},
+                  [&] { Read(design_->Action->CreateParameters()); });
+  }
+};
+
+TEST_F(RequiredParameters, WithoutValuesAreAllNamed) { ExpectThatBothAreNamed(pfInput | pfRequired); }
 
 // Without pfInput a parameter asks for nothing by itself.
-TEST_F(SQLAgentRefusals, ARequiredParameterThatIsNoInputIsNamedBesideOneThatIs) {
-  DesignStatement("SELECT * FROM orders WHERE Total > ? AND Customer <> ?");
-  Declare({.Name = "Total", .DataType = dtDouble, .Flags = pfRequired});
-  Declare({.Name = "Customer", .DataType = dtString, .Flags = pfInput | pfRequired});
-  ExpectRefusal({errProperties_Required,
-                 "SQLAgent.CreatePreparedStatement",
-                 "These following Properties require Values before they can be used as parameters.  Properties: "
-                 "'Total, Customer'",
-                 {"Total, Customer"}},
-                [&] { Read(design_->Action->CreateParameters()); });
-}
+TEST_F(RequiredParameters, OneThatIsNoInputIsNamedBesideOneThatIs) { ExpectThatBothAreNamed(pfRequired); }
 
 TEST_F(SQLAgentRefusals, AStatementThatIsPassedThroughTakesNoOutputs) {
   DesignStatement("SELECT * FROM orders WHERE Total > ?", ofRDOPassthru);

@@ -29,7 +29,9 @@ bool IsRestored(const Variant& old, const Variant& present) {
 }
 
 /// On an old row an Empty old value only says that the column was not changed.
-bool IsChanged(const RowChanges::Row& row, const RowChanges::Cell& cell) {
+bool IsChanged(const RowChanges::Row& row, std::size_t column) {
+  if (column >= row.Cells.size()) return false;
+  const auto& cell = row.Cells[column];
   if (!cell.Stored || (cell.Old.IsEmpty() && !row.IsIn(List::New))) return false;
   return !VariantsEqual(cell.Present, cell.Old);
 }
@@ -78,7 +80,7 @@ Variant Recordset::OldValues(std::int32_t row, const PropertyData& column) const
 
 bool Recordset::Differs(std::int32_t row, std::size_t column) const {
   const auto* touched = changes_ ? changes_->FindDirty(row) : nullptr;
-  return touched && column < touched->Cells.size() && IsChanged(*touched, touched->Cells[column]);
+  return touched && IsChanged(*touched, column);
 }
 
 Variant Recordset::Dirty(std::int32_t row) const try {
@@ -92,10 +94,8 @@ bool Recordset::IsDirty(std::int32_t row) const {
   const auto* touched = changes_ ? changes_->FindDirty(row) : nullptr;
   if (!touched) return false;
   // A column that was taken out counts no more.
-  return std::ranges::any_of(*columns_, [&](const auto& definition) {
-    const auto column = PlaceOfColumn(*definition);
-    return column < touched->Cells.size() && IsChanged(*touched, touched->Cells[column]);
-  });
+  return std::ranges::any_of(*columns_,
+                             [&](const auto& definition) { return IsChanged(*touched, PlaceOfColumn(*definition)); });
 }
 
 bool Recordset::Dirty(std::int32_t row, const Variant& index) const try {
