@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "velmoria/runtime/error.h"
 #include "velmoria/runtime/number_text_impl.h"
@@ -51,6 +52,30 @@ int CompareDecimals(const Decimal& left, const Decimal& right) noexcept {
   return leftNegative ? -order : order;
 }
 
+constexpr std::size_t kShortNumber = 19;  // so many digits fit in 64 bits, whatever they are
+
+// Digits with at most a minus sign and a point, as databases write nearly every number; none for any other form.
+std::optional<Decimal> ReadShort(std::string_view text) noexcept {
+  const bool negative = text.starts_with('-');
+  if (negative) text.remove_prefix(1);
+  if (text.size() > kShortNumber) return {};
+  std::uint64_t magnitude = 0;
+  std::size_t point = text.size();
+  for (std::size_t place = 0; place < text.size(); ++place) {
+    const auto digit = static_cast<unsigned>(text[place] - '0');
+    if (digit <= 9) {
+      magnitude = magnitude * 10 + digit;
+    } else if (text[place] == '.' && point == text.size()) {
+      point = place;
+    } else {
+      return {};
+    }
+  }
+  const bool hasPoint = point < text.size();
+  if (text.size() == (hasPoint ? 1 : 0)) return {};
+  return FromMagnitude(magnitude, hasPoint ? static_cast<int>(text.size() - point - 1) : 0, negative);
+}
+
 }  // namespace
 
 Decimal Decimal::From(std::int64_t value) noexcept { return FromSigned(value, 0); }
@@ -70,6 +95,7 @@ Decimal Decimal::From(double value) {
 }
 
 Decimal Decimal::Parse(std::string_view text) {
+  if (const auto plain = ReadShort(text)) return *plain;
   const NumberInText number = ReadNumber(text);
   const auto wanted = std::max(number.FractionDigits(), 0LL);
   for (int scale = static_cast<int>(std::min<long long>(wanted, kLargestScale)); scale >= 0; --scale) {

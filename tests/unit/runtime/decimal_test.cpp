@@ -33,6 +33,14 @@ TEST(DecimalTest, OtherSpellingsAreRead) {
   for (const auto& row : rows) EXPECT_EQ(Decimal::Parse(row.Text).AsText(), row.Printed) << row.Text;
 }
 
+TEST(DecimalTest, NumbersAroundTheLengthOfAMachineWordAreExact) {
+  for (const char* text : {"9999999999999999999", "-9999999999999999999", "99999999999999999999", "99999999999999.9999",
+                           "9999999999999999.9999", "0.99999999999999999", "-0.99999999999999999",
+                           "0.999999999999999999999", "18446744073709551615", "18446744073709551616"}) {
+    EXPECT_EQ(Decimal::Parse(text).AsText(), text);
+  }
+}
+
 TEST(DecimalTest, DigitsThatDoNotFitRoundHalfToEven) {
   const struct {
     const char* Text;
@@ -57,7 +65,7 @@ TEST(DecimalTest, WhatDoesNotFitIn96BitsRaises6) {
 }
 
 TEST(DecimalTest, WhatIsNoNumberRaises13) {
-  for (const char* text : {"", "-", ".", "1e+", "one", "1,000", "&H10"}) {
+  for (const char* text : {"", "-", ".", "-.", "--1", "1.2.3", "1e+", "one", "1,000", "&H10"}) {
     ExpectTypeMismatch([&] { Decimal::Parse(text); });
   }
 }
