@@ -16,9 +16,13 @@ SQLSMALLINT TotalType(SQLHSTMT statement) {
 
 }  // namespace
 
-void Check(SQLRETURN code, const char* what) {
+void Check(SQLRETURN code, const char* what, SQLSMALLINT handleType, SQLHANDLE handle) {
   if (SQL_SUCCEEDED(code)) return;
-  std::fprintf(stderr, "the plain loop failed in %s\n", what);
+  SQLCHAR state[6] = "";
+  SQLCHAR reason[SQL_MAX_MESSAGE_LENGTH] = "";
+  if (handle) SQLGetDiagRec(handleType, handle, 1, state, nullptr, reason, sizeof reason, nullptr);
+  std::fprintf(stderr, "the plain loop failed in %s %s %s\n", what, reinterpret_cast<const char*>(state),
+               reinterpret_cast<const char*>(reason));
   std::exit(EXIT_FAILURE);
 }
 
@@ -29,7 +33,7 @@ Connected::Connected(const std::string& connectString) {
   Check(SQLAllocHandle(SQL_HANDLE_DBC, environment_, &connection_), "SQLAllocHandle");
   auto* text = reinterpret_cast<SQLCHAR*>(const_cast<char*>(connectString.c_str()));
   Check(SQLDriverConnect(connection_, nullptr, text, SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT),
-        "SQLDriverConnect");
+        "SQLDriverConnect", SQL_HANDLE_DBC, connection_);
 }
 
 Connected::~Connected() {
@@ -45,8 +49,9 @@ SQLHSTMT Connected::Statement() const {
 }
 
 void Connected::Run(SQLHSTMT statement, const std::string& text) {
-  Check(SQLPrepare(statement, reinterpret_cast<SQLCHAR*>(const_cast<char*>(text.c_str())), SQL_NTS), "SQLPrepare");
-  Check(SQLExecute(statement), text.c_str());
+  Check(SQLPrepare(statement, reinterpret_cast<SQLCHAR*>(const_cast<char*>(text.c_str())), SQL_NTS), text.c_str(),
+        SQL_HANDLE_STMT, statement);
+  Check(SQLExecute(statement), text.c_str(), SQL_HANDLE_STMT, statement);
 }
 
 void Connected::BeginTransaction() const {

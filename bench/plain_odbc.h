@@ -7,8 +7,8 @@
 #include <sql.h>
 #include <sqlext.h>
 
-/// Ends the program when a call of the yardstick failed.
-void Check(SQLRETURN code, const char* what);
+/// Ends the program when a call of the yardstick failed, with the driver's reason where its handle is given.
+void Check(SQLRETURN code, const char* what, SQLSMALLINT handleType = 0, SQLHANDLE handle = nullptr);
 
 /// One connection over ODBC, with nothing between.
 class Connected {

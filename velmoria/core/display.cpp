@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "velmoria/core/access_method_impl.h"
+
 namespace velmoria {
 
 namespace {
@@ -108,7 +110,7 @@ constexpr Word<zAssociations> kAssociations[] = {{raOneToMany, "One to Many"},
                                                  {raManyToOne, "Many to One"},
                                                  {raManyToMany, "Many to Many"}};
 
-constexpr Word<std::int32_t> kAccessMethods[] = {{1, "RDO 2.0"}, {2, "DAO 3.5"}};
+constexpr Word<std::int32_t> kAccessMethods[] = {{kRdo, "RDO 2.0"}, {kDao, "DAO 3.5"}};
 
 // The words of flags stand in the order of display, not of value.
 constexpr Word<zPropertyFlags> kPropertyFlags[] = {

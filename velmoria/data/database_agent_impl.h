@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "velmoria/core/access_method_impl.h"
 #include "velmoria/core/reporting.h"
 #include "velmoria/data/agents/agent_impl.h"
 #include "velmoria/fwd.h"
@@ -11,10 +12,6 @@
 #include "velmoria/runtime/variant.h"
 
 namespace velmoria {
-
-/// The ways of reaching databases: that of engines 2 to 5, and that of Access.
-inline constexpr std::int32_t kRdo = 1;
-inline constexpr std::int32_t kDao = 2;
 
 /// The engine-neutral front of the data layer: chooses the back-end of an Action's Source once, then forwards to it.
 /// For a Source of an unknown engine there is no back-end, and every operation does nothing.

@@ -1,4 +1,5 @@
 #include "velmoria/brokering/identifier.h"
+#include "velmoria/core/access_method_impl.h"
 #include "velmoria/core/apartment_impl.h"
 #include "velmoria/data/connection.h"
 #include "velmoria/data/connection_context.h"
@@ -60,11 +61,11 @@ bool Action::SupportsAsync() try { return Connection()->SupportsAsync(); } catch
 
 std::int32_t Action::RecordSetType() const { return Data()->RecordSetType(); }
 
-bool Action::IsReadOverRDO() { return Sources()->Item()->AccessMethod() == 1; }
+bool Action::IsReadOverRDO() { return Sources()->Item()->AccessMethod() == kRdo; }
 
 // A Source of an unknown engine has no columns.
 PropertiesPtr Action::CreateProperties() try {
-  const bool hasColumns = Sources()->Item()->AccessMethod() != 0;
+  const bool hasColumns = Sources()->Item()->AccessMethod() != kNoAccess;
   return BoundProperties(psDefinition, hasColumns ? DescribeSource() : nullptr, ParentsForChildren());
 } catch (...) { Failed("CreateProperties"); }
 

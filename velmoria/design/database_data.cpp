@@ -1,5 +1,6 @@
 #include "velmoria/design/database_data.h"
 
+#include "velmoria/core/access_method_impl.h"
 #include "velmoria/design/connector_data.h"
 #include "velmoria/design/design_collection_data_impl.h"
 #include "velmoria/design/root_data_impl.h"
@@ -21,7 +22,7 @@ std::string DatabaseData::Details() const {
 
 ConnectorsDataPtr DatabaseData::ConnectorsData() { return Child<velmoria::ConnectorsData>(); }
 
-std::int32_t DatabaseData::AccessMethod() const noexcept { return Fields().Engine == engAccess ? 2 : 1; }
+std::int32_t DatabaseData::AccessMethod() const noexcept { return Fields().Engine == engAccess ? kDao : kRdo; }
 
 std::string DatabaseData::AccessMethodDisplay() const { return AccessMethodName(AccessMethod()); }
 

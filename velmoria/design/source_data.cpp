@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "velmoria/core/access_method_impl.h"
 #include "velmoria/core/engine_list_impl.h"
 #include "velmoria/design/design_collection_data_impl.h"
 #include "velmoria/design/design_data_impl.h"
@@ -60,8 +61,8 @@ std::string SourceData::Details() const {
 PropertiesDataPtr SourceData::ParametersData() { return Child<PropertiesData>(); }
 
 std::int32_t SourceData::AccessMethod() const noexcept {
-  if (!IsDefinableEngine(Engine())) return 0;
-  return Engine() == engAccess ? 2 : 1;
+  if (!IsDefinableEngine(Engine())) return kNoAccess;
+  return Engine() == engAccess ? kDao : kRdo;
 }
 
 std::string SourceData::AccessMethodName() const { return velmoria::AccessMethodName(AccessMethod()); }

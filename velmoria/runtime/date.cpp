@@ -48,12 +48,11 @@ std::int64_t FloorDivide(std::int64_t value, std::int64_t divisor) noexcept {
   return value % divisor < 0 ? quotient - 1 : quotient;
 }
 
-bool OnDayZero(const DateParts& parts) noexcept { return parts.Year == 1899 && parts.Month == 12 && parts.Day == 30; }
 bool AtMidnight(const DateParts& parts) noexcept { return parts.Hour == 0 && parts.Minute == 0 && parts.Second == 0; }
 
 // Both string forms show the date, the time or both by these rules.
-bool ShowsDate(const DateParts& parts) noexcept { return !OnDayZero(parts); }
-bool ShowsTime(const DateParts& parts) noexcept { return OnDayZero(parts) || !AtMidnight(parts); }
+bool ShowsDate(const DateParts& parts) noexcept { return !IsOnDayZero(parts); }
+bool ShowsTime(const DateParts& parts) noexcept { return IsOnDayZero(parts) || !AtMidnight(parts); }
 
 /// Writes into a buffer that is long enough.
 class DigitWriter {
@@ -74,6 +73,8 @@ class DigitWriter {
 }  // namespace
 
 bool IsLeapYear(int year) noexcept { return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0); }
+
+bool IsOnDayZero(const DateParts& parts) noexcept { return parts.Year == 1899 && parts.Month == 12 && parts.Day == 30; }
 
 int DaysInMonth(int year, int month) noexcept {
   const auto place = static_cast<std::size_t>(month);

@@ -17,6 +17,8 @@ int DaysInMonth(int year, int month) noexcept;
 bool IsLeapYear(int year) noexcept;
 /// Whether a calendar and a clock have such a moment, within the years of a Date.
 bool Exists(const DateParts& parts) noexcept;
+/// Whether the day is 30 December 1899, which a time of day without a date has.
+bool IsOnDayZero(const DateParts& parts) noexcept;
 /// The calendar view of a text in one of the forms of Date::Parse, if it is such a moment.
 std::optional<DateParts> ReadDate(std::string_view text);
 /// Milliseconds since 30 December 1899 in the order of time; what lies far out of bounds stops at an end.

@@ -17,7 +17,6 @@ constexpr std::size_t kNarrowest = std::size_t{64} << 10;
 constexpr std::size_t kUnknown = std::size_t{16} << 20;
 constexpr std::size_t kWidest = std::size_t{256} << 20;
 constexpr std::size_t kBytesOfCharacter = 4;
-constexpr std::int32_t kLongestPlain = 8000;
 
 bool IsLong(const ColumnInfo& info) { return info.Type == rdTypeLONGVARCHAR || info.Type == rdTypeLONGVARBINARY; }
 

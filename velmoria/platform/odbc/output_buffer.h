@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -9,6 +10,9 @@
 #include "velmoria/runtime/variant.h"
 
 namespace velmoria::odbc {
+
+/// The longest text or bytes, in bytes, that servers take as a value of a type that is not long.
+inline constexpr std::uint16_t kLongestPlain = 8000;
 
 /// Where a text or bytes land that a call gives back in a parameter.
 ///

@@ -14,6 +14,7 @@
 #include "velmoria/platform/odbc/output_landing.h"
 #include "velmoria/platform/odbc/raw_values.h"
 #include "velmoria/platform/rdo_constants.h"
+#include "velmoria/runtime/date_impl.h"
 #include "velmoria/runtime/error.h"
 
 namespace velmoria::odbc {
@@ -37,7 +38,6 @@ struct ParameterValues::Slot {
 namespace {
 
 using FixedBytes = std::array<std::byte, 16>;
-constexpr std::size_t kLongestPlainText = 8000;
 constexpr Small kMillisecondDigits = 3;
 constexpr ULength kTimestampSize = 23;  // yyyy-mm-dd hh:mm:ss.fff
 constexpr ULength kDateSize = 10;
@@ -136,8 +136,6 @@ bool HasTimeOfDay(const DateParts& parts) noexcept {
   return parts.Hour != 0 || parts.Minute != 0 || parts.Second != 0 || parts.Millisecond != 0;
 }
 
-bool IsOnDayZero(const DateParts& parts) noexcept { return parts.Year == 1899 && parts.Month == 12 && parts.Day == 30; }
-
 }  // namespace
 
 ParameterValues::ParameterValues(bool outputsComeAsRow) : outputsComeAsRow_(outputsComeAsRow) {}
@@ -162,7 +160,7 @@ void ParameterValues::Add(const Variant& value, std::int32_t type) {
   } else if (value.IsText()) {
     slot.Given = value;
     SetLength(slot, value.TextView().size());
-    if (type == 0 && value.TextView().size() > kLongestPlainText) slot.Type = SQL_LONGVARCHAR;
+    if (type == 0 && value.TextView().size() > kLongestPlain) slot.Type = SQL_LONGVARCHAR;
   } else if (value.Type() == VarType::Decimal || value.Type() == VarType::Currency) {
     AddNumber(slot, value, type);
   } else {
