@@ -57,7 +57,7 @@ class RowObjects {
   /// The first row seen under a key stays.
   void MapKey(std::string_view key, std::int64_t row) { keys_.Add(key, row); }
   /// The row under a key, or -1.
-  std::int64_t RowOf(std::string_view key) const noexcept { return keys_.RowOf(key); }
+  std::int64_t RowOf(std::string_view key) const { return keys_.RowOf(key); }
   bool HasKeys() const noexcept { return !keys_.IsEmpty(); }
 
   std::vector<IBusinessObjectPtr> NewObjects;

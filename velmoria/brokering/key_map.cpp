@@ -1,19 +1,29 @@
 #include "velmoria/brokering/key_map_impl.h"
+
+#include <algorithm>
+
 #include "velmoria/runtime/text.h"
 
 namespace velmoria {
 
 void KeyMap::Add(std::string_view key, std::int64_t row) {
-  const std::size_t hash = HashFolded(key);
-  if (Find(key, hash) != KeyIndex::kNone) return;
-  index_.ReserveOne();
+  if (row <= lastRow_ && RowOf(key) >= 0) return;
   keys_.resize(entries_.empty() ? 0 : entries_.back().End);  // nothing is left of one that could not be added
   keys_.append(key);
   entries_.push_back({keys_.size(), row});
-  index_.Add(hash, entries_.size() - 1);
+  lastRow_ = std::max(lastRow_, row);
 }
 
-std::int64_t KeyMap::RowOf(std::string_view key) const noexcept {
+void KeyMap::IndexAll() const {
+  for (; indexed_ < entries_.size(); ++indexed_) {
+    const auto key = KeyAt(indexed_);
+    const std::size_t hash = HashFolded(key);
+    if (Find(key, hash) == KeyIndex::kNone) index_.Add(hash, indexed_);
+  }
+}
+
+std::int64_t KeyMap::RowOf(std::string_view key) const {
+  IndexAll();
   const std::size_t place = Find(key, HashFolded(key));
   return place == KeyIndex::kNone ? -1 : entries_[place].Row;
 }

@@ -25,6 +25,29 @@ TEST(KeyMapTest, TheFirstRowSeenUnderAKeyStays) {
   EXPECT_EQ(map.RowOf("B"), 3);
 }
 
+TEST(KeyMapTest, ARowSeenAgainAddsTheKeyThatItHasNow) {
+  KeyMap map;
+  map.Add("a", 1);
+  map.Add("b", 2);
+  map.Add("c", 1);
+  map.Add("b", 1);
+  EXPECT_EQ(map.RowOf("a"), 1);
+  EXPECT_EQ(map.RowOf("b"), 2);
+  EXPECT_EQ(map.RowOf("c"), 1);
+}
+
+TEST(KeyMapTest, KeysThatCameAfterALookAreFound) {
+  KeyMap map;
+  map.Add("b", 5);
+  EXPECT_EQ(map.RowOf("b"), 5);
+  map.Add("a", 2);
+  map.Add("B", 9);
+  map.Add("c", 10);
+  EXPECT_EQ(map.RowOf("a"), 2);
+  EXPECT_EQ(map.RowOf("b"), 5);
+  EXPECT_EQ(map.RowOf("c"), 10);
+}
+
 TEST(KeyMapTest, FindsEachOfVeryManyKeys) {
   KeyMap map;
   for (int row = 0; row < 20000; ++row) map.Add("key " + std::to_string(row * 7), row);
