@@ -1,5 +1,6 @@
 // What procedures give back in their parameters: texts and bytes of any length, Nulls, and what comes behind rows.
 
+#include <algorithm>
 #include <array>
 
 #include "tests/contract/rdo_contract.h"

@@ -11,11 +11,12 @@ namespace velmoria {
 Date SystemClock::Now() {
   timespec now{};
   clock_gettime(CLOCK_REALTIME, &now);
-  if (now.tv_sec != second_) {
-    parts_ = LocalParts(now.tv_sec);
-    second_ = now.tv_sec;
-  }
-  return LocalDate(parts_, now.tv_nsec);
+  const long millisecond = now.tv_nsec / 1'000'000;
+  if (now.tv_sec == second_ && millisecond == millisecond_) return date_;
+  if (now.tv_sec != second_) parts_ = LocalParts(now.tv_sec);
+  second_ = now.tv_sec;
+  millisecond_ = millisecond;
+  return date_ = LocalDate(parts_, now.tv_nsec);
 }
 
 void SystemClock::Sleep(std::int32_t milliseconds) {

@@ -14,9 +14,12 @@ class SystemClock final : public Clock {
   void Sleep(std::int32_t milliseconds) override;
 
  private:
-  // The calendar is asked once a second: every change of a value or a definition is stamped with the time.
+  // The calendar is asked once a second and a Date made once a millisecond: every change of a value or a definition is
+  // stamped with the time.
   std::time_t second_ = -1;
+  long millisecond_ = 0;
   DateParts parts_;
+  Date date_;
 };
 
 }  // namespace velmoria
