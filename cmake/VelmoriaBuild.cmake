@@ -35,6 +35,15 @@ if(VELMORIA_COVERAGE)
   target_compile_options(velmoria_options INTERFACE --coverage -fprofile-update=atomic)
   target_link_options(velmoria_options INTERFACE --coverage)
 endif()
+# The profile lies beside the objects, so both are made in one folder.
+if(VELMORIA_PROFILE STREQUAL "record")
+  target_compile_options(velmoria_options INTERFACE -fprofile-generate -fprofile-update=prefer-atomic)
+  target_link_options(velmoria_options INTERFACE -fprofile-generate)
+elseif(VELMORIA_PROFILE STREQUAL "use")
+  target_compile_options(velmoria_options INTERFACE
+    # What was never run has no profile, and what was changed since has one that does not fit.
+    -fprofile-use -fprofile-correction -Wno-missing-profile -Wno-coverage-mismatch)
+endif()
 if(VELMORIA_PCH AND VELMORIA_CCACHE AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(velmoria_options INTERFACE -fpch-preprocess)
 endif()
