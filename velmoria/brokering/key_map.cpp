@@ -1,7 +1,6 @@
-#include "velmoria/brokering/key_map_impl.h"
-
 #include <algorithm>
 
+#include "velmoria/brokering/key_map_impl.h"
 #include "velmoria/runtime/text.h"
 
 namespace velmoria {
