@@ -159,7 +159,8 @@ TEST_P(RdoOutputsContract, ResultThatIsNothingButTheOutputsGivesThemToo) {
       const auto result = query->OpenResultset({.Type = type});
       result->GetRows(9);
       EXPECT_TRUE(result->TakeOutputs());
-      EXPECT_EQ(ValueOf(query, 2), length < 0 ? Variant::Null() : Variant(std::string(length, 'x')));
+      EXPECT_EQ(ValueOf(query, 2),
+                length < 0 ? Variant::Null() : Variant(std::string(static_cast<std::size_t>(length), 'x')));
       EXPECT_EQ(ValueOf(query, 1).IsNull(), length < 0);
       EXPECT_EQ(ValueOf(query, 1).Bytes().size(), length < 0 ? 0U : static_cast<std::size_t>(length));
     }
