@@ -43,6 +43,8 @@ elseif(VELMORIA_PROFILE STREQUAL "use")
   target_compile_options(velmoria_options INTERFACE
     # What was never run has no profile, and what was changed since has one that does not fit.
     -fprofile-use -fprofile-correction -Wno-missing-profile -Wno-coverage-mismatch)
+elseif(VELMORIA_PROFILE)
+  message(FATAL_ERROR "VELMORIA_PROFILE is record or use, not ${VELMORIA_PROFILE}")
 endif()
 if(VELMORIA_PCH AND VELMORIA_CCACHE AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(velmoria_options INTERFACE -fpch-preprocess)
